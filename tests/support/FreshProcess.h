@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+class QProcess;
+
+/// Starts the running test binary once more, to do one task in a process whose statics are fresh
+/// and which may be killed. The child shares the private home of its parent.
+///
+/// A test that uses it has a `main` of its own:
+///
+///     if (FreshProcess::isTask(argc, argv))
+///         return FreshProcess::runTask(argc, argv, {{"name of the task", function}});
+class FreshProcess
+{
+public:
+    /// What the child does; the result is its exit code. A core application exists.
+    using Task = int (*)(const QStringList& arguments);
+
+    struct Outcome
+    {
+        bool hasExited = false; ///< false: it didn't start, crashed or hung
+        int exitCode = -1;
+        QByteArray output; ///< standard output, lines ended by a line feed alone
+    };
+
+    FreshProcess() = delete;
+
+    static bool isTask(int argc, char** argv);
+    static int runTask(int argc, char** argv, const QHash<QString, Task>& tasks);
+
+    /// Starts the task and returns at once.
+    static void start(QProcess& process, const QString& task, const QStringList& arguments);
+
+    /// Starts the task and waits for its end.
+    static Outcome run(const QString& task, const QStringList& arguments);
+
+    /// True where there is a shell that limits the size of files.
+    static bool canLimitFileSize();
+
+    /// As `run`, but no file can grow beyond so many blocks of 512 bytes: to the task the disk is
+    /// full in the middle of a write.
+    static Outcome runWithFullDisk(int blocks, const QString& task, const QStringList& arguments);
+};

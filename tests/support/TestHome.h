@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// Gives a test process a private home, so that no test reads or leaves anything in the real one.
+class TestHome
+{
+public:
+    TestHome() = delete;
+
+    /// Points HOME, XDG_* and the run-time directory into a fresh temporary directory, selects the
+    /// offscreen platform and sets the application's identity. Call it from `initMain()`, before
+    /// the application object exists. The directory goes with the process.
+    static void install();
+
+    /// The temporary directory; empty before `install()`.
+    static QString path();
+
+    /// The directory in which the program under test keeps its state; created if absent.
+    static QString dataDir();
+
+    /// Writes `content` to `fileName` in `dataDir()`, replacing what was there, and returns the
+    /// full path. Ends the test run with a fatal message if that fails.
+    static QString writeDataFile(const QString& fileName, const QByteArray& content);
+};
