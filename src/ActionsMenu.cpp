@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "ActionsMenu.h"
+
+#include "CardShape.h"
+#include "GlyphWidgets.h"
+#include "IconHelper.h"
+#include "Localization.h"
+#include "Theme.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWidgetAction>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+/// Calls `update` on the rows of a menu.
+void repaintRows(const QMenu* menu)
+{
+    for (QAction* action : menu->actions()) {
+        const auto* row = qobject_cast<QWidgetAction*>(action);
+        if (row && row->defaultWidget())
+            row->defaultWidget()->update();
+    }
+}
+
+/// `text` for an action, in which an ampersand would make the next letter a key that triggers it.
+QString withoutMnemonics(QString text)
+{
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace
+
+ActionsMenuRow::ActionsMenuRow(QMenu* menu, QAction* action, uint glyph, const QString& text,
+                               const ColorTokens& tokens, bool reserveCheck,
+                               std::function<bool()> checkedProbe)
+    : QWidget(menu),
+      m_menu(menu),
+      m_action(action),
+      m_glyph(glyph),
+      m_text(text),
+      m_idleFg(tokens.onSurface),
+      m_selFg(tokens.onPrimaryContainer),
+      m_selBg(tokens.primaryContainer),
+      m_dimFg(tokens.onSurfaceVariant),
+      m_onBg(tokens.primary),
+      m_onFg(tokens.onPrimary),
+      m_reserveCheck(reserveCheck),
+      m_checkedProbe(std::move(checkedProbe))
+{
+    QFont textFont = font();
+    textFont.setPixelSize(FontTokens::SizeMdPx);
+    setFont(textFont);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+int ActionsMenuRow::checkLead() const
+{
+    return m_reserveCheck ? CheckBox + CheckGap : 0;
+}
+
+int ActionsMenuRow::iconLead() const
+{
+    return m_glyph != 0 ? IconBox + IconGap : 0;
+}
+
+QSize ActionsMenuRow::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    return {checkLead() + PadH + iconLead() + metrics.horizontalAdvance(m_text) + PadH,
+            std::max(IconBox, metrics.height()) + 2 * PadV};
+}
+
+void ActionsMenuRow::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool selected = m_menu->activeAction() == m_action;
+    if (selected) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_selBg);
+        painter.drawRoundedRect(rect(), Radius, Radius);
+    }
+    const QColor foreground = selected ? m_selFg : m_idleFg;
+    const double middle = height() / 2.0;
+    if (m_reserveCheck) {
+        const bool checked = m_checkedProbe && m_checkedProbe();
+        CheckCircle::draw(&painter, QPointF(PadH + CheckBox / 2.0, middle), checked,
+                          selected ? m_selFg : m_dimFg, m_onBg, m_onFg);
+    }
+    if (m_glyph != 0) {
+        IconHelper::drawGlyph(&painter, QPointF(checkLead() + PadH + IconBox / 2.0, middle),
+                              m_glyph, IconPx, foreground);
+    }
+    const int textX = checkLead() + PadH + iconLead();
+    painter.setPen(foreground);
+    painter.drawText(QRect(textX, 0, width() - textX - PadH, height()),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, m_text);
+}
+
+void ActionsMenu::style(QMenu& menu, const ColorTokens& tokens)
+{
+    menu.setWindowFlags(menu.windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    menu.setAttribute(Qt::WA_TranslucentBackground);
+    menu.setStyleSheet(Theme::contextMenuStyle(tokens));
+    new BackKeyFilter(&menu);
+    CardShape::attach(&menu, &menu, Theme::Rad_Md);
+}
+
+QAction* ActionsMenu::addRow(QMenu& menu, uint glyph, const QString& text,
+                             const ColorTokens& tokens, bool reserveCheck,
+                             std::function<bool()> checkedProbe)
+{
+    auto* action = new QWidgetAction(&menu);
+    action->setText(withoutMnemonics(text)); // not shown, but read out by a screen reader
+    auto* row = new ActionsMenuRow(&menu, action, glyph, text, tokens, reserveCheck,
+                                   std::move(checkedProbe));
+    action->setDefaultWidget(row);
+    menu.addAction(action);
+    QObject::connect(&menu, &QMenu::hovered, row, qOverload<>(&QWidget::update));
+    return action;
+}
+
+QAction* ActionsMenu::addPlainRow(QMenu& menu, const QString& text, const ColorTokens& tokens)
+{
+    return addRow(menu, 0, text, tokens);
+}
+
+QAction* ActionsMenu::addCheckRow(QMenu& menu, std::function<bool()> checkedProbe, uint glyph,
+                                  const QString& text, const ColorTokens& tokens)
+{
+    return addRow(menu, glyph, text, tokens, true, std::move(checkedProbe));
+}
+
+QAction* ActionsMenu::addDone(QMenu& menu, const ColorTokens& tokens, bool reserveCheck)
+{
+    menu.addSeparator();
+    return addRow(menu, Glyph::Done, Tr::t("dialog.btn_done"), tokens, reserveCheck);
+}
+
+QAction* ActionsMenu::addCancel(QMenu& menu, const ColorTokens& tokens, bool reserveCheck)
+{
+    menu.addSeparator();
+    return addRow(menu, Glyph::Close, Tr::t("dialog.btn_cancel"), tokens, reserveCheck);
+}
+
+QPoint ActionsMenu::anchorBelow(QWidget* btn, QMenu& menu)
+{
+    menu.setMinimumWidth(btn->width());
+    return btn->mapToGlobal(QPoint(0, btn->height() + AnchorGap));
+}
+
+ActionsMenu::ToggleFilter::ToggleFilter(QMenu* menu, Handler onToggle)
+    : QObject(menu), m_menu(menu), m_onToggle(std::move(onToggle))
+{
+    m_menu->installEventFilter(this);
+}
+
+void ActionsMenu::ToggleFilter::watch(QAction* action)
+{
+    m_watched.append(action);
+}
+
+void ActionsMenu::ToggleFilter::watchArea(QWidget* w, std::function<void()> onClick)
+{
+    m_areas.append({w, std::move(onClick)});
+}
+
+void ActionsMenu::ToggleFilter::fire(QAction* action)
+{
+    m_onToggle(action);
+    repaintRows(m_menu);
+}
+
+bool ActionsMenu::ToggleFilter::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (handleKey(static_cast<QKeyEvent*>(event)->key()))
+            return true;
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick: {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (mouse->button() == Qt::LeftButton &&
+            handleClick(mouse->globalPosition().toPoint(), mouse->position().toPoint(),
+                        event->type() == QEvent::MouseButtonRelease))
+            return true;
+        break;
+    }
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool ActionsMenu::ToggleFilter::handleKey(int key)
+{
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space)
+        return false;
+    QAction* active = m_menu->activeAction();
+    if (!m_watched.contains(active))
+        return false;
+    fire(active);
+    return true;
+}
+
+bool ActionsMenu::ToggleFilter::handleClick(const QPoint& globalPos, const QPoint& menuPos,
+                                            bool released)
+{
+    for (const Area& area : std::as_const(m_areas)) {
+        if (!area.w || !area.w->isVisible() || !area.w->geometry().contains(globalPos))
+            continue;
+        if (released && area.fn)
+            area.fn();
+        return true;
+    }
+    QAction* action = m_menu->actionAt(menuPos);
+    if (!m_watched.contains(action))
+        return false;
+    if (released)
+        fire(action);
+    return true;
+}
+
+ActionsMenu::BackKeyFilter::BackKeyFilter(QMenu* menu) : QObject(menu), m_menu(menu)
+{
+    m_menu->installEventFilter(this);
+}
+
+bool ActionsMenu::BackKeyFilter::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent*>(event)->key() != Qt::Key_Backspace)
+        return QObject::eventFilter(watched, event);
+    m_menu->close();
+    return true;
+}

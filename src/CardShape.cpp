@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "CardShape.h"
+
+#include "platform/Compositor.h"
+
+#include <QEvent>
+#include <QGraphicsEffect>
+#include <QPainterPath>
+#include <QRegion>
+#include <QWidget>
+
+void CardShape::attach(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner)
+{
+    new CardShape(window, card, radiusPx, shadowOwner ? shadowOwner : card);
+}
+
+CardShape::CardShape(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner)
+    : QObject(window),
+      m_window(window),
+      m_card(card),
+      m_shadowOwner(shadowOwner),
+      m_radiusPx(radiusPx)
+{
+    window->installEventFilter(this);
+    if (card != window) {
+        card->installEventFilter(this);
+        // A window that rebuilds its content attaches the new card for itself.
+        connect(card, &QObject::destroyed, this, &QObject::deleteLater);
+    }
+    if (window->isVisible())
+        lookAtDesktop();
+}
+
+bool CardShape::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_window && event->type() == QEvent::Show)
+        lookAtDesktop();
+    else if (m_isCut && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        apply();
+    return QObject::eventFilter(watched, event);
+}
+
+void CardShape::lookAtDesktop()
+{
+    m_isCut = !Platform::isCompositing();
+    apply();
+}
+
+void CardShape::apply()
+{
+    if (!m_card)
+        return;
+    if (m_shadowOwner && m_shadowOwner->graphicsEffect())
+        m_shadowOwner->graphicsEffect()->setEnabled(!m_isCut);
+    if (!m_isCut) {
+        if (!m_window->mask().isEmpty())
+            m_window->clearMask();
+        return;
+    }
+    const QRect visible(m_card->mapTo(m_window, QPoint(0, 0)), m_card->size());
+    QPainterPath outline;
+    outline.addRoundedRect(visible, m_radiusPx, m_radiusPx);
+    const QRegion region(outline.toFillPolygon().toPolygon());
+    if (region != m_window->mask())
+        m_window->setMask(region);
+}

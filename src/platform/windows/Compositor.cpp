@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Compositor.h"
+
+bool Platform::isCompositing()
+{
+    return true; // the desktop window manager can't be turned off
+}
