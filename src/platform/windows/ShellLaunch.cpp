@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/ShellLaunch.h"
+
+#include <QProcess>
+
+bool Platform::launchShellItem(const QString& value)
+{
+    return QProcess::startDetached(QStringLiteral("explorer.exe"), {value}, QString(), nullptr);
+}
