@@ -1,0 +1,482 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "MainWindow.h"
+
+#include "AutoQuitBlocker.h"
+#include "CardShape.h"
+#include "GlobalHotkeyController.h"
+#include "HotkeyManager.h"
+#include "IconHelper.h"
+#include "LauncherModel.h"
+#include "Localization.h"
+#include "StorageManager.h"
+#include "Theme.h"
+#include "platform/Foreground.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFrame>
+#include <QGraphicsDropShadowEffect>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPropertyAnimation>
+#include <QScreen>
+#include <QSequentialAnimationGroup>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <memory>
+
+namespace
+{
+
+constexpr int kFadeOutMs = 60;
+constexpr int kHotkeyId = 1;
+constexpr int kBlockerResetMs = 1000;
+constexpr int kBalloonMs = 6000;
+constexpr int kTrayCanvas = 64;
+constexpr int kTrayGlyphPx = 48;
+constexpr int kFontPoints = 10;
+constexpr qreal kShadowBlur = 35.0;
+constexpr int kShadowOffsetY = 10;
+constexpr int kShadowAlphaDark = 150;
+constexpr int kShadowAlphaLight = 40;
+constexpr int kSettingsPage = 1;
+
+const QString kLastCategoryKey = QStringLiteral("lastCategory");
+
+void applyApplicationFont()
+{
+    QFont font;
+    font.setFamilies({QStringLiteral("Plus Jakarta Sans"), QStringLiteral("Inter"),
+                      QStringLiteral("Segoe UI"), QStringLiteral("sans-serif")});
+    font.setStyleHint(QFont::SansSerif);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setStyleStrategy(
+        static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::PreferQuality));
+    font.setPointSize(kFontPoints);
+    font.setWeight(QFont::DemiBold);
+    QApplication::setFont(font);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent) : QWidget(parent)
+{
+    m_showGuardTimer = new QTimer(this);
+    m_showGuardTimer->setSingleShot(true);
+    connect(m_showGuardTimer, &QTimer::timeout, this, [this] { m_isShowing = false; });
+    Theme::loadSettings();
+    Tr::loadSettings();
+    loadModel();
+    setAttribute(Qt::WA_TranslucentBackground, true);
+    setWindowFlags(Qt::FramelessWindowHint | Qt::Tool);
+    // The hotkey needs a native window before the first show.
+    const QString hotkeyWarning =
+        HotkeyManager::loadSettings(HotkeyManager::mainWindowSlot, winId());
+    applyApplicationFont();
+    setUpTray(hotkeyWarning);
+    setUpHotkey();
+    setFixedSize(WINDOW_WIDTH_GRID, WINDOW_HEIGHT_GRID);
+    setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
+    setupUI();
+    QCoreApplication::instance()->installEventFilter(this);
+    QTimer::singleShot(kBlockerResetMs, this, [] {
+        if (g_autoQuitBlockCount < 1)
+            g_blockAutoQuit = false;
+    });
+}
+
+MainWindow::~MainWindow()
+{
+    // It ends with the other children, when this object is no longer what the slots take it for.
+    if (m_pageAnim)
+        m_pageAnim->disconnect(this);
+}
+
+void MainWindow::loadModel()
+{
+    m_jsonPath = QDir(StorageManager::appDataDir()).filePath(QStringLiteral("data.json"));
+    m_model = new LauncherModel(m_jsonPath, this);
+    const QStringList& categories = m_model->data().categories;
+    if (categories.isEmpty())
+        return;
+    const QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
+    const QString last = settings.value(kLastCategoryKey).toString();
+    m_model->setCurrentCategory(categories.contains(last) ? last : categories.constFirst());
+}
+
+void MainWindow::setUpTray(const QString& hotkeyWarning)
+{
+    m_trayIcon = new QSystemTrayIcon(this);
+    m_trayMenu = new QMenu(this);
+    m_trayShowAction = m_trayMenu->addAction(Tr::t(QStringLiteral("main.tray_show")));
+    connect(m_trayShowAction, &QAction::triggered, this, &MainWindow::showOrRaise);
+    m_trayQuitAction = m_trayMenu->addAction(Tr::t(QStringLiteral("main.tray_exit")));
+    connect(m_trayQuitAction, &QAction::triggered, this, &MainWindow::quitApplication);
+    m_trayIcon->setContextMenu(m_trayMenu);
+    m_trayIcon->setIcon(IconHelper::getGlyphIcon(QChar(Glyph::Search), kTrayCanvas, kTrayGlyphPx,
+                                                 Theme::colors().primary));
+    m_trayIcon->show();
+    if (!hotkeyWarning.isEmpty()) {
+        m_trayIcon->showMessage(QStringLiteral("Info Hotkey"), hotkeyWarning,
+                                QSystemTrayIcon::Warning, kBalloonMs);
+    }
+    connect(m_trayIcon, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::DoubleClick)
+                    toggleVisibility();
+            });
+}
+
+void MainWindow::setUpHotkey()
+{
+    m_hotkeyController =
+        new GlobalHotkeyController(winId(), kHotkeyId, &HotkeyManager::mainWindowSlot, this);
+    m_hotkeyController->applyHotkey(HotkeyManager::mainWindowSlot.combo);
+    connect(m_hotkeyController, &GlobalHotkeyController::hotkeyTriggered, this,
+            &MainWindow::toggleVisibility);
+}
+
+void MainWindow::setSpotlightHotkeyController(GlobalHotkeyController* controller)
+{
+    m_spotlightHotkeyController = controller;
+}
+
+GlobalHotkeyController* MainWindow::spotlightHotkeyController() const
+{
+    return m_spotlightHotkeyController;
+}
+
+bool MainWindow::isToggledToShow() const
+{
+    // Opacity tells a window that is fading out, unless it is dipping for a change of page.
+    return isHidden() || (windowOpacity() < 1.0 && !m_pageTransitioning);
+}
+
+void MainWindow::toggleVisibility()
+{
+    if (isToggledToShow())
+        show();
+    else
+        fadeOutAndHide();
+}
+
+void MainWindow::showOrRaise()
+{
+    if (isToggledToShow()) {
+        show();
+        return;
+    }
+    activateWindow();
+    raise();
+}
+
+void MainWindow::hideForOtherWindow()
+{
+    if (!isHidden() && !m_isClosing)
+        fadeOutAndHide();
+}
+
+void MainWindow::quitApplication()
+{
+    saveLastCategory();
+    QCoreApplication::quit();
+}
+
+void MainWindow::saveLastCategory()
+{
+    if (!m_model || m_model->currentCategory().isEmpty())
+        return;
+    QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
+    settings.setValue(kLastCategoryKey, m_model->currentCategory());
+    settings.sync();
+}
+
+void MainWindow::fadeOutAndHide()
+{
+    if (m_isClosing)
+        return;
+    stopPageAnimation();
+    saveLastCategory();
+    m_isClosing = true;
+    m_fadeAnim = new QPropertyAnimation(this, "windowOpacity", this);
+    m_fadeAnim->setDuration(kFadeOutMs);
+    m_fadeAnim->setStartValue(windowOpacity());
+    m_fadeAnim->setEndValue(0.0);
+    m_fadeAnim->setEasingCurve(QEasingCurve::Linear);
+    connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
+        m_fadeAnim.clear();
+        hide();
+    });
+    m_fadeAnim->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void MainWindow::goToPage(int index)
+{
+    if (!m_mainStack || index < 0 || index >= m_mainStack->count() ||
+        index == m_mainStack->currentIndex())
+        return;
+    runBlindSwap([this, index] {
+        if (m_mainStack)
+            m_mainStack->setCurrentIndex(index);
+    });
+}
+
+QSize MainWindow::windowSizeFor(bool settingsPage) const
+{
+    return settingsPage ? QSize(WINDOW_WIDTH_SETTINGS, WINDOW_HEIGHT_SETTINGS)
+                        : QSize(WINDOW_WIDTH_GRID, WINDOW_HEIGHT_GRID);
+}
+
+void MainWindow::applyWindowSize(bool settingsPage)
+{
+    setFixedSize(windowSizeFor(settingsPage));
+    centerOnScreen();
+}
+
+QRect MainWindow::centeredRectFor(const QSize& size) const
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return {};
+    const QRect area = screen->availableGeometry();
+    const int x = area.x() + (area.width() - size.width()) / 2;
+    // A little below the middle, where the eye rests.
+    int y = area.y() + (area.height() - size.height()) / 2 + area.height() / 20;
+    y = std::min(y, area.y() + area.height() - size.height());
+    y = std::max(y, area.y());
+    return {QPoint(x, y), size};
+}
+
+void MainWindow::centerOnScreen()
+{
+    const QRect rect = centeredRectFor(size());
+    if (!rect.isNull())
+        move(rect.topLeft());
+}
+
+void MainWindow::stopPageAnimation()
+{
+    if (m_pageAnim)
+        m_pageAnim->stop();
+}
+
+void MainWindow::runBlindSwap(const std::function<void()>& swap)
+{
+    if (!swap)
+        return;
+    if (!isVisible() || m_isClosing || m_rebuildInProgress) {
+        swap();
+        return;
+    }
+    stopPageAnimation();
+    m_pageTransitioning = true;
+    auto* group = new QSequentialAnimationGroup(this);
+    auto* fadeOut = new QPropertyAnimation(this, "windowOpacity");
+    fadeOut->setDuration(PageFadeOutMs);
+    fadeOut->setStartValue(windowOpacity());
+    fadeOut->setEndValue(0.0);
+    fadeOut->setEasingCurve(QEasingCurve::InQuad);
+    auto* fadeIn = new QPropertyAnimation(this, "windowOpacity");
+    fadeIn->setDuration(PageFadeInMs);
+    fadeIn->setStartValue(0.0);
+    fadeIn->setEndValue(1.0);
+    fadeIn->setEasingCurve(QEasingCurve::OutQuad);
+    group->addAnimation(fadeOut);
+    group->addAnimation(fadeIn);
+    connectBlindSwap(fadeOut, group, swap);
+    m_pageAnim = group;
+    group->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void MainWindow::connectBlindSwap(QAbstractAnimation* fadeOut, QAbstractAnimation* group,
+                                  const std::function<void()>& swap)
+{
+    const auto swapped = std::make_shared<bool>(false);
+    connect(fadeOut, &QAbstractAnimation::finished, this, [this, swapped, swap] {
+        m_pageTransitioning = false;
+        *swapped = true;
+        swap();
+    });
+    connect(group, &QAbstractAnimation::stateChanged, this,
+            [this, swapped, swap](QAbstractAnimation::State state) {
+                if (state != QAbstractAnimation::Stopped)
+                    return;
+                m_pageTransitioning = false;
+                if (!*swapped) {
+                    *swapped = true;
+                    QTimer::singleShot(0, this, swap);
+                }
+                if (!m_isClosing)
+                    setWindowOpacity(1.0);
+            });
+}
+
+void MainWindow::setupUI()
+{
+    const AutoQuitBlocker blocker;
+    m_rebuildInProgress = true;
+    applyWindowSize(false);
+    delete m_bgContainer;
+    m_bgContainer = nullptr;
+    m_mainStack = nullptr;
+    buildBackground();
+    buildPages();
+    // Left to the layout, the new content would appear one turn of the event loop later.
+    m_bgContainer->show();
+    chooseValidCategory();
+    activateWindow();
+    m_rebuildInProgress = false;
+}
+
+void MainWindow::buildBackground()
+{
+    m_bgContainer = new QFrame(this);
+    m_bgContainer->setObjectName(QStringLiteral("bgContainer"));
+    m_bgContainer->setStyleSheet(
+        QStringLiteral("QFrame#bgContainer { background-color: %1; border: none; "
+                       "border-radius: %2px; }")
+            .arg(Theme::shellBg())
+            .arg(Theme::Rad_Lg));
+    auto* shadow = new QGraphicsDropShadowEffect(m_bgContainer);
+    shadow->setBlurRadius(kShadowBlur);
+    shadow->setColor(QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
+    shadow->setOffset(0, kShadowOffsetY);
+    m_bgContainer->setGraphicsEffect(shadow);
+    layout()->addWidget(m_bgContainer);
+    CardShape::attach(this, m_bgContainer, Theme::Rad_Lg);
+}
+
+void MainWindow::buildPages()
+{
+    auto* containerLayout = new QVBoxLayout(m_bgContainer);
+    containerLayout->setContentsMargins(0, 0, 0, 0);
+    containerLayout->setSpacing(0);
+    m_mainStack = new QStackedWidget(m_bgContainer);
+    containerLayout->addWidget(m_mainStack, 1);
+    connect(m_mainStack, &QStackedWidget::currentChanged, this,
+            [this](int index) { applyWindowSize(index == kSettingsPage); });
+    auto* homePage = new QWidget(m_mainStack);
+    auto* homeLayout = new QVBoxLayout(homePage);
+    homeLayout->setContentsMargins(0, 0, 0, 0);
+    homeLayout->setSpacing(0);
+    m_mainStack->addWidget(homePage);
+}
+
+void MainWindow::chooseValidCategory()
+{
+    const LauncherData& document = m_model->data();
+    if (document.categories.contains(m_model->currentCategory()))
+        return;
+    if (document.categories.contains(document.defaultCategory))
+        m_model->setCurrentCategory(document.defaultCategory);
+    else
+        m_model->setCurrentCategory(document.categories.value(0));
+}
+
+void MainWindow::rebuildUIPreservingFocus()
+{
+    if (m_rebuildInProgress) {
+        QTimer::singleShot(0, this, &MainWindow::rebuildUIPreservingFocus);
+        return;
+    }
+    const QWidget* focused = QApplication::focusWidget();
+    const QString focusName = focused ? focused->objectName() : QString();
+    const auto rebuild = [this, focusName] { rebuildNow(focusName); };
+    if (isHidden() || m_isClosing)
+        QTimer::singleShot(0, this, rebuild);
+    else
+        runBlindSwap(rebuild);
+}
+
+void MainWindow::rebuildNow(const QString& focusName)
+{
+    setupUI();
+    m_trayShowAction->setText(Tr::t(QStringLiteral("main.tray_show")));
+    m_trayQuitAction->setText(Tr::t(QStringLiteral("main.tray_exit")));
+    if (focusName.isEmpty())
+        return;
+    if (auto* widget = m_bgContainer->findChild<QWidget*>(focusName))
+        widget->setFocus();
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    const AutoQuitBlocker blocker;
+    m_isShowing = true;
+    m_showGuardTimer->start(ShowGuardMs);
+    QWidget::showEvent(event);
+    centerOnScreen();
+    if (m_fadeAnim) {
+        m_fadeAnim->stop();
+        m_fadeAnim.clear();
+    }
+    m_isClosing = false;
+    setWindowOpacity(1.0);
+    raise();
+    activateWindow();
+    Platform::bringToForeground(winId());
+    m_mainStack->setCurrentIndex(0);
+    emit becameVisible();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    const bool isLeftAlone = event->type() == QEvent::ActivationChange && !isActiveWindow() &&
+                             !QApplication::activeWindow();
+    if (isLeftAlone && !g_blockAutoQuit && !m_isShowing)
+        fadeOutAndHide();
+    QWidget::changeEvent(event);
+}
+
+void MainWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = true;
+        m_dragPosition = event->globalPosition().toPoint() - frameGeometry().topLeft();
+        event->accept();
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void MainWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_dragging) {
+        move(event->globalPosition().toPoint() - m_dragPosition);
+        event->accept();
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = false;
+        event->accept();
+    }
+    QWidget::mouseReleaseEvent(event);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (m_rebuildInProgress)
+        return QWidget::eventFilter(watched, event);
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (!widget || widget->window() != this)
+        return QWidget::eventFilter(watched, event);
+    // Taken here, Tab arrives as a key press instead of moving the focus.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
+        event->accept();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}

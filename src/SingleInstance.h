@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+class QLocalServer;
+class QLocalSocket;
+
+/// The rule of one process per install directory: how an install is named, how a second start wakes
+/// the first, and what the first makes of it. Main thread only.
+class SingleInstance
+{
+public:
+    static constexpr int ConnectAttempts = 6;
+    static constexpr int ConnectTimeoutMs = 300;
+    static constexpr int AttemptPauseMs = 150;
+    static constexpr int WriteTimeoutMs = 500;
+    static constexpr int ReadTimeoutMs = 500;
+
+    SingleInstance() = delete;
+
+    /// 16 lower-case hexadecimal digits that name the install in `installDirectory`; spellings that
+    /// differ only in letter case give the same.
+    static QString instanceKey(const QString& installDirectory);
+
+    /// Names of the local server and of the lock for an instance key.
+    static QString ipcServerName(const QString& instanceKey);
+    static QString mutexName(const QString& instanceKey);
+
+    /// Wakes the running instance. Blocks for at most 2,550 ms if nobody answers; failures are
+    /// logged and otherwise silent.
+    static void handOver(const QString& ipcServerName);
+
+    /// Makes `server` listen under the name, in place of what a crashed run may have left there,
+    /// for clients of the same user. A failure is logged; the program then runs without being
+    /// woken.
+    static void listen(QLocalServer& server, const QString& ipcServerName);
+
+    /// Takes the next connection of `server` and calls `wake` if the client sent just the wake
+    /// message. Blocks for at most `ReadTimeoutMs` per read.
+    static void handleConnection(QLocalServer& server, const std::function<void()>& wake);
+};

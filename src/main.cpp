@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "Logging.h"
+#include "MainWindow.h"
+#include "SingleInstance.h"
+#include "SpotlightWindow.h"
+#include "platform/Console.h"
+#include "platform/Display.h"
+#include "platform/InstanceLock.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFontDatabase>
+#include <QLocalServer>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+
+// Bars stay invisible until the pointer is on them, in every theme.
+const QString kScrollBarStyle =
+    QStringLiteral("QScrollBar:vertical { background: transparent; width: 6px; }"
+                   "QScrollBar::handle:vertical { background: transparent; border-radius: 3px; }"
+                   "QScrollBar::handle:vertical:hover { background: rgba(128, 128, 128, 0.6); }"
+                   "QScrollBar::handle:vertical:pressed { background: rgba(128, 128, 128, 0.6); }"
+                   "QScrollBar::add-line:vertical { height: 0px; }"
+                   "QScrollBar::sub-line:vertical { height: 0px; }"
+                   "QScrollBar::add-page:vertical { background: none; }"
+                   "QScrollBar::sub-page:vertical { background: none; }"
+                   "QScrollBar:horizontal { background: transparent; height: 6px; }"
+                   "QScrollBar::handle:horizontal { background: transparent; border-radius: 3px; }"
+                   "QScrollBar::handle:horizontal:hover { background: rgba(128, 128, 128, 0.6); }"
+                   "QScrollBar::handle:horizontal:pressed { background: rgba(128, 128, 128, 0.6); }"
+                   "QScrollBar::add-line:horizontal { width: 0px; }"
+                   "QScrollBar::sub-line:horizontal { width: 0px; }"
+                   "QScrollBar::add-page:horizontal { background: none; }"
+                   "QScrollBar::sub-page:horizontal { background: none; }");
+
+void loadTextFont()
+{
+    const QString variableFont = QStringLiteral(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
+    if (QFontDatabase::addApplicationFont(variableFont) == -1)
+        qWarning("Gagal memuat font Plus Jakarta Sans, aplikasi akan fallback ke font sistem.");
+    // Where Qt takes but one weight from the variable file, these bring the true ones.
+    for (const char* weight : {"Medium", "SemiBold", "Bold"})
+        QFontDatabase::addApplicationFont(
+            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+}
+
+void wake(MainWindow& window)
+{
+    if (window.isHidden() || window.windowOpacity() < 1.0) {
+        window.show();
+        return;
+    }
+    window.activateWindow();
+    window.raise();
+}
+
+void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer& server)
+{
+    QObject::connect(&window, &MainWindow::becameVisible, &spotlight,
+                     &SpotlightWindow::hideForOtherWindow);
+    QObject::connect(&spotlight, &SpotlightWindow::becameVisible, &window,
+                     &MainWindow::hideForOtherWindow);
+    QObject::connect(&spotlight, &SpotlightWindow::appearanceChanged, &window,
+                     &MainWindow::rebuildUIPreservingFocus);
+    QObject::connect(&server, &QLocalServer::newConnection, &window, [&server, &window] {
+        SingleInstance::handleConnection(server, [&window] { wake(window); });
+    });
+}
+
+int runPrimary(const QString& ipcServerName)
+{
+    QLocalServer server;
+    SingleInstance::listen(server, ipcServerName);
+    loadTextFont();
+    qApp->setStyleSheet(kScrollBarStyle);
+
+    MainWindow window(nullptr);
+    SpotlightWindow spotlight(window.model(), nullptr);
+    window.setSpotlightHotkeyController(spotlight.hotkeyController());
+    connectWindows(window, spotlight, server);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qInstallMessageHandler(fileMessageHandler);
+    Platform::detachFromConsole();
+    const QString problem = Platform::prepareDisplay(argc, argv);
+    if (!problem.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(problem));
+        return EXIT_FAILURE;
+    }
+
+    QApplication app(argc, argv);
+    Platform::watchDisplay();
+    QApplication::setQuitOnLastWindowClosed(false);
+    QCoreApplication::setApplicationName(QStringLiteral("Orlimo"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Orlimo"));
+
+    const QString instanceKey = SingleInstance::instanceKey(QCoreApplication::applicationDirPath());
+    const QString ipcServerName = SingleInstance::ipcServerName(instanceKey);
+    if (!Platform::acquireInstanceLock(SingleInstance::mutexName(instanceKey))) {
+        SingleInstance::handOver(ipcServerName);
+        return EXIT_SUCCESS;
+    }
+    return runPrimary(ipcServerName);
+}

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace Platform
+{
+
+/// Sees to it that the application object finds a display it can work on: placing windows and
+/// system-wide hotkeys need X11 on Linux, so that is what Qt is asked for on a Wayland session too.
+/// Call before the application object exists. Returns an empty string, or one line that tells the
+/// user why there is no way to go on. A platform that was chosen on purpose (such as "offscreen")
+/// is left alone.
+QString prepareDisplay(int argc, const char* const* argv);
+
+/// Keeps false news of where windows stand away from Qt, for as long as the application object
+/// lives. Call once, right after it is made.
+void watchDisplay();
+
+} // namespace Platform

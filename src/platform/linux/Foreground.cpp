@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Foreground.h"
+
+#include "platform/linux/X11.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace
+{
+
+constexpr uint32_t kSourcePager = 2; // a direct wish of the user, which no focus policy turns down
+
+QWindow* windowOf(WId id)
+{
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->handle() && window->winId() == id)
+            return window;
+    }
+    return nullptr;
+}
+
+bool isWindowManagerRunning()
+{
+    const auto cookie =
+        xcb_get_property(X11::connection(), 0, X11::rootWindow(),
+                         X11::atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1);
+    const X11::Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(X11::connection(), cookie, nullptr));
+    if (!reply || xcb_get_property_value_length(reply.get()) != int(sizeof(xcb_window_t)))
+        return false;
+    // A manager that died leaves the property behind, naming a window that is gone.
+    const auto checkWindow = *static_cast<xcb_window_t*>(xcb_get_property_value(reply.get()));
+    const auto attributes = xcb_get_window_attributes(X11::connection(), checkWindow);
+    const X11::Reply<xcb_get_window_attributes_reply_t> alive(
+        xcb_get_window_attributes_reply(X11::connection(), attributes, nullptr));
+    return alive != nullptr;
+}
+
+xcb_window_t inputFocus()
+{
+    const X11::Reply<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
+        X11::connection(), xcb_get_input_focus(X11::connection()), nullptr));
+    return reply ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+void askWindowManager(WId id)
+{
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = static_cast<xcb_window_t>(id);
+    event.type = X11::atom("_NET_ACTIVE_WINDOW");
+    event.data.data32[0] = kSourcePager;
+    event.data.data32[1] = X11::userTime();
+    xcb_send_event(X11::connection(), 0, X11::rootWindow(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+}
+
+void setInputFocus(xcb_window_t window)
+{
+    xcb_set_input_focus(X11::connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    xcb_flush(X11::connection());
+}
+
+/// Waits until one window is on the screen, since neither a window manager nor the server gives
+/// the focus to a window that isn't. Without a window manager it also gives the focus back when
+/// the window goes, as a manager would. Owned by the window.
+class ForegroundRequest : public QObject
+{
+public:
+    explicit ForegroundRequest(QWindow* window) : QObject(window)
+    {
+        window->installEventFilter(this);
+    }
+
+    void start()
+    {
+        m_wanted = true;
+        X11::expectFocusOn(window()->winId());
+        if (window()->isExposed())
+            take();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && m_wanted && window()->isExposed())
+            take();
+        if (event->type() == QEvent::Hide)
+            giveBack();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QWindow* window() const { return static_cast<QWindow*>(parent()); }
+
+    void take()
+    {
+        m_wanted = false;
+        if (isWindowManagerRunning()) {
+            askWindowManager(window()->winId());
+            xcb_flush(X11::connection());
+            return;
+        }
+        const xcb_window_t previous = inputFocus();
+        const auto own = static_cast<xcb_window_t>(window()->winId());
+        if (previous != own)
+            m_previous = previous;
+        setInputFocus(own);
+    }
+
+    void giveBack()
+    {
+        m_wanted = false;
+        const xcb_window_t previous = m_previous;
+        m_previous = XCB_WINDOW_NONE;
+        if (previous > XCB_INPUT_FOCUS_POINTER_ROOT)
+            setInputFocus(previous);
+    }
+
+    bool m_wanted = false;
+    xcb_window_t m_previous = XCB_WINDOW_NONE;
+};
+
+ForegroundRequest* requestOf(QWindow* window)
+{
+    for (QObject* child : window->children()) {
+        if (auto* request = dynamic_cast<ForegroundRequest*>(child))
+            return request;
+    }
+    return new ForegroundRequest(window);
+}
+
+} // namespace
+
+void Platform::bringToForeground(WId windowId)
+{
+    if (!X11::connection())
+        return;
+    QWindow* window = windowOf(windowId);
+    if (!window)
+        return;
+    requestOf(window)->start();
+}

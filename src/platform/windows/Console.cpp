@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Console.h"
+
+#include <windows.h>
+
+void Platform::detachFromConsole()
+{
+    FreeConsole();
+}

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Display.h"
+
+QString Platform::prepareDisplay(int argc, const char* const* argv)
+{
+    Q_UNUSED(argc);
+    Q_UNUSED(argv);
+    return {}; // there is one display, and every session has it
+}
+
+void Platform::watchDisplay()
+{
+    // The system tells a window's place truly.
+}

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Foreground.h"
+
+#include <windows.h>
+
+void Platform::bringToForeground(WId windowId)
+{
+    SetForegroundWindow(reinterpret_cast<HWND>(windowId));
+}

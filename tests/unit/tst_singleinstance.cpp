@@ -1,0 +1,550 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FreshProcess.h"
+#include "SingleInstance.h"
+#include "TestHome.h"
+#include "platform/InstanceLock.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+/// A client in a thread of its own, since the side that it talks to blocks.
+class Client
+{
+public:
+    explicit Client(const std::function<void()>& act) : m_thread(QThread::create(act))
+    {
+        m_thread->start();
+    }
+    ~Client() { m_thread->wait(); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    bool isFinished() const { return m_thread->isFinished(); }
+
+private:
+    std::unique_ptr<QThread> m_thread;
+};
+
+class SingleInstanceTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { TestHome::install(); }
+
+private slots:
+    void init();
+    void cleanup();
+
+    void instanceKey_data();
+    void instanceKey();
+    void instanceKeyIgnoresLetterCase_data();
+    void instanceKeyIgnoresLetterCase();
+    void namesOfServerAndLock();
+
+    void message_data();
+    void message();
+    void messageInPieces_data();
+    void messageInPieces();
+    void silentClientCostsOneWait();
+    void clientThatLeavesAtOnceCostsNoWait();
+    void tricklingClientIsWaitedForPiecewise();
+    void floodIsCutShort();
+    void clientsAtOnceAreServedEach();
+    void nobodyToServe();
+    void servedClientIsDropped();
+
+    void handOverWakesTheServer();
+    void handOverToABusyServer();
+    void handOverToALateServer();
+    void handOverToNobody();
+
+    void listenReplacesWhatACrashLeft();
+    void listenTakesTheNameOfALiveServer();
+    void listenFailureIsLogged();
+
+    void lockIsHeldByOneProcess();
+    void locksOfOtherNamesAreFree();
+    void lockDiesWithItsProcess();
+
+private:
+    void listenAndServe();
+    /// Sends the pieces, each after a pause, and stays until it is dropped or `leaves`.
+    std::unique_ptr<Client> send(const QList<QByteArray>& pieces, bool leaves) const;
+
+    QString m_name;
+    std::unique_ptr<QLocalServer> m_server;
+    int m_served = 0;
+    int m_woken = 0;
+    qint64 m_blockedMs = 0;
+};
+
+namespace
+{
+
+constexpr int kPauseMs = 150;
+constexpr int kTimeoutMs = 20000;
+const char kUnknownData[] = "IPC: menerima data tak dikenal:";
+
+/// Nothing is ever sent back, so this ends when the time is over or the other side hangs up.
+void waitForNothing(QLocalSocket& socket, int timeoutMs)
+{
+    socket.waitForReadyRead(timeoutMs);
+}
+
+void failOnAnyWarning()
+{
+    QTest::failOnWarning(QRegularExpression(QString()));
+}
+
+// What the processes do.
+
+int takeLock(const QStringList& arguments)
+{
+    std::puts(Platform::acquireInstanceLock(arguments.first()) ? "taken" : "refused");
+    return EXIT_SUCCESS;
+}
+
+int stayConnected(const QStringList& arguments)
+{
+    QLocalSocket socket;
+    socket.connectToServer(arguments.first());
+    return socket.waitForConnected(kTimeoutMs) && socket.waitForDisconnected(kTimeoutMs)
+               ? EXIT_SUCCESS
+               : EXIT_FAILURE;
+}
+
+/// Takes the lock, launches a program as the user would, and stays.
+int takeLockAndLaunch(const QStringList& arguments)
+{
+    if (!Platform::acquireInstanceLock(arguments.at(0)))
+        return EXIT_FAILURE;
+    const QStringList own = QCoreApplication::arguments();
+    const QStringList identity = own.mid(1, 3);
+    QProcess::startDetached(own.first(), identity + QStringList{"stay connected", arguments.at(1)});
+    return stayConnected({arguments.at(1)});
+}
+
+int listenAndCrash(const QStringList& arguments)
+{
+    QLocalServer server;
+    if (!server.listen(arguments.first()))
+        return EXIT_FAILURE;
+    std::_Exit(EXIT_SUCCESS);
+}
+
+QByteArray lockOutcome(const QString& name)
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("take lock", {name});
+    return outcome.hasExited ? outcome.output.trimmed() : "no outcome";
+}
+
+} // namespace
+
+void SingleInstanceTest::init()
+{
+    // The name is shared by the whole machine, so it is made from this run's own directory.
+    m_name = SingleInstance::ipcServerName(SingleInstance::instanceKey(TestHome::path()));
+    m_server = std::make_unique<QLocalServer>();
+    m_served = 0;
+    m_woken = 0;
+    m_blockedMs = 0;
+}
+
+void SingleInstanceTest::cleanup()
+{
+    m_server.reset();
+}
+
+void SingleInstanceTest::listenAndServe()
+{
+    SingleInstance::listen(*m_server, m_name);
+    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
+        QElapsedTimer blocked;
+        blocked.start();
+        SingleInstance::handleConnection(*m_server, [this] { ++m_woken; });
+        m_blockedMs = blocked.elapsed();
+        ++m_served;
+    });
+}
+
+std::unique_ptr<Client> SingleInstanceTest::send(const QList<QByteArray>& pieces, bool leaves) const
+{
+    return std::make_unique<Client>([name = m_name, pieces, leaves] {
+        QLocalSocket socket;
+        socket.connectToServer(name);
+        if (!socket.waitForConnected(kTimeoutMs))
+            qFatal("no connection");
+        for (qsizetype i = 0; i < pieces.size(); ++i) {
+            if (i > 0)
+                waitForNothing(socket, kPauseMs);
+            if (socket.state() != QLocalSocket::ConnectedState)
+                return; // dropped, so nobody is there for the rest
+            socket.write(pieces.at(i));
+            socket.flush();
+        }
+        if (leaves)
+            socket.disconnectFromServer();
+        else if (socket.state() == QLocalSocket::ConnectedState)
+            socket.waitForDisconnected(kTimeoutMs);
+    });
+}
+
+void SingleInstanceTest::instanceKey_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("usual") << "/opt/orlimo/bin"
+                           << "9d32cdb0d1d25dd9";
+    QTest::newRow("with drive") << "c:/program files/orlimo"
+                                << "911a8f26f7d6a100";
+    QTest::newRow("beyond ASCII") << QStringLiteral("/home/ä/ğürlimo") << "0d1321793e5b14e1";
+    QTest::newRow("empty") << ""
+                           << "da39a3ee5e6b4b0d";
+}
+
+void SingleInstanceTest::instanceKey()
+{
+    QFETCH(QString, directory);
+    QTEST(SingleInstance::instanceKey(directory), "key");
+}
+
+void SingleInstanceTest::instanceKeyIgnoresLetterCase_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("upper") << "/OPT/ORLIMO/BIN"
+                           << "9d32cdb0d1d25dd9";
+    QTest::newRow("mixed") << "C:/Program Files/Orlimo"
+                           << "911a8f26f7d6a100";
+    QTest::newRow("beyond ASCII") << QStringLiteral("/HOME/Ä/ĞÜRLIMO") << "0d1321793e5b14e1";
+}
+
+void SingleInstanceTest::instanceKeyIgnoresLetterCase()
+{
+    QFETCH(QString, directory);
+    QTEST(SingleInstance::instanceKey(directory), "key");
+}
+
+void SingleInstanceTest::namesOfServerAndLock()
+{
+    QCOMPARE(SingleInstance::ipcServerName("0123456789abcdef"),
+             "Vestrel_IPC_Server_0123456789abcdef");
+    QCOMPARE(SingleInstance::mutexName("0123456789abcdef"),
+             "Orlimo_Vestrel_SingleInstanceMutex_0123456789abcdef");
+}
+
+void SingleInstanceTest::message_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("leaves");
+    QTest::addColumn<QByteArray>("logged");
+    for (const bool leaves : {false, true}) {
+        const char* ending = leaves ? ", leaves" : "";
+        const auto row = [&](const char* name, const QByteArray& bytes, const QByteArray& logged) {
+            QTest::addRow("%s%s", name, ending) << bytes << leaves << logged;
+        };
+        row("the four bytes", "SHOW", {});
+        row("one more", "SHOW!", "\"SHOW!\"");
+        row("zero behind", QByteArray("SHOW\0", 5), "\"SHOW\\x00\"");
+        row("line feed behind", "SHOW\n", "\"SHOW\\n\"");
+        row("twice", "SHOWSHOW", "\"SHOWSHOW\"");
+        row("lower case", "show", "\"show\"");
+        row("other word of four", "QUIT", "\"QUIT\"");
+        row("too short", "SHO", "\"SHO\"");
+        row("one byte", "S", "\"S\"");
+        row("blank in front", " SHOW", "\" SHOW\"");
+        row("not text", QByteArray("\x00\xff\x80\x1b", 4), "\"\\x00\\xFF\\x80\\x1B\"");
+        row("quotes", "\"%1\"\\", "\"\\\"%1\\\"\\\\\"");
+    }
+}
+
+void SingleInstanceTest::message()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, leaves);
+    QFETCH(QByteArray, logged);
+    failOnAnyWarning();
+    if (!logged.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, (QByteArray(kUnknownData) + ' ' + logged).constData());
+    listenAndServe();
+    const auto client = send({bytes}, leaves);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, logged.isEmpty() ? 1 : 0);
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), kTimeoutMs);
+}
+
+void SingleInstanceTest::messageInPieces_data()
+{
+    QTest::addColumn<QList<QByteArray>>("pieces");
+    QTest::addColumn<QByteArray>("logged");
+    QTest::newRow("halves") << QList<QByteArray>{"SH", "OW"} << QByteArray();
+    QTest::newRow("bytes") << QList<QByteArray>{"S", "H", "O", "W"} << QByteArray();
+    QTest::newRow("too much in the end")
+        << QList<QByteArray>{"SHO", "W!"} << QByteArray("\"SHOW!\"");
+    QTest::newRow("wrong end") << QList<QByteArray>{"SH", "UT"} << QByteArray("\"SHUT\"");
+    QTest::newRow("what follows is not read")
+        << QList<QByteArray>{"SHOW", "and more"} << QByteArray();
+}
+
+void SingleInstanceTest::messageInPieces()
+{
+    QFETCH(QList<QByteArray>, pieces);
+    QFETCH(QByteArray, logged);
+    failOnAnyWarning();
+    if (!logged.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, (QByteArray(kUnknownData) + ' ' + logged).constData());
+    listenAndServe();
+    const auto client = send(pieces, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, logged.isEmpty() ? 1 : 0);
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), kTimeoutMs);
+}
+
+void SingleInstanceTest::silentClientCostsOneWait()
+{
+    failOnAnyWarning();
+    listenAndServe();
+    const auto client = send({}, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, 0);
+    QVERIFY2(m_blockedMs > 450 && m_blockedMs < 950, qPrintable(QString::number(m_blockedMs)));
+}
+
+void SingleInstanceTest::clientThatLeavesAtOnceCostsNoWait()
+{
+    failOnAnyWarning();
+    listenAndServe();
+    const auto client = send({}, true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, 0);
+    QVERIFY2(m_blockedMs < 450, qPrintable(QString::number(m_blockedMs)));
+}
+
+void SingleInstanceTest::tricklingClientIsWaitedForPiecewise()
+{
+    // Each byte starts the wait anew, and the last wait is for a byte that never comes.
+    failOnAnyWarning();
+    QTest::ignoreMessage(QtWarningMsg, "IPC: menerima data tak dikenal: \"SHO\"");
+    listenAndServe();
+    const auto client = send({"S", "H", "O"}, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, 0);
+    QVERIFY2(m_blockedMs > 500, qPrintable(QString::number(m_blockedMs)));
+}
+
+void SingleInstanceTest::floodIsCutShort()
+{
+    constexpr int kFloodBytes = 10'000'000;
+    static qsizetype s_loggedLength = 0;
+    static int s_loggedCount = 0;
+    s_loggedLength = 0;
+    s_loggedCount = 0;
+    const auto previous =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            s_loggedLength = text.startsWith(kUnknownData) ? text.size() : 0;
+            ++s_loggedCount;
+        });
+    listenAndServe();
+    const auto client = send({QByteArray(kFloodBytes, 'x')}, false);
+    const bool isServed = QTest::qWaitFor([this] { return m_served == 1; }, kTimeoutMs);
+    // Hung up on, although it still had most of it to send.
+    const bool isDropped = QTest::qWaitFor([&client] { return client->isFinished(); }, kTimeoutMs);
+    qInstallMessageHandler(previous);
+
+    QVERIFY(isServed);
+    QVERIFY(isDropped);
+    QCOMPARE(m_woken, 0);
+    QCOMPARE(s_loggedCount, 1);
+    QVERIFY2(s_loggedLength > 4 && s_loggedLength < kFloodBytes / 2,
+             qPrintable(QString::number(s_loggedLength)));
+
+    const auto next = send({"SHOW"}, true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken, 1, kTimeoutMs);
+}
+
+void SingleInstanceTest::clientsAtOnceAreServedEach()
+{
+    failOnAnyWarning();
+    QTest::ignoreMessage(QtWarningMsg, "IPC: menerima data tak dikenal: \"NONE\"");
+    listenAndServe();
+    const auto silent = send({}, false);
+    const auto first = send({"SHOW"}, true);
+    const auto stranger = send({"NONE"}, false);
+    const auto second = send({"SHOW"}, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 4, kTimeoutMs);
+    QCOMPARE(m_woken, 2);
+}
+
+void SingleInstanceTest::nobodyToServe()
+{
+    failOnAnyWarning();
+    SingleInstance::listen(*m_server, m_name);
+    SingleInstance::handleConnection(*m_server, [this] { ++m_woken; });
+    QCOMPARE(m_woken, 0);
+}
+
+void SingleInstanceTest::servedClientIsDropped()
+{
+    listenAndServe();
+    const auto client = send({"SHOW"}, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QTRY_VERIFY(m_server->findChildren<QLocalSocket*>().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), kTimeoutMs);
+}
+
+void SingleInstanceTest::handOverWakesTheServer()
+{
+    failOnAnyWarning();
+    listenAndServe();
+    const Client second([this] { SingleInstance::handOver(m_name); });
+    QTRY_VERIFY_WITH_TIMEOUT(second.isFinished(), kTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QCOMPARE(m_woken, 1);
+}
+
+void SingleInstanceTest::handOverToABusyServer()
+{
+    failOnAnyWarning();
+    listenAndServe();
+    QSemaphore done;
+    const Client second([this, &done] {
+        SingleInstance::handOver(m_name);
+        done.release();
+    });
+    // The event loop of the first instance stands still until the second one has gone.
+    QVERIFY(done.tryAcquire(1, kTimeoutMs));
+    QCOMPARE(m_woken, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken, 1, kTimeoutMs);
+}
+
+void SingleInstanceTest::handOverToALateServer()
+{
+    failOnAnyWarning();
+    QTimer::singleShot(2 * SingleInstance::AttemptPauseMs, this, [this] { listenAndServe(); });
+    const Client second([this] { SingleInstance::handOver(m_name); });
+    QTRY_VERIFY_WITH_TIMEOUT(second.isFinished(), kTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken, 1, kTimeoutMs);
+    QCOMPARE(m_served, 1);
+}
+
+void SingleInstanceTest::handOverToNobody()
+{
+    failOnAnyWarning();
+    QTest::ignoreMessage(
+        QtWarningMsg, "Instance lain terdeteksi (Mutex) tapi gagal terhubung ke IPC server-nya.");
+    QElapsedTimer elapsed;
+    elapsed.start();
+    SingleInstance::handOver(m_name);
+    // Five pauses between six attempts; an attempt ends at once or after its timeout.
+    const qint64 elapsedMs = elapsed.elapsed();
+    QVERIFY2(elapsedMs >= 750 && elapsedMs < 2550 + 1000, qPrintable(QString::number(elapsedMs)));
+}
+
+void SingleInstanceTest::listenReplacesWhatACrashLeft()
+{
+    failOnAnyWarning();
+    const FreshProcess::Outcome crash = FreshProcess::run("listen and crash", {m_name});
+    QVERIFY(crash.hasExited);
+    QCOMPARE(crash.exitCode, 0);
+    listenAndServe();
+    QVERIFY(m_server->isListening());
+    const auto client = send({"SHOW"}, true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken, 1, kTimeoutMs);
+}
+
+void SingleInstanceTest::listenTakesTheNameOfALiveServer()
+{
+    // Which of the two is reached differs between systems; that one of them is does not.
+    failOnAnyWarning();
+    QLocalServer older;
+    SingleInstance::listen(older, m_name);
+    int wokenOlder = 0;
+    connect(&older, &QLocalServer::newConnection, this,
+            [&] { SingleInstance::handleConnection(older, [&wokenOlder] { ++wokenOlder; }); });
+    listenAndServe();
+    QVERIFY(m_server->isListening());
+    const auto client = send({"SHOW"}, true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken + wokenOlder, 1, kTimeoutMs);
+}
+
+void SingleInstanceTest::listenFailureIsLogged()
+{
+    failOnAnyWarning();
+    QTest::ignoreMessage(QtWarningMsg,
+                         "Gagal membuat IPC server: \"QLocalServer::listen: Name error\" - fitur "
+                         "'bangunkan window' dari instance kedua tidak akan berfungsi untuk sesi "
+                         "ini.");
+    SingleInstance::listen(*m_server, {});
+    QVERIFY(!m_server->isListening());
+}
+
+void SingleInstanceTest::lockIsHeldByOneProcess()
+{
+    const QString name = SingleInstance::mutexName("held_by_one");
+    QVERIFY(Platform::acquireInstanceLock(name));
+    QCOMPARE(lockOutcome(name), "refused");
+    QCOMPARE(lockOutcome(name), "refused");
+}
+
+void SingleInstanceTest::locksOfOtherNamesAreFree()
+{
+    QVERIFY(Platform::acquireInstanceLock(SingleInstance::mutexName("one_install")));
+    QCOMPARE(lockOutcome(SingleInstance::mutexName("other_install")), "taken");
+    // And again, since the process that took it has ended.
+    QCOMPARE(lockOutcome(SingleInstance::mutexName("other_install")), "taken");
+}
+
+void SingleInstanceTest::lockDiesWithItsProcess()
+{
+    // Killed, and survived by a program that it had launched.
+    const QString name = SingleInstance::mutexName("killed");
+    QVERIFY(m_server->listen(m_name));
+    QList<QLocalSocket*> clients;
+    connect(m_server.get(), &QLocalServer::newConnection, this,
+            [&] { clients.append(m_server->nextPendingConnection()); });
+    QProcess holder;
+    FreshProcess::start(holder, "take lock and launch", {name, m_name});
+    QTRY_COMPARE_WITH_TIMEOUT(clients.size(), 2, kTimeoutMs);
+    QCOMPARE(lockOutcome(name), "refused");
+    holder.kill();
+    QVERIFY(holder.waitForFinished(kTimeoutMs));
+    QCOMPARE(lockOutcome(name), "taken");
+    const auto isConnected = [](const QLocalSocket* socket) {
+        return socket->state() == QLocalSocket::ConnectedState;
+    };
+    QTRY_COMPARE(std::count_if(clients.begin(), clients.end(), isConnected), 1);
+}
+
+int main(int argc, char** argv)
+{
+    if (FreshProcess::isTask(argc, argv)) {
+        return FreshProcess::runTask(argc, argv,
+                                     {{"take lock", takeLock},
+                                      {"take lock and launch", takeLockAndLaunch},
+                                      {"stay connected", stayConnected},
+                                      {"listen and crash", listenAndCrash}});
+    }
+    SingleInstanceTest::initMain();
+    QCoreApplication application(argc, argv);
+    SingleInstanceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_singleinstance.moc"
