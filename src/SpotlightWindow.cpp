@@ -1,0 +1,697 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "SpotlightWindow.h"
+
+#include "ActionsMenu.h"
+#include "AutoQuitBlocker.h"
+#include "CardShape.h"
+#include "ConfirmDot.h"
+#include "CustomWidgets.h"
+#include "FlowLayout.h"
+#include "GlobalHotkeyController.h"
+#include "GlyphWidgets.h"
+#include "HotkeyManager.h"
+#include "IconHelper.h"
+#include "Localization.h"
+#include "SpotlightResultDelegate.h"
+#include "Theme.h"
+#include "platform/Foreground.h"
+
+#include <QApplication>
+#include <QGraphicsDropShadowEffect>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QPropertyAnimation>
+#include <QRegion>
+#include <QScreen>
+#include <QSettings>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+constexpr int kHotkeyId = 2;
+constexpr int kFadeOutMs = 60;
+constexpr qreal kShadowBlur = 35.0;
+constexpr int kShadowOffsetY = 10;
+constexpr int kShadowAlphaDark = 150;
+constexpr int kShadowAlphaLight = 40;
+constexpr int kShellRadius = 40;
+constexpr int kBoxRadius = 22;
+constexpr int kRowEndRadius = 30;
+constexpr int kBoxSpacing = 8;
+constexpr int kBoxMarginLeft = 8;
+constexpr int kBoxMarginRight = 6;
+constexpr int kSearchIconBox = 20;
+constexpr int kSearchIconPx = 16;
+constexpr int kChipGap = 8;
+constexpr int kChipMargin = 8;
+constexpr int kChipTextWidth = 420;
+constexpr int kDotGap = 8;
+constexpr int kDotReach = 38;   // how far the dot reaches to the right of its place
+constexpr int kDotGapLeft = 48; // from the menu's left edge, dot included
+
+const QString kDefaultScopeKey = QStringLiteral("Spotlight/DefaultScope");
+
+QString cornersStyle(const QString& selector, const QString& color, int top, int bottom)
+{
+    return selector + QStringLiteral(" {") +
+           QStringLiteral("background-color: %1; border: none; border-top-left-radius: %2px; "
+                          "border-top-right-radius: %2px; border-bottom-left-radius: %3px; "
+                          "border-bottom-right-radius: %3px;")
+               .arg(color)
+               .arg(top)
+               .arg(bottom) +
+           QStringLiteral("}");
+}
+
+QSettings openSettings()
+{
+    return QSettings(Theme::settingsFilePath(), QSettings::IniFormat);
+}
+
+} // namespace
+
+SpotlightWindow::SpotlightWindow(LauncherModel* model, QWidget* parent)
+    : QWidget(parent), m_model(model)
+{
+    setAttribute(Qt::WA_TranslucentBackground, true);
+    setWindowFlags(Qt::FramelessWindowHint | Qt::Tool);
+    setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
+    m_showGuardTimer = new QTimer(this);
+    m_showGuardTimer->setSingleShot(true);
+    connect(m_showGuardTimer, &QTimer::timeout, this, [this] { m_isShowing = false; });
+
+    buildShell();
+    buildSearchStrip();
+    buildResultsPanel();
+    CardShape::attach(this, m_shell, kShellRadius, m_shadowLayer);
+    applyResultsLayout(0);
+    resize(WINDOW_WIDTH, emptyStateHeight());
+    connect(m_searchInput, &QLineEdit::textChanged, this,
+            [this](const QString& text) { rebuildResults(text, m_scopeKeys); });
+    m_searchInput->installEventFilter(this);
+    connect(m_resultsList, &QListWidget::itemDoubleClicked, this, &SpotlightWindow::launchItem);
+    setUpHotkey();
+    applyThemeColors();
+}
+
+void SpotlightWindow::buildShell()
+{
+    auto* root = new QVBoxLayout(this);
+    root->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
+    root->setSpacing(0);
+
+    // Outside any layout: an effect on the shell itself would redraw it all at every keystroke.
+    m_shadowLayer = new QFrame(this);
+    m_shadowLayer->setObjectName(QStringLiteral("spotlightShadowLayer"));
+    m_shadowLayer->setFrameShape(QFrame::NoFrame);
+    m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_dropShadow = new QGraphicsDropShadowEffect(m_shadowLayer);
+    m_dropShadow->setBlurRadius(kShadowBlur);
+    m_dropShadow->setOffset(0, kShadowOffsetY);
+    m_shadowLayer->setGraphicsEffect(m_dropShadow);
+
+    m_shell = new QFrame(this);
+    m_shell->setObjectName(QStringLiteral("spotlightShell"));
+    m_shell->setFrameShape(QFrame::NoFrame);
+    m_shell->raise();
+    auto* shellLayout = new QVBoxLayout(m_shell);
+    shellLayout->setContentsMargins(0, 0, 0, 0);
+    shellLayout->setSpacing(0);
+    root->addWidget(m_shell, 0, Qt::AlignTop);
+}
+
+void SpotlightWindow::buildSearchStrip()
+{
+    m_searchPill = new QFrame(m_shell);
+    m_searchPill->setObjectName(QStringLiteral("spotlightSearchPill"));
+    auto* pillLayout = new QVBoxLayout(m_searchPill);
+    pillLayout->setContentsMargins(STRIP_PAD, STRIP_PAD, STRIP_PAD, STRIP_PAD);
+    pillLayout->setSpacing(STRIP_PAD);
+    m_shell->layout()->addWidget(m_searchPill);
+    buildSearchBox();
+    buildChipRow();
+}
+
+void SpotlightWindow::buildSearchBox()
+{
+    m_searchBox = new QFrame(m_searchPill);
+    m_searchBox->setObjectName(QStringLiteral("spotlightSearchBox"));
+    m_searchBox->setFixedHeight(SEARCH_BOX_HEIGHT);
+    auto* boxLayout = new QHBoxLayout(m_searchBox);
+    boxLayout->setContentsMargins(kBoxMarginLeft, 0, kBoxMarginRight, 0);
+    boxLayout->setSpacing(kBoxSpacing);
+
+    m_addFilterBtn = new GlyphButton(m_searchBox);
+    m_addFilterBtn->setFixedHeight(PillStyle::Height);
+    // The focus never leaves the field.
+    m_addFilterBtn->setFocusPolicy(Qt::NoFocus);
+    m_addFilterBtn->setCursor(Qt::PointingHandCursor);
+    connect(m_addFilterBtn, &QPushButton::clicked, this, &SpotlightWindow::showFilterMenu);
+    boxLayout->addWidget(m_addFilterBtn, 0, Qt::AlignVCenter);
+
+    m_searchInput = new GhostLineEdit(m_searchBox);
+    m_searchInput->setFrame(false);
+    boxLayout->addWidget(m_searchInput, 1, Qt::AlignVCenter);
+
+    m_searchIconLbl = new GlyphLabel(m_searchBox);
+    m_searchIconLbl->setFixedSize(kSearchIconBox, kSearchIconBox);
+    boxLayout->addWidget(m_searchIconLbl, 0, Qt::AlignVCenter);
+    m_searchPill->layout()->addWidget(m_searchBox);
+}
+
+void SpotlightWindow::buildChipRow()
+{
+    m_chipRow = new QWidget(m_searchPill);
+    m_chipRow->setObjectName(QStringLiteral("spotlightChipRow"));
+    m_chipLayout = new FlowLayout(m_chipRow, kChipGap, kChipGap);
+    m_chipLayout->setContentsMargins(kChipMargin, 0, kChipMargin, 0);
+    m_chipRow->hide();
+    m_searchPill->layout()->addWidget(m_chipRow);
+}
+
+void SpotlightWindow::buildResultsPanel()
+{
+    m_resultsPanel = new QFrame(m_shell);
+    m_resultsPanel->setObjectName(QStringLiteral("spotlightResultsPanel"));
+    m_resultsPanel->setFrameShape(QFrame::NoFrame);
+    auto* panelLayout = new QVBoxLayout(m_resultsPanel);
+    panelLayout->setContentsMargins(0, 0, 0, 0);
+    panelLayout->setSpacing(0);
+    m_resultsPanel->hide();
+    m_shell->layout()->addWidget(m_resultsPanel);
+
+    m_resultsList = new QListWidget(m_resultsPanel);
+    m_resultsList->setFrameShape(QFrame::NoFrame);
+    m_resultsList->setStyleSheet(
+        QStringLiteral("QListWidget { background: transparent; border: none; outline: 0; "
+                       "padding: %1px %2px %3px %2px; }QListWidget::item { border: none; }")
+            .arg(RESULTS_PAD_TOP)
+            .arg(RESULTS_PAD_SIDE)
+            .arg(RESULTS_PAD_BOTTOM));
+    m_resultsList->setFocusPolicy(Qt::NoFocus);
+    m_resultsList->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_resultsList->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_resultsList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_resultsList->setMouseTracking(true); // rows light up under the pointer
+    m_rowDelegate = new SpotlightResultDelegate(m_resultsList);
+    m_rowDelegate->setFirstRowTopRadius(kRowEndRadius);
+    m_rowDelegate->setLastRowBottomRadius(kRowEndRadius);
+    m_resultsList->setItemDelegate(m_rowDelegate);
+    panelLayout->addWidget(m_resultsList);
+    clipRowsToPanel();
+}
+
+void SpotlightWindow::clipRowsToPanel()
+{
+    // Rows that are scrolled half out of view would stand out of the panel's round corners.
+    QPainterPath card;
+    card.addRoundedRect(
+        QRect(0, -kShellRadius, WINDOW_WIDTH - 2 * SHADOW_MARGIN, kShellRadius + panelHeightFor(1)),
+        kShellRadius, kShellRadius);
+    m_resultsList->setMask(QRegion(card.toFillPolygon().toPolygon()));
+}
+
+void SpotlightWindow::setUpHotkey()
+{
+    HotkeyManager::Slot& slot = HotkeyManager::spotlightSlot;
+    m_hotkeyController = new GlobalHotkeyController(winId(), kHotkeyId, &slot, this);
+    HotkeyManager::loadSettings(slot, winId());
+    m_hotkeyController->applyHotkey(slot.combo);
+    connect(m_hotkeyController, &GlobalHotkeyController::hotkeyTriggered, this,
+            &SpotlightWindow::toggleVisibility);
+}
+
+// Geometry
+
+int SpotlightWindow::chipRowHeight() const
+{
+    return m_chips.isEmpty() ? 0 : m_chipLayout->heightForWidth(ChipRowWidth);
+}
+
+int SpotlightWindow::searchStripHeight() const
+{
+    const int chips = chipRowHeight();
+    return chips < 1 ? PILL_HEIGHT : PILL_HEIGHT + STRIP_PAD + chips;
+}
+
+int SpotlightWindow::panelHeightFor(int rows) const
+{
+    // Two heights only, so that typing doesn't resize the window.
+    if (rows < 1)
+        return 0;
+    return VISIBLE_ROWS * SpotlightResultDelegate::RowHeight + RESULTS_PAD_TOP + RESULTS_PAD_BOTTOM;
+}
+
+int SpotlightWindow::windowHeightFor(int strip, int panel) const
+{
+    return strip + SEAM_GAP + std::max(panel, 0) + 2 * SHADOW_MARGIN;
+}
+
+int SpotlightWindow::emptyStateHeight() const
+{
+    return windowHeightFor(searchStripHeight(), 0);
+}
+
+int SpotlightWindow::anchoredY(int height) const
+{
+    int y = m_anchorPos.y();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return y;
+    // Only the visible card has to fit; the shadow's margin may hang off the screen.
+    const QRect area = screen->availableGeometry();
+    const int overflow = y + height - SHADOW_MARGIN - (area.bottom() + 1);
+    if (overflow > 0)
+        y -= overflow;
+    return std::max(y, area.top() - SHADOW_MARGIN);
+}
+
+void SpotlightWindow::applyResultsLayout(int rowCount)
+{
+    if (!m_shell || !m_resultsPanel || !m_searchPill)
+        return;
+    const int panel = panelHeightFor(rowCount);
+    const int strip = searchStripHeight();
+    if (panel == m_panelHeight && strip == m_stripHeight)
+        return;
+    m_panelHeight = panel;
+    m_stripHeight = strip;
+    m_resultsShown = panel > 0;
+    applySearchStripStyle();
+    if (panel != 0)
+        m_resultsPanel->setFixedHeight(panel);
+    m_resultsPanel->setVisible(panel > 0);
+    if (const int chips = chipRowHeight())
+        m_chipRow->setFixedHeight(chips);
+    m_searchPill->setFixedHeight(strip);
+    m_shell->setFixedHeight(panel + strip);
+    for (QLayout* changed : {m_shell->layout(), layout()}) {
+        changed->invalidate();
+        changed->activate();
+    }
+    const int height = windowHeightFor(strip, panel);
+    setFixedHeight(height);
+    if (m_anchorValid)
+        setGeometry(m_anchorPos.x(), anchoredY(height), WINDOW_WIDTH, height);
+    syncShadowLayers();
+    update();
+}
+
+void SpotlightWindow::syncShadowLayers()
+{
+    m_shadowLayer->setGeometry(m_shell->geometry());
+}
+
+// Showing and hiding
+
+void SpotlightWindow::toggleVisibility()
+{
+    if (isHidden() || windowOpacity() < 1.0)
+        show();
+    else
+        fadeOutAndHide();
+}
+
+void SpotlightWindow::hideForOtherWindow()
+{
+    if (!isHidden())
+        fadeOutAndHide();
+}
+
+void SpotlightWindow::fadeOutAndHide()
+{
+    if (m_isClosing)
+        return;
+    m_isClosing = true;
+    m_fadeAnim = new QPropertyAnimation(this, "windowOpacity", this);
+    m_fadeAnim->setDuration(kFadeOutMs);
+    m_fadeAnim->setStartValue(windowOpacity());
+    m_fadeAnim->setEndValue(0.0);
+    m_fadeAnim->setEasingCurve(QEasingCurve::Linear);
+    connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
+        m_fadeAnim.clear();
+        hide();
+    });
+    m_fadeAnim->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void SpotlightWindow::showEvent(QShowEvent* event)
+{
+    const AutoQuitBlocker blocker;
+    m_isShowing = true;
+    m_showGuardTimer->start(ShowGuardMs);
+    resetForShow();
+    QWidget::showEvent(event);
+    placeOnScreen();
+    if (m_fadeAnim) {
+        m_fadeAnim->stop();
+        m_fadeAnim.clear();
+    }
+    m_isClosing = false;
+    setWindowOpacity(1.0);
+    takeForeground();
+    emit becameVisible();
+}
+
+void SpotlightWindow::resetForShow()
+{
+    m_anchorValid = false;
+    m_panelHeight = -1;
+    m_stripHeight = -1;
+    applyThemeColors();
+    m_scopeKeys = defaultScopeKeys();
+    refreshFilterChips();
+    applyResultsLayout(0);
+    resize(WINDOW_WIDTH, emptyStateHeight());
+    m_searchInput->clear();
+    m_resultsList->clear();
+    update();
+}
+
+void SpotlightWindow::placeOnScreen()
+{
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect area = screen->availableGeometry();
+        move((area.width() - width()) / 2, area.height() / 4);
+    }
+    m_anchorPos = pos();
+    m_anchorValid = true;
+}
+
+void SpotlightWindow::takeForeground()
+{
+    raise();
+    activateWindow();
+    Platform::bringToForeground(winId());
+    m_searchInput->setFocus();
+}
+
+void SpotlightWindow::changeEvent(QEvent* event)
+{
+    // The hand-over of the foreground at a show can report a loss of focus that is none.
+    const bool isLeftAlone = event->type() == QEvent::ActivationChange && !isActiveWindow() &&
+                             !QApplication::activeWindow();
+    if (isLeftAlone && !g_blockAutoQuit && !m_isShowing)
+        fadeOutAndHide();
+    QWidget::changeEvent(event);
+}
+
+void SpotlightWindow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    syncShadowLayers();
+}
+
+// Keys and mouse
+
+bool SpotlightWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_searchInput && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (handleFieldKey(key->key(), key->modifiers()))
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool SpotlightWindow::handleFieldKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    if (key == Qt::Key_F4 || (key == Qt::Key_Down && modifiers.testFlag(Qt::AltModifier))) {
+        showFilterMenu();
+        return true;
+    }
+    if (key == Qt::Key_Backspace && m_searchInput->text().isEmpty() && !m_scopeKeys.isEmpty()) {
+        removeScope(m_scopeKeys.constLast());
+        return true;
+    }
+    switch (key) {
+    case Qt::Key_Down:
+        moveSelection(1);
+        return true;
+    case Qt::Key_Up:
+        moveSelection(-1);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        launchItem(m_resultsList->currentItem());
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SpotlightWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        fadeOutAndHide();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void SpotlightWindow::moveSelection(int delta)
+{
+    const int count = m_resultsList->count();
+    if (count == 0 || delta == 0)
+        return;
+    const int current = m_resultsList->currentRow();
+    if (current < 0) {
+        selectFirstResultRow();
+        return;
+    }
+    int row = current + delta;
+    while (row >= 0 && row < count && !isResultRow(row))
+        row += delta;
+    if (row >= 0 && row < count)
+        m_resultsList->setCurrentRow(row);
+}
+
+void SpotlightWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = true;
+        m_dragPosition = event->globalPosition().toPoint() - frameGeometry().topLeft();
+        event->accept();
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void SpotlightWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_dragging) {
+        move(event->globalPosition().toPoint() - m_dragPosition);
+        m_anchorPos = pos();
+        event->accept();
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void SpotlightWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    m_dragging = false;
+    QWidget::mouseReleaseEvent(event);
+}
+
+// Scopes
+
+const QVector<SpotlightWindow::ScopeDef>& SpotlightWindow::scopeDefs()
+{
+    static const QVector<ScopeDef> s_defs{
+        {"", Glyph::Apps},         {"Application", 0}, {"URL", 0},  {"File", 0},
+        {"Folder", Glyph::Folder}, {"Snippet", 0},     {"Bulk", 0},
+    };
+    return s_defs;
+}
+
+uint SpotlightWindow::scopeGlyph(const ScopeDef& def)
+{
+    return def.glyph != 0 ? def.glyph
+                          : IconHelper::codepointForType(QString::fromLatin1(def.typeKey));
+}
+
+QString SpotlightWindow::scopeLabel(const ScopeDef& def)
+{
+    const QString key = QString::fromLatin1(def.typeKey);
+    if (key.isEmpty())
+        return Tr::t(QStringLiteral("spotlight.scope_all"));
+    if (key == QLatin1String("Folder"))
+        return Tr::t(QStringLiteral("spotlight.scope_folder"));
+    return SpotlightResultDelegate::typeLabel(key);
+}
+
+QStringList SpotlightWindow::defaultScopeKeys()
+{
+    const QStringList stored = openSettings().value(kDefaultScopeKey).toStringList();
+    QStringList keys;
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (!key.isEmpty() && stored.contains(key))
+            keys.append(key);
+    }
+    return keys;
+}
+
+void SpotlightWindow::setDefaultScopeKeys(const QStringList& keys)
+{
+    QSettings settings = openSettings();
+    settings.setValue(kDefaultScopeKey, keys);
+    settings.sync();
+}
+
+void SpotlightWindow::setScopeKeys(const QStringList& keys)
+{
+    if (keys == m_scopeKeys)
+        return;
+    m_scopeKeys = keys;
+    refreshFilterChips();
+    rebuildResults(m_searchInput->text(), m_scopeKeys);
+}
+
+void SpotlightWindow::removeScope(const QString& key)
+{
+    QStringList keys = m_scopeKeys;
+    keys.removeAll(key);
+    setScopeKeys(keys);
+}
+
+void SpotlightWindow::refreshFilterChips()
+{
+    if (!m_chipRow || !m_chipLayout)
+        return;
+    for (GlyphButton* chip : std::as_const(m_chips)) {
+        m_chipLayout->removeWidget(chip);
+        chip->hide();
+        chip->deleteLater();
+    }
+    m_chips.clear();
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (key.isEmpty() || !m_scopeKeys.contains(key))
+            continue;
+        const GlyphButton* chip = addFilterChip(scopeGlyph(def), scopeLabel(def));
+        connect(chip, &QPushButton::clicked, this, [this, key] { removeScope(key); });
+    }
+    m_chipRow->setVisible(!m_chips.isEmpty());
+    applyResultsLayout(m_resultsList->count());
+}
+
+GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
+{
+    auto* chip = new GlyphButton(m_chipRow);
+    chip->setFocusPolicy(Qt::NoFocus);
+    chip->setCursor(Qt::PointingHandCursor);
+    chip->setToolTip(Tr::t(QStringLiteral("spotlight.chip_remove")));
+    const QString elided = chip->fontMetrics().elidedText(label, Qt::ElideRight, kChipTextWidth);
+    PillStyle::applyFilterChip(chip, glyph, elided);
+    m_chipLayout->addWidget(chip);
+    m_chips.append(chip);
+    return chip;
+}
+
+void SpotlightWindow::showFilterMenu()
+{
+    const AutoQuitBlocker blocker;
+    const ColorTokens colors = Theme::colors();
+    QMenu menu(this);
+    ActionsMenu::style(menu, colors);
+    QStringList pending = m_scopeKeys;
+    QVector<QAction*> actions;
+    QStringList keys;
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (key.isEmpty())
+            continue;
+        actions.append(ActionsMenu::addCheckRow(
+            menu, [&pending, key] { return pending.contains(key); }, scopeGlyph(def),
+            scopeLabel(def), colors));
+        keys.append(key);
+    }
+
+    // Rows only stage a change; the dot beside the row is what commits it.
+    ConfirmDot dot(this);
+    dot.setColors(colors.primary, colors.onPrimary);
+    bool isConfirmed = false;
+    ActionsMenu::ToggleFilter filter(&menu, [&](QAction* action) {
+        const QString key = keys.value(actions.indexOf(action));
+        if (pending.removeAll(key) == 0)
+            pending.append(key);
+        placeConfirmDot(&dot, menu, menu.actionGeometry(action));
+        dot.show();
+        dot.raise();
+    });
+    for (QAction* action : std::as_const(actions))
+        filter.watch(action);
+    filter.watchArea(&dot, [&] {
+        isConfirmed = true;
+        menu.close();
+    });
+    menu.exec(ActionsMenu::anchorBelow(m_addFilterBtn, menu));
+    dot.hide();
+    if (isConfirmed)
+        setScopeKeys(pending);
+    m_searchInput->setFocus();
+}
+
+void SpotlightWindow::placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row)
+{
+    const QPoint topLeft = menu.mapToGlobal(QPoint(0, 0));
+    int x = topLeft.x() + menu.width() + kDotGap;
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen && x + kDotReach >= screen->availableGeometry().right())
+        x = topLeft.x() - kDotGapLeft;
+    const int y = topLeft.y() + row.top() + row.height() / 2 - ConfirmDot::Size / 2;
+    dot->move(x, y);
+}
+
+// Theming
+
+void SpotlightWindow::applyThemeColors()
+{
+    const ColorTokens c = Theme::colors();
+    m_shell->setStyleSheet(
+        QStringLiteral("QFrame#spotlightShell { background: transparent; border: none; }"));
+    m_shadowLayer->setStyleSheet(
+        QStringLiteral("QFrame#spotlightShadowLayer { background-color: %1; border: none; "
+                       "border-radius: %2px; }")
+            .arg(Theme::shellBg())
+            .arg(kShellRadius));
+    m_dropShadow->setColor(
+        QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
+    applySearchStripStyle();
+    m_addFilterBtn->setText(Tr::t(QStringLiteral("spotlight.filter_add")));
+    PillStyle::applyResting(m_addFilterBtn, Glyph::Add, false);
+    refreshFilterChips();
+    m_searchIconLbl->setGlyph(Glyph::Search, kSearchIconPx, c.onSurfaceVariant);
+    m_searchInput->setStyleSheet(
+        QStringLiteral("QLineEdit { background: transparent; border: none; color: %1; "
+                       "font-size: %2; font-weight: 600; padding: 2px 0; }")
+            .arg(c.onSurface, FontTokens::SizeMd));
+    m_searchInput->setPlaceholderText(Tr::t(QStringLiteral("home.search_placeholder")));
+    m_searchInput->setGhostColor(QColor(c.onSurfaceVariant));
+    m_resultsList->viewport()->update();
+}
+
+void SpotlightWindow::applySearchStripStyle()
+{
+    if (!m_searchPill || !m_searchBox || !m_resultsPanel)
+        return;
+    m_searchPill->setStyleSheet(cornersStyle(QStringLiteral("QFrame#spotlightSearchPill"),
+                                             Theme::shellBg(), kShellRadius,
+                                             m_resultsShown ? 0 : kShellRadius));
+    m_resultsPanel->setStyleSheet(cornersStyle(QStringLiteral("QFrame#spotlightResultsPanel"),
+                                               Theme::panelBg(), 0, kShellRadius));
+    m_searchBox->setStyleSheet(
+        QStringLiteral("QFrame#spotlightSearchBox { background-color: %1; border: none; "
+                       "border-radius: %2px; }")
+            .arg(Theme::boxBg())
+            .arg(kBoxRadius));
+}

@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Calculator.h"
+#include "SearchEngine.h"
+#include "SpotlightResultDelegate.h"
+
+#include <QPoint>
+#include <QPointer>
+#include <QStringList>
+#include <QVector>
+#include <QWidget>
+
+class ConfirmDot;
+class FlowLayout;
+class GhostLineEdit;
+class GlobalHotkeyController;
+class GlyphButton;
+class GlyphLabel;
+class LauncherModel;
+class QFrame;
+class QGraphicsDropShadowEffect;
+class QListWidget;
+class QListWidgetItem;
+class QMenu;
+class QPropertyAnimation;
+class QTimer;
+
+/// The search window: a strip with a field, a row of filter chips, and a panel of results that is
+/// either closed or open at its full height. Its hotkey toggles it; each show starts empty at the
+/// same place. It runs what the user chooses and remembers the choice. GUI thread only.
+class SpotlightWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int SHADOW_MARGIN = 32; ///< transparent margin on all four sides, in pixels
+    static constexpr int WINDOW_WIDTH = 584;
+    static constexpr int PILL_HEIGHT = 80;
+    static constexpr int SEARCH_BOX_HEIGHT = 44;
+    static constexpr int STRIP_PAD = 18;
+    static constexpr int PILL_INSET = 8;
+    static constexpr int ChipRowWidth = 484;
+    static constexpr int SEAM_GAP = 0; ///< between strip and panel
+    static constexpr int RESULTS_PAD_SIDE = 6;
+    static constexpr int RESULTS_PAD_TOP = 4;
+    static constexpr int RESULTS_PAD_BOTTOM = 4;
+    static constexpr int VISIBLE_ROWS = 5;
+    static constexpr int ShowGuardMs = 1500; ///< how long a show ignores the loss of focus
+    /// Item role: under what key a launch of the row is remembered.
+    static constexpr int RoleUsageKey = SpotlightResultDelegate::RoleNextFree;
+
+    /// A kind of result that a search can be narrowed to.
+    struct ScopeDef
+    {
+        const char* typeKey; ///< empty for all kinds
+        uint glyph;          ///< 0: that of the type
+    };
+
+    /// `model` is not owned and must outlive the window.
+    SpotlightWindow(LauncherModel* model, QWidget* parent);
+
+    GlobalHotkeyController* hotkeyController() const { return m_hotkeyController; }
+
+    /// The hotkey: shows the window if it is hidden, else dismisses it. A press during the fade is
+    /// lost: the fade runs to its end.
+    void toggleVisibility();
+
+    /// The one way to dismiss the window; nothing if it is on its way out already.
+    void fadeOutAndHide();
+
+    /// Every kind of result, in the order of chips, menu rows and stored keys.
+    static const QVector<ScopeDef>& scopeDefs();
+    static uint scopeGlyph(const ScopeDef& def);
+    static QString scopeLabel(const ScopeDef& def);
+
+    /// The scopes that every show starts with, without unknown ones and in the order of
+    /// `scopeDefs()`. Empty means all.
+    static QStringList defaultScopeKeys();
+    static void setDefaultScopeKeys(const QStringList& keys);
+
+    /// Narrows the present search, until the next show.
+    void setScopeKeys(const QStringList& keys);
+    void removeScope(const QString& key);
+
+    /// Fills the list for a text as typed. Synchronous; selects the first result.
+    void rebuildResults(const QString& text, const QStringList& scopeKeys);
+
+    /// Runs a row. On success the use is remembered and the window goes; on failure all stays.
+    void launchItem(QListWidgetItem* item);
+
+    /// Moves the selection past headers and hints; stops at either end.
+    void moveSelection(int delta);
+
+    /// Heights in pixels, of the chip row (0 without chips), the strip, the panel and the window.
+    int chipRowHeight() const;
+    int searchStripHeight() const;
+    int panelHeightFor(int rows) const;
+    int windowHeightFor(int strip, int panel) const;
+    int emptyStateHeight() const;
+
+    /// Where a window of that height goes so that its visible part stays on the primary screen.
+    int anchoredY(int height) const;
+
+    /// Reads colours and texts anew.
+    void applyThemeColors();
+
+public slots:
+    void hideForOtherWindow();
+
+signals:
+    void becameVisible();
+    /// Something that the other window shows too was changed from here.
+    void appearanceChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    struct Group;
+
+    void buildShell();
+    void buildSearchStrip();
+    void buildSearchBox();
+    void buildChipRow();
+    void buildResultsPanel();
+    void clipRowsToPanel();
+    void setUpHotkey();
+    void resetForShow();
+    void placeOnScreen();
+    void takeForeground();
+    bool handleFieldKey(int key, Qt::KeyboardModifiers modifiers);
+
+    void refreshFilterChips();
+    GlyphButton* addFilterChip(uint glyph, const QString& label);
+    void showFilterMenu();
+    static void placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row);
+
+    void applySearchStripStyle();
+    void applyResultsLayout(int rowCount);
+    void syncShadowLayers();
+
+    void addCalculatorGroup(const QString& text);
+    void addOwnItemGroups(const QString& text, const QStringList& scopeKeys);
+    QVector<Group> ownItemGroups(const QString& text) const;
+    void addHeaderRow(const QString& text);
+    void addShortcutRow(const SearchMatch& match, bool first, bool last);
+    void addCalcRow(const Calculator::Result& result);
+    static void markGroupEdges(QListWidgetItem* item, bool first, bool last);
+    bool isResultRow(int row) const;
+    void selectFirstResultRow();
+    static void recordUsage(const QListWidgetItem* item);
+
+    QStringList m_scopeKeys; ///< empty: all scopes
+    LauncherModel* m_model = nullptr;
+    QFrame* m_shell = nullptr;
+    QFrame* m_shadowLayer = nullptr;
+    QFrame* m_searchPill = nullptr;
+    QFrame* m_searchBox = nullptr;
+    bool m_resultsShown = false;
+    GlyphLabel* m_searchIconLbl = nullptr;
+    GhostLineEdit* m_searchInput = nullptr;
+    GlyphButton* m_addFilterBtn = nullptr;
+    QWidget* m_chipRow = nullptr;
+    FlowLayout* m_chipLayout = nullptr;
+    QVector<GlyphButton*> m_chips;
+    QFrame* m_resultsPanel = nullptr;
+    QListWidget* m_resultsList = nullptr;
+    SpotlightResultDelegate* m_rowDelegate = nullptr;
+    GlobalHotkeyController* m_hotkeyController = nullptr;
+    QGraphicsDropShadowEffect* m_dropShadow = nullptr;
+    bool m_isClosing = false;
+    bool m_dragging = false;
+    QPoint m_dragPosition;
+    QPoint m_anchorPos; ///< where the window stands before it grows
+    bool m_anchorValid = false;
+    int m_panelHeight = -1; ///< last applied
+    int m_stripHeight = -1; ///< last applied
+    bool m_isShowing = false;
+    QTimer* m_showGuardTimer = nullptr;
+    QPointer<QPropertyAnimation> m_fadeAnim;
+};
