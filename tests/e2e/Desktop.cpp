@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "Desktop.h"
+
+#include <QColor>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+
+namespace
+{
+
+constexpr int kStartMs = 10000;
+
+void stop(QProcess& process)
+{
+    if (process.state() == QProcess::NotRunning)
+        return;
+    process.terminate();
+    if (!process.waitForFinished(3000)) {
+        process.kill();
+        process.waitForFinished(3000);
+    }
+}
+
+} // namespace
+
+Desktop::Desktop(int features)
+{
+    for (const char* dir : {"bin", "home", "data", "config", "cache", "run"})
+        QDir(m_dir.path()).mkpath(QLatin1String(dir));
+    QFile::setPermissions(path(QStringLiteral("run")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    writeScripts();
+    startScreen();
+    m_client = std::make_unique<XClient>(m_display);
+    m_client->paintRoot(QColor(0x80, 0x90, 0xa0));
+    if (features & SessionBus)
+        startBus();
+    if (features & WindowManager) {
+        start(m_windowManager, QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+        if (!QTest::qWaitFor([this] { return m_client->hasWindowManager(); }, kStartMs))
+            qFatal("the window manager doesn't come up");
+    }
+    if (features & Compositor) {
+        start(m_compositor, QStringLiteral("picom"),
+              {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
+               QStringLiteral("/dev/null"), QStringLiteral("--no-fading-openclose")});
+        if (!QTest::qWaitFor([this] { return m_client->hasCompositor(); }, kStartMs))
+            qFatal("the compositor doesn't come up");
+    }
+}
+
+Desktop::~Desktop()
+{
+    stop(m_compositor);
+    stop(m_windowManager);
+    m_client.reset();
+    stop(m_bus);
+    stop(m_screen);
+}
+
+void Desktop::dieWithParent(QProcess& process)
+{
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
+void Desktop::writeScripts() const
+{
+    QFile script(path(QStringLiteral("bin/xdg-open")));
+    const QString text = QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$*\" >> '%1'\n")
+                             .arg(path(QStringLiteral("opened")));
+    if (!script.open(QIODevice::WriteOnly) || script.write(text.toUtf8()) < 0)
+        qFatal("cannot write the opener script");
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void Desktop::startScreen()
+{
+    dieWithParent(m_screen);
+    m_screen.setStandardErrorFile(path(QStringLiteral("xvfb.log")));
+    m_screen.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                    QStringLiteral("0"),
+                    QStringLiteral("%1x%2x24").arg(ScreenWidth).arg(ScreenHeight),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    QByteArray number;
+    while (!number.endsWith('\n') && m_screen.waitForReadyRead(kStartMs))
+        number += m_screen.readAllStandardOutput();
+    if (!number.endsWith('\n'))
+        qFatal("the virtual screen doesn't come up");
+    m_display = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
+}
+
+void Desktop::startBus()
+{
+    dieWithParent(m_bus);
+    m_bus.setProcessEnvironment(environment());
+    m_bus.start(QStringLiteral("dbus-daemon"),
+                {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                 QStringLiteral("--print-address=1")});
+    QByteArray address;
+    while (!address.endsWith('\n') && m_bus.waitForReadyRead(kStartMs))
+        address += m_bus.readAllStandardOutput();
+    if (!address.endsWith('\n'))
+        qFatal("the session bus doesn't come up");
+    m_busAddress = QString::fromLatin1(address.trimmed());
+}
+
+void Desktop::start(QProcess& process, const QString& program, const QStringList& arguments)
+{
+    dieWithParent(process);
+    process.setProcessEnvironment(environment());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    if (!process.waitForStarted(kStartMs))
+        qFatal("cannot start %s", qPrintable(program));
+}
+
+QProcessEnvironment Desktop::environment() const
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("DISPLAY"), m_display);
+    env.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
+    env.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
+    env.insert(QStringLiteral("XDG_CACHE_HOME"), path(QStringLiteral("cache")));
+    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("run")));
+    env.insert(QStringLiteral("TMPDIR"), m_dir.path());
+    env.insert(QStringLiteral("PATH"),
+               path(QStringLiteral("bin")) + QLatin1Char(':') + env.value(QStringLiteral("PATH")));
+    // An address that answers nobody, so that nothing of the machine's own session is reached.
+    env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+               m_busAddress.isEmpty() ? QStringLiteral("disabled:") : m_busAddress);
+    for (const char* inherited : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE",
+                                  "XDG_CURRENT_DESKTOP", "QT_LOGGING_TO_CONSOLE"})
+        env.remove(QLatin1String(inherited));
+    return env;
+}
+
+void Desktop::xdotool(const QStringList& arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.start(QStringLiteral("xdotool"), arguments);
+    if (!process.waitForFinished(30000) || process.exitCode() != 0)
+        qFatal("xdotool %s: %s", qPrintable(arguments.join(QLatin1Char(' '))),
+               process.readAllStandardError().constData());
+}
+
+QString Desktop::clipboard() const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.start(QStringLiteral("xclip"), {QStringLiteral("-out"), QStringLiteral("-selection"),
+                                            QStringLiteral("clipboard")});
+    if (!process.waitForFinished(3000)) {
+        process.kill();
+        process.waitForFinished();
+    }
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QStringList Desktop::opened() const
+{
+    QFile file(path(QStringLiteral("opened")));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+xcb_window_t Desktop::focusOtherWindow()
+{
+    if (!m_otherWindow)
+        m_otherWindow = m_client->makeWindow(QRect(20, 60, 300, 200));
+    m_client->activate(m_otherWindow);
+    if (!QTest::qWaitFor([this] { return m_client->focus() == m_otherWindow; }, kStartMs))
+        qFatal("the other window doesn't get the focus");
+    m_client->takeKeyPressCount();
+    return m_otherWindow;
+}

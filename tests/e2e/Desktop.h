@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "XClient.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <memory>
+
+/// A private desktop: virtual screen, window manager, compositor and session bus, and a directory
+/// in which everything of it lies. All of it ends with the object.
+class Desktop
+{
+public:
+    enum Feature {
+        NoFeature = 0,
+        WindowManager = 1,
+        Compositor = 2,
+        SessionBus = 4,
+        Everything = WindowManager | Compositor | SessionBus
+    };
+
+    static constexpr int ScreenWidth = 1280;
+    static constexpr int ScreenHeight = 800;
+
+    /// Ends the test run if a piece can't be started.
+    explicit Desktop(int features = Everything);
+    ~Desktop();
+
+    QString display() const { return m_display; }
+    XClient& client() { return *m_client; }
+    QString path(const QString& name) const { return m_dir.filePath(name); }
+
+    /// What programs on this desktop get as their environment. The fake "xdg-open", first in the
+    /// search path, notes its arguments in the file "opened".
+    QProcessEnvironment environment() const;
+    QString busAddress() const { return m_busAddress; }
+
+    /// Presses keys or the like: `xdotool` with these arguments. Ends the test run if it fails.
+    void xdotool(const QStringList& arguments) const;
+
+    /// Text of the X clipboard; empty if it holds none.
+    QString clipboard() const;
+
+    /// What the fake "xdg-open" was asked to open, one entry a call.
+    QStringList opened() const;
+
+    /// Gives the focus to a plain window of another client and returns that window.
+    xcb_window_t focusOtherWindow();
+
+    /// Ties a process to this one, so that a test run that ends early leaves nothing behind.
+    static void dieWithParent(QProcess& process);
+
+private:
+    void startScreen();
+    void startBus();
+    void start(QProcess& process, const QString& program, const QStringList& arguments);
+    void writeScripts() const;
+
+    QTemporaryDir m_dir;
+    QString m_display;
+    QString m_busAddress;
+    QProcess m_screen;
+    QProcess m_windowManager;
+    QProcess m_compositor;
+    QProcess m_bus;
+    std::unique_ptr<XClient> m_client;
+    xcb_window_t m_otherWindow = XCB_WINDOW_NONE;
+};

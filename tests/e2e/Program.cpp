@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "Program.h"
+
+#include "MainWindow.h"
+#include "SpotlightWindow.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+namespace
+{
+
+constexpr int kPatienceMs = 15000; // a sanitized binary on a busy machine
+
+} // namespace
+
+Program::Program(Desktop& desktop) : m_desktop(desktop)
+{
+    // Each case has a profile of its own.
+    QDir(dataDir()).removeRecursively();
+    QDir().mkpath(dataDir());
+    QFile::remove(desktop.path(QStringLiteral("opened")));
+}
+
+Program::~Program()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished(kPatienceMs);
+}
+
+QString Program::binary()
+{
+    return QStringLiteral(ORLIMO_BINARY);
+}
+
+QString Program::dataDir() const
+{
+    return m_desktop.path(QStringLiteral("data/Orlimo/Orlimo"));
+}
+
+void Program::writeData(const QString& fileName, const QByteArray& content) const
+{
+    QFile file(QDir(dataDir()).filePath(fileName));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+}
+
+QByteArray Program::readData(const QString& fileName) const
+{
+    QFile file(QDir(dataDir()).filePath(fileName));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void Program::setSetting(const QString& key, const QVariant& value) const
+{
+    QSettings settings(QDir(dataDir()).filePath(QStringLiteral("settings.ini")),
+                       QSettings::IniFormat);
+    settings.setValue(key, value);
+    settings.sync();
+}
+
+QVariant Program::setting(const QString& key) const
+{
+    const QSettings settings(QDir(dataDir()).filePath(QStringLiteral("settings.ini")),
+                             QSettings::IniFormat);
+    return settings.value(key);
+}
+
+void Program::startWithoutWaiting(const QString& binaryPath)
+{
+    Desktop::dieWithParent(m_process);
+    m_process.setProcessEnvironment(m_desktop.environment());
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.start(binaryPath.isEmpty() ? binary() : binaryPath, QStringList());
+    if (!m_process.waitForStarted(kPatienceMs))
+        qFatal("cannot start the program");
+}
+
+void Program::start()
+{
+    startWithoutWaiting();
+    const bool isUp = QTest::qWaitFor(
+        [this] {
+            const XClient::Window home = homeWindow();
+            return home.isViewable && m_desktop.client().focus() == home.id;
+        },
+        kPatienceMs);
+    if (!isUp)
+        qFatal("the home window doesn't come up");
+}
+
+void Program::startAndSettle()
+{
+    start();
+    // The hotkey hides it at once; losing the focus would do so only after the guard.
+    key(QStringLiteral("ctrl+alt+space"));
+    if (!QTest::qWaitFor([this] { return !homeWindow().isViewable; }, kPatienceMs))
+        qFatal("the home window doesn't go away");
+    m_desktop.focusOtherWindow();
+}
+
+XClient::Window Program::windowOfWidth(int width) const
+{
+    for (const XClient::Window& window : m_desktop.client().windowsOf(m_process.processId())) {
+        if (window.geometry.width() == width)
+            return window;
+    }
+    return {};
+}
+
+XClient::Window Program::homeWindow() const
+{
+    return windowOfWidth(MainWindow::WINDOW_WIDTH_GRID);
+}
+
+XClient::Window Program::spotlight() const
+{
+    return windowOfWidth(SpotlightWindow::WINDOW_WIDTH);
+}
+
+bool Program::isSpotlightUp() const
+{
+    const XClient::Window window = spotlight();
+    return window.isViewable && m_desktop.client().focus() == window.id;
+}
+
+void Program::openSpotlight()
+{
+    key(QStringLiteral("ctrl+alt+y"));
+    if (!QTest::qWaitFor([this] { return isSpotlightUp(); }, kPatienceMs))
+        qFatal("Spotlight doesn't come up");
+}
+
+void Program::waitUntilSpotlightIsGone()
+{
+    if (!QTest::qWaitFor([this] { return !spotlight().isViewable; }, kPatienceMs))
+        qFatal("Spotlight doesn't go away");
+}
+
+void Program::type(const QString& text) const
+{
+    m_desktop.xdotool(
+        {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("0"), text});
+}
+
+void Program::key(const QString& combination) const
+{
+    m_desktop.xdotool(
+        {QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("0"), combination});
+}
+
+QImage Program::settledScreenshot() const
+{
+    QImage last = m_desktop.client().screenshot();
+    int equalPictures = 0;
+    const bool isSettled = QTest::qWaitFor(
+        [&] {
+            const QImage next = m_desktop.client().screenshot();
+            equalPictures = next == last ? equalPictures + 1 : 0;
+            last = next;
+            return equalPictures >= 10;
+        },
+        kPatienceMs);
+    if (!isSettled)
+        qFatal("the screen doesn't come to rest");
+    return last;
+}

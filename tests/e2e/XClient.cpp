@@ -1,0 +1,238 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "XClient.h"
+
+#include <QColor>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+namespace
+{
+
+struct FreeDeleter
+{
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <typename T>
+using Reply = std::unique_ptr<T, FreeDeleter>;
+
+} // namespace
+
+XClient::XClient(const QString& display)
+    : m_connection(xcb_connect(display.toLatin1().constData(), nullptr)), m_screen(nullptr)
+{
+    if (xcb_connection_has_error(m_connection))
+        qFatal("cannot connect to display %s", qPrintable(display));
+    m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+}
+
+XClient::~XClient()
+{
+    xcb_disconnect(m_connection);
+}
+
+xcb_atom_t XClient::atom(const char* name) const
+{
+    const auto cookie =
+        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
+    const Reply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(m_connection, cookie, nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+qint64 XClient::pidOf(xcb_window_t window) const
+{
+    const auto cookie =
+        xcb_get_property(m_connection, 0, window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 0, 1);
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    if (!reply || xcb_get_property_value_length(reply.get()) != int(sizeof(uint32_t)))
+        return 0;
+    return *static_cast<uint32_t*>(xcb_get_property_value(reply.get()));
+}
+
+void XClient::collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const
+{
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    if (!tree)
+        return;
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        if (pidOf(children[i]) != pid) {
+            collect(children[i], found, pid);
+            continue;
+        }
+        const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
+            m_connection, xcb_get_geometry(m_connection, children[i]), nullptr));
+        const Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+            m_connection, xcb_get_window_attributes(m_connection, children[i]), nullptr));
+        const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+            m_connection,
+            xcb_translate_coordinates(m_connection, children[i], m_screen->root, 0, 0), nullptr));
+        if (!geometry || !attributes || !origin)
+            continue; // gone in the meantime
+        found.append({children[i],
+                      QRect(origin->dst_x, origin->dst_y, geometry->width, geometry->height),
+                      attributes->map_state == XCB_MAP_STATE_VIEWABLE});
+    }
+}
+
+QVector<XClient::Window> XClient::windowsOf(qint64 pid) const
+{
+    QVector<Window> found;
+    collect(m_screen->root, found, pid);
+    return found;
+}
+
+xcb_window_t XClient::focus() const
+{
+    const Reply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    return reply ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+xcb_window_t XClient::makeWindow(const QRect& geometry)
+{
+    const xcb_window_t window = xcb_generate_id(m_connection);
+    const uint32_t values[] = {m_screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS};
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, m_screen->root,
+                      static_cast<int16_t>(geometry.x()), static_cast<int16_t>(geometry.y()),
+                      static_cast<uint16_t>(geometry.width()),
+                      static_cast<uint16_t>(geometry.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      m_screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
+    // The place is the user's wish, or the window manager chooses another.
+    constexpr uint32_t kUserPosition = 1;
+    const std::array<uint32_t, 18> sizeHints{kUserPosition};
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
+                        XCB_ATOM_WM_SIZE_HINTS, 32, sizeHints.size(), sizeHints.data());
+    xcb_map_window(m_connection, window);
+    xcb_flush(m_connection);
+    return window;
+}
+
+void XClient::activate(xcb_window_t window)
+{
+    constexpr uint32_t kSourcePager = 2;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("_NET_ACTIVE_WINDOW");
+    event.data.data32[0] = kSourcePager;
+    xcb_send_event(m_connection, 0, m_screen->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(m_connection);
+}
+
+int XClient::takeKeyPressCount()
+{
+    focus(); // a round trip: whatever was on its way is here afterwards
+    int count = 0;
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+        if ((event->response_type & ~0x80) == XCB_KEY_PRESS)
+            ++count;
+    }
+    return count;
+}
+
+QVector<xcb_keycode_t> XClient::keycodesOf(xcb_keysym_t keysym) const
+{
+    QVector<xcb_keycode_t> result;
+    xcb_key_symbols_t* symbols = xcb_key_symbols_alloc(m_connection);
+    const Reply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
+    xcb_key_symbols_free(symbols);
+    for (const xcb_keycode_t* code = codes.get(); code && *code != XCB_NO_SYMBOL; ++code)
+        result.append(*code);
+    return result;
+}
+
+bool XClient::grabKey(xcb_keysym_t keysym, quint16 modifiers)
+{
+    bool isGranted = false;
+    for (const xcb_keycode_t code : keycodesOf(keysym)) {
+        const auto cookie = xcb_grab_key_checked(m_connection, 0, m_screen->root, modifiers, code,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const Reply<xcb_generic_error_t> error(xcb_request_check(m_connection, cookie));
+        isGranted = !error;
+    }
+    return isGranted;
+}
+
+void XClient::ungrabKey(xcb_keysym_t keysym, quint16 modifiers)
+{
+    for (const xcb_keycode_t code : keycodesOf(keysym))
+        xcb_ungrab_key(m_connection, code, m_screen->root, modifiers);
+    xcb_flush(m_connection);
+}
+
+bool XClient::hasWindowManager() const
+{
+    const auto cookie = xcb_get_property(m_connection, 0, m_screen->root,
+                                         atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1);
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    return reply && xcb_get_property_value_length(reply.get()) > 0;
+}
+
+bool XClient::hasCompositor() const
+{
+    const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        m_connection, xcb_get_selection_owner(m_connection, atom("_NET_WM_CM_S0")), nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+void XClient::pressKeys(const QVector<xcb_keysym_t>& keysyms)
+{
+    QVector<xcb_keycode_t> codes;
+    for (const xcb_keysym_t keysym : keysyms)
+        codes.append(keycodesOf(keysym).value(0));
+    const auto fake = [this](uint8_t type, xcb_keycode_t code) {
+        xcb_test_fake_input(m_connection, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    };
+    for (const xcb_keycode_t code : codes)
+        fake(XCB_KEY_PRESS, code);
+    for (auto code = codes.crbegin(); code != codes.crend(); ++code)
+        fake(XCB_KEY_RELEASE, *code);
+    focus(); // a round trip
+}
+
+QRgb XClient::pixel(const QPoint& position) const
+{
+    const auto cookie = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_screen->root,
+                                      static_cast<int16_t>(position.x()),
+                                      static_cast<int16_t>(position.y()), 1, 1, ~0U);
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(m_connection, cookie, nullptr));
+    if (!reply)
+        qFatal("no picture of the screen");
+    const QImage image(xcb_get_image_data(reply.get()), 1, 1, QImage::Format_RGB32);
+    return image.pixel(0, 0);
+}
+
+QImage XClient::screenshot() const
+{
+    const auto cookie = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_screen->root, 0, 0,
+                                      m_screen->width_in_pixels, m_screen->height_in_pixels, ~0U);
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(m_connection, cookie, nullptr));
+    if (!reply)
+        qFatal("no picture of the screen");
+    return QImage(xcb_get_image_data(reply.get()), m_screen->width_in_pixels,
+                  m_screen->height_in_pixels, QImage::Format_RGB32)
+        .copy();
+}
+
+void XClient::paintRoot(const QColor& color)
+{
+    const uint32_t pixel = color.rgb() & 0xffffffU;
+    xcb_change_window_attributes(m_connection, m_screen->root, XCB_CW_BACK_PIXEL, &pixel);
+    xcb_clear_area(m_connection, 0, m_screen->root, 0, 0, 0, 0);
+    xcb_flush(m_connection);
+}

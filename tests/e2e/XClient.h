@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QImage>
+#include <QRect>
+#include <QString>
+#include <QVector>
+
+#include <xcb/xcb.h>
+
+/// Another X11 client beside the program under test: looks at its windows and at the screen, holds
+/// the focus, and grabs keys.
+class XClient
+{
+public:
+    struct Window
+    {
+        xcb_window_t id = XCB_WINDOW_NONE;
+        QRect geometry; ///< on the screen
+        bool isViewable = false;
+    };
+
+    /// Connects to a display such as ":7"; ends the test run if that fails.
+    explicit XClient(const QString& display);
+    ~XClient();
+    XClient(const XClient&) = delete;
+    XClient& operator=(const XClient&) = delete;
+
+    /// Every window of a process, mapped or not.
+    QVector<Window> windowsOf(qint64 pid) const;
+
+    /// The window that has the keyboard.
+    xcb_window_t focus() const;
+
+    /// Makes a plain, visible window, a stand-in for whatever the user works in.
+    xcb_window_t makeWindow(const QRect& geometry);
+
+    /// Asks the window manager to give `window` the focus.
+    void activate(xcb_window_t window);
+
+    /// Key presses that reached windows of this client since the last call.
+    int takeKeyPressCount();
+
+    /// Grabs a key, given as keysym, on the root window with the modifier bits. False if refused.
+    bool grabKey(xcb_keysym_t keysym, quint16 modifiers);
+    void ungrabKey(xcb_keysym_t keysym, quint16 modifiers);
+
+    /// True if a window manager runs, and if a compositor does.
+    bool hasWindowManager() const;
+    bool hasCompositor() const;
+
+    /// Presses the keys, given as keysyms, one after the other, and releases them in the opposite
+    /// order. Has reached the server on return.
+    void pressKeys(const QVector<xcb_keysym_t>& keysyms);
+
+    /// Colour of one pixel of the screen.
+    QRgb pixel(const QPoint& position) const;
+
+    /// The whole screen as it is shown.
+    QImage screenshot() const;
+
+    /// Colour of the background where no window is.
+    void paintRoot(const QColor& color);
+
+private:
+    xcb_atom_t atom(const char* name) const;
+    void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
+    qint64 pidOf(xcb_window_t window) const;
+    QVector<xcb_keycode_t> keycodesOf(xcb_keysym_t keysym) const;
+
+    xcb_connection_t* m_connection;
+    const xcb_screen_t* m_screen;
+};

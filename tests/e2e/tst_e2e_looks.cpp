@@ -1,0 +1,242 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "Profile.h"
+#include "Program.h"
+#include "Theme.h"
+
+#include <QtTest>
+
+/// What stands on the screen, pixel by pixel where the design has numbers, and as pictures to look
+/// at in every theme and language.
+class E2eLooks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void spotlight_data();
+    void spotlight();
+    void homeWindow_data();
+    void homeWindow();
+    void withoutCompositorTheCardIsCutOut();
+
+private:
+    void checkStrip(const QImage& picture) const;
+    void checkSelectedRow(const QImage& picture) const;
+    static void keep(const QImage& picture, const QString& name);
+
+    std::unique_ptr<Desktop> m_desktop;
+};
+
+namespace
+{
+
+// The visible card of Spotlight: a quarter down the screen, inside the shadow's margin.
+constexpr QPoint kCard{(Desktop::ScreenWidth - 584) / 2 + 32, Desktop::ScreenHeight / 4 + 32};
+constexpr int kCardWidth = 520;
+constexpr int kStripHeight = 80;
+
+QColor pixel(const QImage& picture, const QPoint& position)
+{
+    return picture.pixelColor(position);
+}
+
+/// The middle of all pixels in `area` that are nearer to `ink` than to `paper`.
+QPointF middleOfInk(const QImage& picture, const QRect& area, const QColor& ink,
+                    const QColor& paper)
+{
+    const auto distance = [](const QColor& a, const QColor& b) {
+        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+               std::abs(a.blue() - b.blue());
+    };
+    QRect box;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            if (distance(color, ink) < distance(color, paper))
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return QRectF(box).center();
+}
+
+bool isNear(const QPointF& a, const QPointF& b, qreal tolerance)
+{
+    return std::abs(a.x() - b.x()) <= tolerance && std::abs(a.y() - b.y()) <= tolerance;
+}
+
+} // namespace
+
+void E2eLooks::initTestCase()
+{
+    m_desktop = std::make_unique<Desktop>();
+}
+
+void E2eLooks::keep(const QImage& picture, const QString& name)
+{
+    QVERIFY(picture.save(QStringLiteral(ORLIMO_ARTIFACTS) + QLatin1Char('/') + name +
+                         QStringLiteral(".png")));
+}
+
+void E2eLooks::spotlight_data()
+{
+    QTest::addColumn<int>("theme");
+    QTest::addColumn<QString>("language");
+    for (const char* language : {"en", "id", "es", "ja"}) {
+        QTest::addRow("light-%s", language) << 1 << QString::fromLatin1(language);
+        QTest::addRow("dark-%s", language) << 2 << QString::fromLatin1(language);
+    }
+}
+
+void E2eLooks::spotlight()
+{
+    QFETCH(int, theme);
+    QFETCH(QString, language);
+    const QString name = QStringLiteral("spotlight-") + QLatin1String(QTest::currentDataTag());
+    Theme::forceTheme = theme; // for the colours that are expected
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), theme);
+    program.setSetting(QStringLiteral("Language/Code"), language);
+    program.writeData(QStringLiteral("data.json"), Profile::document(Profile::examples()));
+    program.startAndSettle();
+
+    program.openSpotlight();
+    const QImage empty = program.settledScreenshot();
+    keep(empty, name + QStringLiteral("-empty"));
+    checkStrip(empty);
+
+    program.type(QStringLiteral("team"));
+    const QImage rows = program.settledScreenshot();
+    keep(rows, name + QStringLiteral("-rows"));
+    checkSelectedRow(rows);
+
+    program.key(QStringLiteral("Escape"));
+    program.waitUntilSpotlightIsGone();
+    program.setSetting(QStringLiteral("Spotlight/DefaultScope"),
+                       QStringList{QStringLiteral("Bulk"), QStringLiteral("Application"),
+                                   QStringLiteral("URL"), QStringLiteral("Folder"),
+                                   QStringLiteral("Snippet")});
+    program.openSpotlight();
+    program.type(QStringLiteral("team"));
+    keep(program.settledScreenshot(), name + QStringLiteral("-chips"));
+    program.key(QStringLiteral("F4"));
+    program.key(QStringLiteral("Down"));
+    keep(program.settledScreenshot(), name + QStringLiteral("-menu"));
+}
+
+void E2eLooks::checkStrip(const QImage& picture) const
+{
+    const QColor shell(Theme::shellBg());
+    const QColor box(Theme::boxBg());
+    const QColor background = pixel(picture, QPoint(5, 5));
+    QCOMPARE(pixel(picture, kCard + QPoint(8, kStripHeight / 2)), shell);
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, 8)), shell);
+    // The box: 18 pixels of padding, 44 high.
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, 17)), shell);
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, 18)), box);
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, 61)), box);
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, 62)), shell);
+    // Corners of radius 40: the arc crosses the diagonal 11.7 pixels from either edge.
+    QCOMPARE(pixel(picture, kCard + QPoint(13, 13)), shell);
+    QVERIFY(pixel(picture, kCard + QPoint(10, 10)) != shell);
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth - 14, kStripHeight - 14)), shell);
+    QVERIFY(pixel(picture, kCard + QPoint(kCardWidth - 11, kStripHeight - 11)) != shell);
+    // The shadow falls downwards.
+    const QColor below = pixel(picture, kCard + QPoint(kCardWidth / 2, kStripHeight + 6));
+    QVERIFY(below.lightness() < background.lightness());
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, -60)), background);
+    // The magnifier: 6 pixels and half its box from the right end.
+    const QPointF magnifier(kCard.x() + kCardWidth - 18 - 6 - 10, kCard.y() + 40);
+    const QRect around = QRectF(magnifier - QPointF(10, 10), QSizeF(20, 20)).toRect();
+    const QPointF ink = middleOfInk(picture, around, QColor(Theme::colors().onSurfaceVariant), box);
+    QVERIFY2(isNear(ink, magnifier, 1.0),
+             qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
+}
+
+void E2eLooks::checkSelectedRow(const QImage& picture) const
+{
+    const ColorTokens c = Theme::colors();
+    const QColor active(Theme::boxActiveBg());
+    const QColor panel(Theme::panelBg());
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, kStripHeight - 2)),
+             QColor(Theme::shellBg()));
+    QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, kStripHeight + 1)), panel);
+    // List padding 6 and 4, header 30, block inset 4.
+    const QPoint block = kCard + QPoint(6 + 4, kStripHeight + 4 + 30 + 4);
+    QCOMPARE(pixel(picture, block + QPoint(200, -1)), panel);
+    QCOMPARE(pixel(picture, block + QPoint(200, 0)), active);
+    QCOMPARE(pixel(picture, block + QPoint(200, 55)), active);
+    QCOMPARE(pixel(picture, block + QPoint(200, 56)), panel);
+    // Two rows in the group: round at the top of the first, radius 8 at its bottom.
+    QCOMPARE(pixel(picture, block + QPoint(10, 10)), active);
+    QCOMPARE(pixel(picture, block + QPoint(6, 6)), panel);
+    QCOMPARE(pixel(picture, block + QPoint(4, 51)), active);
+    // The badge: a circle of 36, 12 from the left.
+    const QPoint circle = block + QPoint(12, 10);
+    QCOMPARE(pixel(picture, circle + QPoint(2, 18)), QColor(c.primary));
+    QCOMPARE(pixel(picture, circle + QPoint(33, 18)), QColor(c.primary));
+    QCOMPARE(pixel(picture, circle + QPoint(18, 2)), QColor(c.primary));
+    QCOMPARE(pixel(picture, circle + QPoint(-1, 18)), active);
+    const QPointF ink = middleOfInk(picture, QRect(circle + QPoint(6, 6), QSize(24, 24)),
+                                    QColor(c.onPrimary), QColor(c.primary));
+    QVERIFY2(isNear(ink, QPointF(circle + QPoint(18, 18)), 1.0),
+             qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
+    // The row below isn't selected; 64 further down.
+    QCOMPARE(pixel(picture, block + QPoint(200, 64)), QColor(Theme::boxBg()));
+    QCOMPARE(pixel(picture, block + QPoint(12 + 2, 64 + 28)), QColor(c.surfaceVariant));
+}
+
+void E2eLooks::homeWindow_data()
+{
+    QTest::addColumn<int>("theme");
+    QTest::newRow("light") << 1;
+    QTest::newRow("dark") << 2;
+}
+
+void E2eLooks::homeWindow()
+{
+    QFETCH(int, theme);
+    Theme::forceTheme = theme;
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), theme);
+    program.start();
+    const QImage picture = program.settledScreenshot();
+    keep(picture, QStringLiteral("home-") + QLatin1String(QTest::currentDataTag()));
+    const QRect window = program.homeWindow().geometry;
+    QCOMPARE(window.size(), QSize(617, 616));
+    QCOMPARE(window.topLeft(), QPoint((1280 - 617) / 2, (800 - 616) / 2 + 800 / 20));
+    const QPoint card = window.topLeft() + QPoint(32, 32);
+    const QColor shell(Theme::shellBg());
+    QCOMPARE(pixel(picture, card + QPoint(0, 300)), shell);
+    QVERIFY(pixel(picture, card + QPoint(-1, 300)) != shell);
+    QCOMPARE(pixel(picture, card + QPoint(617 - 64 - 1, 300)), shell);
+    // Radius 24: the arc crosses the diagonal 7 pixels from either edge.
+    QCOMPARE(pixel(picture, card + QPoint(9, 9)), shell);
+    QVERIFY(pixel(picture, card + QPoint(5, 5)) != shell);
+}
+
+void E2eLooks::withoutCompositorTheCardIsCutOut()
+{
+    Theme::forceTheme = 1;
+    Desktop plain(Desktop::WindowManager);
+    Program program(plain);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), 1);
+    program.writeData(QStringLiteral("data.json"), Profile::document(Profile::examples()));
+    program.startAndSettle();
+    program.openSpotlight();
+    program.type(QStringLiteral("team"));
+    const QImage picture = program.settledScreenshot();
+    keep(picture, QStringLiteral("spotlight-no-compositor"));
+    const QColor background(0x80, 0x90, 0xa0);
+    const QColor shell(Theme::shellBg());
+    QCOMPARE(pixel(picture, kCard + QPoint(13, 13)), shell);
+    for (const QPoint& outside :
+         {QPoint(-1, 40), QPoint(-20, 40), QPoint(5, 5), QPoint(kCardWidth + 1, 100),
+          QPoint(kCardWidth - 4, kStripHeight + 328 - 4),
+          QPoint(kCardWidth / 2, kStripHeight + 328 + 2)})
+        QCOMPARE(pixel(picture, kCard + outside), background);
+}
+
+QTEST_GUILESS_MAIN(E2eLooks)
+#include "tst_e2e_looks.moc"
