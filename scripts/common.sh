@@ -1,0 +1,41 @@
+# SPDX-FileCopyrightText: 2026 The Orlimo authors
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+#
+# What the scripts share. To be sourced; gives `root`, the top of the checkout.
+
+# shellcheck disable=SC2034 # for those that source this
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+phase_name=
+phase_start=0
+
+# Ends the phase that is running, if any, and says how long it took.
+end_phase() {
+    [[ -n $phase_name ]] || return 0
+    printf '<== [%s] %s: %d s\n' "$(date +%T)" "$phase_name" $((SECONDS - phase_start))
+    phase_name=
+}
+
+# Begins a phase of the given name; the one before it ends here.
+begin_phase() {
+    end_phase
+    phase_name=$1
+    phase_start=$SECONDS
+    printf '==> [%s] %s\n' "$(date +%T)" "$phase_name"
+}
+
+# Builds and tests behave alike whatever language the machine speaks. Not for starting the program:
+# the user's own locale is part of what it should see.
+use_neutral_locale() {
+    unset LANGUAGE
+    export LC_ALL=C.UTF-8
+}
+
+# Tests and checks bring their own screen and their own bus, so that a slip of theirs can't reach
+# the windows, the clipboard or the settings of whoever runs them.
+leave_desktop_session() {
+    unset DISPLAY WAYLAND_DISPLAY XAUTHORITY SESSION_MANAGER DBUS_SESSION_BUS_ADDRESS
+    unset QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_SCALE_FACTOR
+    unset XDG_CURRENT_DESKTOP XDG_SESSION_TYPE
+}
