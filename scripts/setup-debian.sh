@@ -4,7 +4,7 @@
 #
 # Installs what is missing of the named groups of packages; quick when nothing is.
 #
-#   scripts/setup-debian.sh [build] [run] [check]     (default: all three)
+#   scripts/setup-debian.sh [build] [run] [check] [windows]     (default: the first three)
 #
 # ORLIMO_SKIP_SETUP=1 takes the machine as it is, for systems whose packages have other names.
 
@@ -18,14 +18,20 @@ run_packages=(xvfb openbox picom dbus xdotool xclip x11-utils x11-xserver-utils 
     imagemagick fonts-noto-cjk)
 # One version of the tools, because each lays code out and judges it a little differently.
 check_packages=(clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev)
+# The cross-compiler, what unpacks Qt's sources and builds them (Qt's own tools of the host among
+# it), what runs and what packs the result.
+windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev patch xz-utils perl
+    g++ cmake ninja-build qt6-base-dev
+    wine wine64 zip unzip)
 
 packages_of() {
     case $1 in
         build) printf '%s\n' "${build_packages[@]}" ;;
         run) printf '%s\n' "${run_packages[@]}" ;;
         check) printf '%s\n' "${check_packages[@]}" ;;
+        windows) printf '%s\n' "${windows_packages[@]}" ;;
         *)
-            echo "setup-debian.sh: unknown group '$1'; known: build run check" >&2
+            echo "setup-debian.sh: unknown group '$1'; known: build run check windows" >&2
             return 2
             ;;
     esac

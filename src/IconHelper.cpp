@@ -3,6 +3,8 @@
 
 #include "IconHelper.h"
 
+#include "FontResource.h"
+
 #include <QColor>
 #include <QFile>
 #include <QFontDatabase>
@@ -40,7 +42,7 @@ constexpr std::array kTypeGlyphs{
 
 QString loadFamily(const char* fontFile)
 {
-    const int id = QFontDatabase::addApplicationFont(QString::fromLatin1(fontFile));
+    const int id = addFontResource(QString::fromLatin1(fontFile));
     const QStringList families =
         id < 0 ? QStringList() : QFontDatabase::applicationFontFamilies(id);
     return families.isEmpty() ? QString::fromLatin1(kFallbackFamily) : families.first();

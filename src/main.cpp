@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FontResource.h"
 #include "Logging.h"
 #include "MainWindow.h"
 #include "SingleInstance.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QDebug>
-#include <QFontDatabase>
 #include <QLocalServer>
 
 #include <cstdio>
@@ -42,11 +42,11 @@ const QString kScrollBarStyle =
 void loadTextFont()
 {
     const QString variableFont = QStringLiteral(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
-    if (QFontDatabase::addApplicationFont(variableFont) == -1)
+    if (addFontResource(variableFont) == -1)
         qWarning("Gagal memuat font Plus Jakarta Sans, aplikasi akan fallback ke font sistem.");
     // Where Qt takes but one weight from the variable file, these bring the true ones.
     for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        QFontDatabase::addApplicationFont(
+        addFontResource(
             QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
 }
 

@@ -253,10 +253,11 @@ void SpotlightResultsTest::usageRanksGroups()
                                          makeItem("n u1", "URL"), makeItem("n f", "File"),
                                          makeItem("n u2", "URL"), snippet("n s2")};
     f->setItems(items);
-    // One item that is used more counts more than two that are used often.
-    use(items.at(0), 2);
+    // One item that is used more counts more than two that are used often. No two counts are
+    // equal, for then the second in which they were made would decide.
+    use(items.at(0), 3);
     use(items.at(5), 2);
-    use(items.at(4), 3);
+    use(items.at(4), 4);
     type("n", {"Snippet", "URL", "Bulk", "File"});
     QCOMPARE(f->rows(), QStringList({"# Web Bookmark", "n u2", "n u1", "# Snippet", "n s1", "n s2",
                                      "# Bulk Action", "n b", "# File", "n f"}));

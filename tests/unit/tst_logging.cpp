@@ -275,7 +275,8 @@ void LoggingTest::messageAfterTheEndOfMain()
 {
     runToTheEnd("from a destructor");
     QCOMPARE(logLines().size(), 2);
-    verifyLine(logLines().value(1), "[INFO] last");
+    // Without the time, which is no longer to be had by then.
+    QVERIFY(logLines().value(1).endsWith("[INFO] last"));
 }
 
 void LoggingTest::fatalMessageAborts()
