@@ -5,6 +5,7 @@
 
 #include "AutoQuitBlocker.h"
 #include "CardShape.h"
+#include "FramelessWindow.h"
 #include "GlobalHotkeyController.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
@@ -18,7 +19,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFrame>
-#include <QGraphicsDropShadowEffect>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPropertyAnimation>
@@ -35,17 +35,12 @@
 namespace
 {
 
-constexpr int kFadeOutMs = 60;
 constexpr int kHotkeyId = 1;
 constexpr int kBlockerResetMs = 1000;
 constexpr int kBalloonMs = 6000;
 constexpr int kTrayCanvas = 64;
 constexpr int kTrayGlyphPx = 48;
 constexpr int kFontPoints = 10;
-constexpr qreal kShadowBlur = 35.0;
-constexpr int kShadowOffsetY = 10;
-constexpr int kShadowAlphaDark = 150;
-constexpr int kShadowAlphaLight = 40;
 constexpr int kSettingsPage = 1;
 
 const QString kLastCategoryKey = QStringLiteral("lastCategory");
@@ -207,16 +202,11 @@ void MainWindow::fadeOutAndHide()
     stopPageAnimation();
     saveLastCategory();
     m_isClosing = true;
-    m_fadeAnim = new QPropertyAnimation(this, "windowOpacity", this);
-    m_fadeAnim->setDuration(kFadeOutMs);
-    m_fadeAnim->setStartValue(windowOpacity());
-    m_fadeAnim->setEndValue(0.0);
-    m_fadeAnim->setEasingCurve(QEasingCurve::Linear);
+    m_fadeAnim = FramelessWindow::startFadeOut(this);
     connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
         m_fadeAnim.clear();
         hide();
     });
-    m_fadeAnim->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void MainWindow::goToPage(int index)
@@ -346,11 +336,7 @@ void MainWindow::buildBackground()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(Theme::Rad_Lg));
-    auto* shadow = new QGraphicsDropShadowEffect(m_bgContainer);
-    shadow->setBlurRadius(kShadowBlur);
-    shadow->setColor(QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
-    shadow->setOffset(0, kShadowOffsetY);
-    m_bgContainer->setGraphicsEffect(shadow);
+    FramelessWindow::addShadow(m_bgContainer);
     layout()->addWidget(m_bgContainer);
     CardShape::attach(this, m_bgContainer, Theme::Rad_Lg);
 }
@@ -430,9 +416,7 @@ void MainWindow::showEvent(QShowEvent* event)
 
 void MainWindow::changeEvent(QEvent* event)
 {
-    const bool isLeftAlone = event->type() == QEvent::ActivationChange && !isActiveWindow() &&
-                             !QApplication::activeWindow();
-    if (isLeftAlone && !g_blockAutoQuit && !m_isShowing)
+    if (FramelessWindow::isLeftForAnotherProgram(this, event) && !m_isShowing)
         fadeOutAndHide();
     QWidget::changeEvent(event);
 }

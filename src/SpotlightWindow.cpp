@@ -9,6 +9,7 @@
 #include "ConfirmDot.h"
 #include "CustomWidgets.h"
 #include "FlowLayout.h"
+#include "FramelessWindow.h"
 #include "GlobalHotkeyController.h"
 #include "GlyphWidgets.h"
 #include "HotkeyManager.h"
@@ -18,8 +19,7 @@
 #include "Theme.h"
 #include "platform/Foreground.h"
 
-#include <QApplication>
-#include <QGraphicsDropShadowEffect>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
@@ -39,11 +39,6 @@ namespace
 {
 
 constexpr int kHotkeyId = 2;
-constexpr int kFadeOutMs = 60;
-constexpr qreal kShadowBlur = 35.0;
-constexpr int kShadowOffsetY = 10;
-constexpr int kShadowAlphaDark = 150;
-constexpr int kShadowAlphaLight = 40;
 constexpr int kShellRadius = 40;
 constexpr int kBoxRadius = 22;
 constexpr int kRowEndRadius = 30;
@@ -115,10 +110,7 @@ void SpotlightWindow::buildShell()
     m_shadowLayer->setObjectName(QStringLiteral("spotlightShadowLayer"));
     m_shadowLayer->setFrameShape(QFrame::NoFrame);
     m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_dropShadow = new QGraphicsDropShadowEffect(m_shadowLayer);
-    m_dropShadow->setBlurRadius(kShadowBlur);
-    m_dropShadow->setOffset(0, kShadowOffsetY);
-    m_shadowLayer->setGraphicsEffect(m_dropShadow);
+    m_dropShadow = FramelessWindow::addShadow(m_shadowLayer);
 
     m_shell = new QFrame(this);
     m_shell->setObjectName(QStringLiteral("spotlightShell"));
@@ -333,16 +325,11 @@ void SpotlightWindow::fadeOutAndHide()
     if (m_isClosing)
         return;
     m_isClosing = true;
-    m_fadeAnim = new QPropertyAnimation(this, "windowOpacity", this);
-    m_fadeAnim->setDuration(kFadeOutMs);
-    m_fadeAnim->setStartValue(windowOpacity());
-    m_fadeAnim->setEndValue(0.0);
-    m_fadeAnim->setEasingCurve(QEasingCurve::Linear);
+    m_fadeAnim = FramelessWindow::startFadeOut(this);
     connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
         m_fadeAnim.clear();
         hide();
     });
-    m_fadeAnim->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void SpotlightWindow::showEvent(QShowEvent* event)
@@ -399,9 +386,7 @@ void SpotlightWindow::takeForeground()
 void SpotlightWindow::changeEvent(QEvent* event)
 {
     // The hand-over of the foreground at a show can report a loss of focus that is none.
-    const bool isLeftAlone = event->type() == QEvent::ActivationChange && !isActiveWindow() &&
-                             !QApplication::activeWindow();
-    if (isLeftAlone && !g_blockAutoQuit && !m_isShowing)
+    if (FramelessWindow::isLeftForAnotherProgram(this, event) && !m_isShowing)
         fadeOutAndHide();
     QWidget::changeEvent(event);
 }
@@ -664,8 +649,7 @@ void SpotlightWindow::applyThemeColors()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(kShellRadius));
-    m_dropShadow->setColor(
-        QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
+    FramelessWindow::tintShadow(m_dropShadow);
     applySearchStripStyle();
     m_addFilterBtn->setText(Tr::t(QStringLiteral("spotlight.filter_add")));
     PillStyle::applyResting(m_addFilterBtn, Glyph::Add, false);

@@ -32,6 +32,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <memory>
 
 using Registration = FakeHotkeyBackend::Registration;
