@@ -15,8 +15,9 @@ namespace Platform
 /// is left alone.
 QString prepareDisplay(int argc, const char* const* argv);
 
-/// Keeps false news of where windows stand away from Qt, for as long as the application object
-/// lives. Call once, right after it is made.
+/// Takes back what `prepareDisplay` changed in the environment, and keeps false news of where
+/// windows stand away from Qt for as long as the application object lives. Call once, right after
+/// it is made.
 void watchDisplay();
 
 } // namespace Platform

@@ -155,16 +155,29 @@ QVector<xcb_keycode_t> XClient::keycodesOf(xcb_keysym_t keysym) const
     return result;
 }
 
+bool XClient::grabKeycode(xcb_keycode_t code, quint16 modifiers)
+{
+    const auto cookie = xcb_grab_key_checked(m_connection, 0, m_screen->root, modifiers, code,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_generic_error_t> error(xcb_request_check(m_connection, cookie));
+    return !error;
+}
+
 bool XClient::grabKey(xcb_keysym_t keysym, quint16 modifiers)
 {
     bool isGranted = false;
-    for (const xcb_keycode_t code : keycodesOf(keysym)) {
-        const auto cookie = xcb_grab_key_checked(m_connection, 0, m_screen->root, modifiers, code,
-                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        const Reply<xcb_generic_error_t> error(xcb_request_check(m_connection, cookie));
-        isGranted = !error;
-    }
+    for (const xcb_keycode_t code : keycodesOf(keysym))
+        isGranted = grabKeycode(code, modifiers);
     return isGranted;
+}
+
+bool XClient::isGrabbedByOther(xcb_keycode_t code, quint16 modifiers)
+{
+    if (!grabKeycode(code, modifiers))
+        return true;
+    xcb_ungrab_key(m_connection, code, m_screen->root, modifiers);
+    xcb_flush(m_connection);
+    return false;
 }
 
 void XClient::ungrabKey(xcb_keysym_t keysym, quint16 modifiers)

@@ -47,6 +47,9 @@ public:
     bool grabKey(xcb_keysym_t keysym, quint16 modifiers);
     void ungrabKey(xcb_keysym_t keysym, quint16 modifiers);
 
+    /// True if another client holds that key with just these modifiers.
+    bool isGrabbedByOther(xcb_keycode_t code, quint16 modifiers);
+
     /// True if a window manager runs, and if a compositor does.
     bool hasWindowManager() const;
     bool hasCompositor() const;
@@ -65,6 +68,7 @@ public:
     void paintRoot(const QColor& color);
 
 private:
+    bool grabKeycode(xcb_keycode_t code, quint16 modifiers);
     xcb_atom_t atom(const char* name) const;
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
     qint64 pidOf(xcb_window_t window) const;

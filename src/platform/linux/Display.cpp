@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include <cstring>
+#include <optional>
 
 #include <xcb/xcb.h>
 
@@ -18,6 +19,22 @@ namespace
 {
 
 constexpr uint8_t kSentByClient = 0x80;
+constexpr char kPlatformVariable[] = "QT_QPA_PLATFORM";
+
+// What the environment held before it was changed for Qt; nothing if it wasn't changed.
+std::optional<QByteArray> s_originalPlatform;
+
+/// Programs that are launched get the environment as the user has it.
+void restoreEnvironment()
+{
+    if (!s_originalPlatform)
+        return;
+    if (s_originalPlatform->isEmpty())
+        qunsetenv(kPlatformVariable);
+    else
+        qputenv(kPlatformVariable, *s_originalPlatform);
+    s_originalPlatform.reset();
+}
 
 bool isPlatformGivenAsArgument(int argc, const char* const* argv)
 {
@@ -103,14 +120,15 @@ private:
 
 QString Platform::prepareDisplay(int argc, const char* const* argv)
 {
-    const QByteArray wanted = qgetenv("QT_QPA_PLATFORM");
+    const QByteArray wanted = qgetenv(kPlatformVariable);
     // Desktops on Wayland set the variable for every program, so that value is nobody's choice for
     // this one.
     const bool isX11 = wanted.isEmpty() || wanted.startsWith("xcb") || wanted.contains("wayland");
     if (!isX11 || isPlatformGivenAsArgument(argc, argv))
         return {};
     if (canConnectToX()) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
+        s_originalPlatform = wanted;
+        qputenv(kPlatformVariable, "xcb");
         return {};
     }
     // Qt itself would abort here, which looks like a crash.
@@ -127,6 +145,7 @@ QString Platform::prepareDisplay(int argc, const char* const* argv)
 
 void Platform::watchDisplay()
 {
+    restoreEnvironment();
     if (!X11::connection())
         return;
     static PlaceFilter s_filter;

@@ -30,6 +30,8 @@ struct Grab
 {
     xcb_keycode_t keycode = 0;
     quint16 state = 0; ///< without lock modifiers
+
+    bool operator==(const Grab&) const = default;
 };
 
 struct Registration
@@ -60,7 +62,7 @@ public:
         // At exit the connection may have gone before this object, and the grabs with it.
         if (!X11::connection())
             return;
-        for (const Registration& registration : m_registrations)
+        for (Registration& registration : m_registrations)
             ungrab(registration);
         xcb_flush(m_connection);
     }
@@ -79,7 +81,7 @@ public:
 
     void unregisterHotkey(WId window, int id) override
     {
-        for (const Registration& registration : m_registrations) {
+        for (Registration& registration : m_registrations) {
             if (registration.window == window && registration.id == id)
                 ungrab(registration);
         }
@@ -117,16 +119,25 @@ private:
             });
     }
 
+    /// What the keyboard map wants to be grabbed for a registration.
+    QVector<Grab> wantedGrabs(const Registration& registration, const Keymap& keymap) const
+    {
+        QVector<Grab> grabs;
+        const quint16 state = keymap.stateOf(registration.modifiers);
+        for (const xcb_keycode_t code : Keymap::keycodesOf(m_connection, registration.key))
+            grabs.append({code, state});
+        return grabs;
+    }
+
     bool grab(Registration& registration)
     {
-        const quint16 state = m_keymap.stateOf(registration.modifiers);
-        for (const xcb_keycode_t code : Keymap::keycodesOf(m_connection, registration.key)) {
-            if (!grabAllVariants(code, state)) {
+        const QVector<Grab> wanted = wantedGrabs(registration, m_keymap);
+        for (const Grab& key : wanted) {
+            if (!grabAllVariants(key.keycode, key.state)) {
                 ungrab(registration);
-                registration.grabs.clear();
                 return false;
             }
-            registration.grabs.append({code, state});
+            registration.grabs.append(key);
         }
         return !registration.grabs.isEmpty();
     }
@@ -149,10 +160,11 @@ private:
         return isGranted;
     }
 
-    void ungrab(const Registration& registration)
+    void ungrab(Registration& registration)
     {
-        for (const Grab& grab : registration.grabs)
-            ungrabAllVariants(grab.keycode, grab.state);
+        for (const Grab& key : std::as_const(registration.grabs))
+            ungrabAllVariants(key.keycode, key.state);
+        registration.grabs.clear();
     }
 
     void ungrabAllVariants(xcb_keycode_t code, quint16 state)
@@ -244,12 +256,16 @@ private:
     void regrab()
     {
         m_isRegrabPending = false;
-        for (const Registration& registration : std::as_const(m_registrations))
-            ungrab(registration);
-        m_keymap = Keymap::read(m_connection);
+        const Keymap keymap = Keymap::read(m_connection);
+        // What stays where it was isn't let go for a moment: a press in that moment would be lost.
+        const bool areLocksSame = keymap.lockVariants == m_keymap.lockVariants;
         for (Registration& registration : m_registrations) {
-            registration.grabs.clear();
-            if (!grab(registration))
+            if (!areLocksSame || registration.grabs != wantedGrabs(registration, keymap))
+                ungrab(registration);
+        }
+        m_keymap = keymap;
+        for (Registration& registration : m_registrations) {
+            if (registration.grabs.isEmpty() && !grab(registration))
                 qDebug() << "X11HotkeyBackend: Failed to register hotkey after a keymap change"
                          << registration.id;
         }

@@ -65,15 +65,25 @@ xcb_keysym_t keysymOf(unsigned int key)
     return named == kNamedKeys.end() ? XCB_NO_SYMBOL : named->second;
 }
 
+/// Where a keyboard with several layouts has the symbol in the first of them, only that place
+/// counts: otherwise "Y" would also be the key that is Y in another layout.
 QVector<xcb_keycode_t> keycodesOfKeysym(xcb_key_symbols_t* symbols, xcb_keysym_t keysym)
 {
-    QVector<xcb_keycode_t> result;
+    QVector<xcb_keycode_t> anywhere;
+    QVector<xcb_keycode_t> first;
     const X11::Reply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
     for (const xcb_keycode_t* code = codes.get(); code && *code != XCB_NO_SYMBOL; ++code) {
-        if (!result.contains(*code))
-            result.append(*code);
+        anywhere.append(*code);
+        if (xcb_key_symbols_get_keysym(symbols, *code, 0) == keysym)
+            first.append(*code);
     }
-    return result;
+    return first.isEmpty() ? anywhere : first;
+}
+
+/// A key press carries every modifier that is down, so a combination can ask for one bit only.
+quint16 lowestBit(quint16 bits)
+{
+    return static_cast<quint16>(bits & (~bits + 1));
 }
 
 /// The bits of all modifiers that have a key with one of these symbols on them.
@@ -136,9 +146,9 @@ Keymap Keymap::read(xcb_connection_t* connection)
 {
     const ModifierTable table(connection);
     Keymap keymap;
-    if (const quint16 alt = table.bitsOf({kAltLeft, kAltRight}))
+    if (const quint16 alt = lowestBit(table.bitsOf({kAltLeft, kAltRight})))
         keymap.alt = alt;
-    if (const quint16 super = table.bitsOf({kSuperLeft, kSuperRight}))
+    if (const quint16 super = lowestBit(table.bitsOf({kSuperLeft, kSuperRight})))
         keymap.super = super;
     keymap.lockVariants =
         subsetsOf({XCB_MOD_MASK_LOCK, table.bitsOf({kNumLock}), table.bitsOf({kScrollLock})});

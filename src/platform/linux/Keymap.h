@@ -11,8 +11,8 @@
 /// bits stand for what. A snapshot: read it again when the map changes.
 struct Keymap
 {
-    quint16 alt = XCB_MOD_MASK_1;   ///< modifier bits of the Alt keys
-    quint16 super = XCB_MOD_MASK_4; ///< modifier bits of the Windows keys
+    quint16 alt = XCB_MOD_MASK_1;   ///< modifier bit of the Alt keys
+    quint16 super = XCB_MOD_MASK_4; ///< modifier bit of the Windows keys
     QVector<quint16> lockVariants;  ///< every combination of the lock modifiers, 0 among them
 
     /// Reads the modifiers of the keyboard behind `connection`.
