@@ -11,17 +11,20 @@
 #include <QRegion>
 #include <QWidget>
 
-void CardShape::attach(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner)
+void CardShape::attach(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner,
+                       int insetPx)
 {
-    new CardShape(window, card, radiusPx, shadowOwner ? shadowOwner : card);
+    new CardShape(window, card, radiusPx, shadowOwner ? shadowOwner : card, insetPx);
 }
 
-CardShape::CardShape(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner)
+CardShape::CardShape(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner,
+                     int insetPx)
     : QObject(window),
       m_window(window),
       m_card(card),
       m_shadowOwner(shadowOwner),
-      m_radiusPx(radiusPx)
+      m_radiusPx(radiusPx),
+      m_insetPx(insetPx)
 {
     window->installEventFilter(this);
     if (card != window) {
@@ -59,7 +62,8 @@ void CardShape::apply()
             m_window->clearMask();
         return;
     }
-    const QRect visible(m_card->mapTo(m_window, QPoint(0, 0)), m_card->size());
+    const QRect visible = QRect(m_card->mapTo(m_window, QPoint(0, 0)), m_card->size())
+                              .adjusted(m_insetPx, m_insetPx, -m_insetPx, -m_insetPx);
     QPainterPath outline;
     outline.addRoundedRect(visible, m_radiusPx, m_radiusPx);
     const QRegion region(outline.toFillPolygon().toPolygon());

@@ -19,13 +19,14 @@ public:
     /// Looks after `window` as long as it lives. `card` is its visible part, the window itself or a
     /// widget in it, with corners of `radiusPx`. `shadowOwner` carries the shadow effect; by
     /// default that is the card.
-    static void attach(QWidget* window, QWidget* card, int radiusPx,
-                       QWidget* shadowOwner = nullptr);
+    /// `insetPx` tells how far inside the card's edges its visible part begins.
+    static void attach(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner = nullptr,
+                       int insetPx = 0);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    CardShape(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner);
+    CardShape(QWidget* window, QWidget* card, int radiusPx, QWidget* shadowOwner, int insetPx);
 
     void lookAtDesktop();
     void apply();
@@ -34,5 +35,6 @@ private:
     QPointer<QWidget> m_card;
     QPointer<QWidget> m_shadowOwner;
     int m_radiusPx;
+    int m_insetPx;
     bool m_isCut = false;
 };

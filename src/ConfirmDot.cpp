@@ -3,12 +3,14 @@
 
 #include "ConfirmDot.h"
 
+#include "CardShape.h"
+
 #include <QPainter>
 
 namespace
 {
 
-constexpr double kRadius = 19.0;
+constexpr int kRadius = 19;
 constexpr int kGlyphPx = 20;
 
 } // namespace
@@ -21,6 +23,7 @@ ConfirmDot::ConfirmDot(QWidget* parent)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFixedSize(Size, Size);
+    CardShape::attach(this, this, kRadius, nullptr, Size / 2 - kRadius);
 }
 
 void ConfirmDot::setColors(const QColor& bg, const QColor& fg)

@@ -38,13 +38,15 @@ void FramelessWindow::tintShadow(QGraphicsDropShadowEffect* shadow)
     shadow->setColor(QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
 }
 
-QPropertyAnimation* FramelessWindow::startFadeOut(QWidget* window)
+QPropertyAnimation* FramelessWindow::startFadeOut(QWidget* window,
+                                                  const std::function<void()>& onFinished)
 {
     auto* fade = new QPropertyAnimation(window, "windowOpacity", window);
     fade->setDuration(kFadeOutMs);
     fade->setStartValue(window->windowOpacity());
     fade->setEndValue(0.0);
     fade->setEasingCurve(QEasingCurve::Linear);
+    QObject::connect(fade, &QPropertyAnimation::finished, window, onFinished);
     fade->start(QAbstractAnimation::DeleteWhenStopped);
     return fade;
 }

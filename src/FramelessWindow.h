@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <functional>
+
 class QEvent;
 class QGraphicsDropShadowEffect;
 class QPropertyAnimation;
@@ -18,9 +20,9 @@ QGraphicsDropShadowEffect* addShadow(QWidget* card);
 /// Gives the shadow the strength that fits the present mode, light or dark.
 void tintShadow(QGraphicsDropShadowEffect* shadow);
 
-/// Starts the fade in which a window goes. The animation belongs to the window and deletes itself;
-/// hiding the window when it has finished is the caller's.
-QPropertyAnimation* startFadeOut(QWidget* window);
+/// Starts the fade in which a window goes, and calls `onFinished` at its end, but not if it is
+/// stopped before. The animation belongs to the window and deletes itself.
+QPropertyAnimation* startFadeOut(QWidget* window, const std::function<void()>& onFinished);
 
 /// True if `event` tells that the user has gone from `window` to another program, while no dialog
 /// or menu of this one is, or was just now, in the way.

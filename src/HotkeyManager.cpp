@@ -3,10 +3,9 @@
 
 #include "HotkeyManager.h"
 
-#include "StorageManager.h"
+#include "Theme.h"
 #include "platform/HotkeyBackend.h"
 
-#include <QDir>
 #include <QHash>
 #include <QSettings>
 
@@ -133,7 +132,7 @@ QVector<HotkeyManager::Slot*> HotkeyManager::allSlots()
 
 QString HotkeyManager::settingsFilePath()
 {
-    return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("settings.ini"));
+    return Theme::settingsFilePath();
 }
 
 bool HotkeyManager::parseCombo(const QString& combo, unsigned int& outModifiers,

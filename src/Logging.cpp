@@ -3,11 +3,11 @@
 
 #include "Logging.h"
 
-#include <QCoreApplication>
+#include "StorageManager.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <QTextStream>
 
 #include <cstdlib>
@@ -31,15 +31,15 @@ QString levelWord(QtMsgType type)
     }
 }
 
+/// Opens the file, or another one after the application has got its name: what Qt logs before that
+/// lies elsewhere, and the rest shall not.
 bool openLogFile(QFile& logFile)
 {
-    QString dataDir = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    if (dataDir.isEmpty())
-        dataDir = QCoreApplication::applicationDirPath();
-    const QDir dir(dataDir);
-    if (!dir.exists())
-        dir.mkpath(QStringLiteral("."));
-    logFile.setFileName(dir.filePath(QStringLiteral("debug.log")));
+    const QString path = QDir(StorageManager::appDataDir()).filePath(QStringLiteral("debug.log"));
+    if (logFile.isOpen() && logFile.fileName() == path)
+        return true;
+    logFile.close();
+    logFile.setFileName(path);
     return logFile.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
@@ -51,7 +51,7 @@ void fileMessageHandler(QtMsgType type, const QMessageLogContext& context, const
     // Never destroyed, since messages come until the very end of the process, from the destructors
     // of other statics too.
     static QFile& logFile = *new QFile;
-    if (logFile.isOpen() || openLogFile(logFile)) {
+    if (openLogFile(logFile)) {
         QTextStream stream(&logFile);
         stream << QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"))
                << " [" << levelWord(type) << "] " << msg << Qt::endl;

@@ -48,8 +48,7 @@ const QString kLastCategoryKey = QStringLiteral("lastCategory");
 void applyApplicationFont()
 {
     QFont font;
-    font.setFamilies({QStringLiteral("Plus Jakarta Sans"), QStringLiteral("Inter"),
-                      QStringLiteral("Segoe UI"), QStringLiteral("sans-serif")});
+    font.setFamilies(FontTokens::Families);
     font.setStyleHint(QFont::SansSerif);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(
@@ -202,8 +201,7 @@ void MainWindow::fadeOutAndHide()
     stopPageAnimation();
     saveLastCategory();
     m_isClosing = true;
-    m_fadeAnim = FramelessWindow::startFadeOut(this);
-    connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
+    m_fadeAnim = FramelessWindow::startFadeOut(this, [this] {
         m_fadeAnim.clear();
         hide();
     });

@@ -30,8 +30,7 @@ constexpr int kTitleReserve = 18;
 QFont rowFont(int px)
 {
     QFont font;
-    font.setFamilies({QStringLiteral("Plus Jakarta Sans"), QStringLiteral("Inter"),
-                      QStringLiteral("Segoe UI"), QStringLiteral("sans-serif")});
+    font.setFamilies(FontTokens::Families);
     font.setPixelSize(px);
     font.setWeight(QFont::DemiBold);
     return font;

@@ -105,7 +105,7 @@ void SpotlightWindow::buildShell()
     root->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
     root->setSpacing(0);
 
-    // Outside any layout: an effect on the shell itself would redraw it all at every keystroke.
+    // Outside any layout: the shell itself is transparent, and a shadow needs one solid shape.
     m_shadowLayer = new QFrame(this);
     m_shadowLayer->setObjectName(QStringLiteral("spotlightShadowLayer"));
     m_shadowLayer->setFrameShape(QFrame::NoFrame);
@@ -325,8 +325,7 @@ void SpotlightWindow::fadeOutAndHide()
     if (m_isClosing)
         return;
     m_isClosing = true;
-    m_fadeAnim = FramelessWindow::startFadeOut(this);
-    connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
+    m_fadeAnim = FramelessWindow::startFadeOut(this, [this] {
         m_fadeAnim.clear();
         hide();
     });

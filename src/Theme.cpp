@@ -3,13 +3,12 @@
 
 #include "Theme.h"
 
+#include "StorageManager.h"
 #include "platform/SystemTheme.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QVariant>
 
 #include <algorithm>
@@ -82,13 +81,7 @@ int Theme::gridColumns = kDefaultGridColumns;
 
 QString Theme::settingsFilePath()
 {
-    QString path = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    if (path.isEmpty())
-        path = QCoreApplication::applicationDirPath();
-    const QDir dir(path);
-    if (!dir.exists())
-        dir.mkpath(QStringLiteral("."));
-    return dir.filePath(QStringLiteral("settings.ini"));
+    return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("settings.ini"));
 }
 
 void Theme::loadSettings()

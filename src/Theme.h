@@ -7,6 +7,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringList>
 
 class QFrame;
 class QWidget;
@@ -52,6 +53,9 @@ namespace FontTokens
 
 inline const QString Family =
     QStringLiteral("'Plus Jakarta Sans', 'Inter', 'Segoe UI', sans-serif");
+/// The same list for a `QFont`.
+inline const QStringList Families{QStringLiteral("Plus Jakarta Sans"), QStringLiteral("Inter"),
+                                  QStringLiteral("Segoe UI"), QStringLiteral("sans-serif")};
 inline constexpr int SizeSmPx = 13;
 inline constexpr int SizeMdPx = 14;
 inline constexpr int SizeLgPx = 16;

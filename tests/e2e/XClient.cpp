@@ -118,6 +118,12 @@ xcb_window_t XClient::makeWindow(const QRect& geometry)
     return window;
 }
 
+void XClient::setFocus(xcb_window_t window)
+{
+    xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    xcb_flush(m_connection);
+}
+
 void XClient::activate(xcb_window_t window)
 {
     constexpr uint32_t kSourcePager = 2;

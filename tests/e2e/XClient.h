@@ -37,6 +37,9 @@ public:
     /// Makes a plain, visible window, a stand-in for whatever the user works in.
     xcb_window_t makeWindow(const QRect& geometry);
 
+    /// Takes the focus for a window of this client without asking a window manager.
+    void setFocus(xcb_window_t window);
+
     /// Asks the window manager to give `window` the focus.
     void activate(xcb_window_t window);
 

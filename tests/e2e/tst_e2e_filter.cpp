@@ -3,7 +3,6 @@
 
 #include "Profile.h"
 #include "Program.h"
-#include "SpotlightWindow.h"
 
 #include <QtTest>
 

@@ -22,12 +22,15 @@ private slots:
     void theWindowsExcludeEachOther();
     void previousWindowHasTheFocusAgain();
     void secondStartWakesTheFirst();
+    void secondStartRaisesAWindowThatIsUp();
     void copyElsewhereRunsBesideIt();
     void killedProcessIsTakenOver();
     void takenHotkeyFallsBack();
     void takenDefaultsAreLogged();
+    void combinationOfTheOtherWindowIsRefused();
     void keysBehindTheHotkeyArriveWhole();
     void keysBehindTheHotkeyArriveWithoutWindowManager();
+    void focusComesBackWithoutWindowManager();
     void hotkeyStormAtTheStartLeavesNoBadState();
     void heldHotkeyFiresOnce();
     void lockKeysDoNotMatter();
@@ -143,6 +146,20 @@ void E2eWindows::secondStartWakesTheFirst()
     QTRY_VERIFY(program.homeWindow().isViewable);
 }
 
+void E2eWindows::secondStartRaisesAWindowThatIsUp()
+{
+    Program program(*m_desktop);
+    program.start();
+    m_desktop->focusOtherWindow(); // within the guard, so the home window stays
+    QVERIFY(program.homeWindow().isViewable);
+    QProcess second;
+    Desktop::dieWithParent(second);
+    second.setProcessEnvironment(m_desktop->environment());
+    second.start(Program::binary(), QStringList());
+    QVERIFY(second.waitForFinished(10000));
+    QTRY_COMPARE(m_desktop->client().focus(), program.homeWindow().id);
+}
+
 void E2eWindows::copyElsewhereRunsBesideIt()
 {
     Program first(*m_desktop);
@@ -217,6 +234,21 @@ void E2eWindows::takenDefaultsAreLogged()
     m_desktop->client().ungrabKey(kKeyY, kCtrlAlt);
 }
 
+void E2eWindows::combinationOfTheOtherWindowIsRefused()
+{
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Hotkey/Combo"), QStringLiteral("Ctrl+Alt+Y"));
+    program.start();
+    QTRY_VERIFY(program.readData(QStringLiteral("debug.log"))
+                    .contains("GlobalHotkeyController: Failed to register hotkey"));
+    m_desktop->focusOtherWindow();
+    program.key(QStringLiteral("ctrl+alt+y"));
+    QTRY_VERIFY(!program.homeWindow().isViewable);
+    program.key(QStringLiteral("ctrl+alt+y"));
+    QTRY_VERIFY(program.homeWindow().isViewable);
+    QVERIFY(!program.spotlight().isViewable);
+}
+
 void E2eWindows::typeThroughHotkey(Desktop& desktop, Program& program, int number)
 {
     // One process sends it all, so the first letter is on its way before any window can be.
@@ -259,6 +291,24 @@ void E2eWindows::keysBehindTheHotkeyArriveWithoutWindowManager()
         if (QTest::currentTestFailed())
             return;
     }
+}
+
+void E2eWindows::focusComesBackWithoutWindowManager()
+{
+    Desktop bare(Desktop::NoFeature);
+    const xcb_window_t other = bare.client().makeWindow(QRect(20, 60, 300, 200));
+    bare.client().setFocus(other);
+    QTRY_COMPARE(bare.client().focus(), other);
+    Program program(bare);
+    program.startWithoutWaiting();
+    QTRY_VERIFY_WITH_TIMEOUT(bare.client().focus() == program.homeWindow().id, 15000);
+    // From one window of the program to the other: the keyboard stays with the second.
+    program.openSpotlight();
+    QTRY_VERIFY(!program.homeWindow().isViewable);
+    QVERIFY(program.isSpotlightUp());
+    program.key(QStringLiteral("Escape"));
+    program.waitUntilSpotlightIsGone();
+    QTRY_COMPARE(bare.client().focus(), other);
 }
 
 void E2eWindows::hotkeyStormAtTheStartLeavesNoBadState()

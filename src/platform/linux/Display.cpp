@@ -7,6 +7,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QSet>
 #include <QWindow>
 
@@ -94,23 +95,17 @@ private:
     {
         if (m_framed.contains(event.window)) {
             // Told relative to the frame. A window manager that moves the frame says so itself.
-            const QWindow* window = windowOf(event.window);
+            const QWindow* window = X11::windowOf(event.window);
             if (!window)
                 return;
-            const QPoint place = window->position() * window->devicePixelRatio();
+            // Scaled coordinates count from the screen's corner, which is the same in both.
+            const QPoint corner = window->screen()->geometry().topLeft();
+            const QPoint place =
+                corner + (window->position() - corner) * window->devicePixelRatio();
             event.x = static_cast<int16_t>(place.x());
             event.y = static_cast<int16_t>(place.y());
         }
         event.response_type |= kSentByClient;
-    }
-
-    static QWindow* windowOf(xcb_window_t id)
-    {
-        for (QWindow* window : QGuiApplication::topLevelWindows()) {
-            if (window->handle() && window->winId() == id)
-                return window;
-        }
-        return nullptr;
     }
 
     QSet<xcb_window_t> m_framed;

@@ -14,15 +14,6 @@ namespace
 
 constexpr uint32_t kSourcePager = 2; // a direct wish of the user, which no focus policy turns down
 
-QWindow* windowOf(WId id)
-{
-    for (QWindow* window : QGuiApplication::topLevelWindows()) {
-        if (window->handle() && window->winId() == id)
-            return window;
-    }
-    return nullptr;
-}
-
 bool isWindowManagerRunning()
 {
     const auto cookie =
@@ -73,14 +64,22 @@ void setInputFocus(xcb_window_t window)
 class ForegroundRequest : public QObject
 {
 public:
-    explicit ForegroundRequest(QWindow* window) : QObject(window)
+    /// The request of a window, made at the first call.
+    static ForegroundRequest* requestOf(QWindow* window)
     {
-        window->installEventFilter(this);
+        for (QObject* child : window->children()) {
+            if (auto* request = dynamic_cast<ForegroundRequest*>(child))
+                return request;
+        }
+        return new ForegroundRequest(window);
     }
 
     void start()
     {
         m_wanted = true;
+        // Now, since Qt may take the focus for the window as soon as it is mapped.
+        if (!isWindowManagerRunning())
+            notePrevious(inputFocus());
         X11::expectFocusOn(window()->winId());
         if (window()->isExposed())
             take();
@@ -97,6 +96,11 @@ protected:
     }
 
 private:
+    explicit ForegroundRequest(QWindow* window) : QObject(window)
+    {
+        window->installEventFilter(this);
+    }
+
     QWindow* window() const { return static_cast<QWindow*>(parent()); }
 
     void take()
@@ -107,19 +111,30 @@ private:
             xcb_flush(X11::connection());
             return;
         }
-        const xcb_window_t previous = inputFocus();
-        const auto own = static_cast<xcb_window_t>(window()->winId());
-        if (previous != own)
-            m_previous = previous;
-        setInputFocus(own);
+        setInputFocus(ownId());
     }
+
+    /// Whom to give the focus back to: not another window of this process, which goes when this one
+    /// comes, but whoever that one had it from.
+    void notePrevious(xcb_window_t previous)
+    {
+        if (previous == ownId())
+            return;
+        QWindow* sibling = X11::windowOf(previous);
+        m_previous = sibling ? requestOf(sibling)->m_previous : previous;
+    }
+
+    xcb_window_t ownId() const { return static_cast<xcb_window_t>(window()->winId()); }
 
     void giveBack()
     {
         m_wanted = false;
         const xcb_window_t previous = m_previous;
         m_previous = XCB_WINDOW_NONE;
-        if (previous > XCB_INPUT_FOCUS_POINTER_ROOT)
+        // Whoever has taken the focus meanwhile keeps it.
+        const xcb_window_t current = inputFocus();
+        const bool isOurs = current <= XCB_INPUT_FOCUS_POINTER_ROOT || current == ownId();
+        if (isOurs && previous > XCB_INPUT_FOCUS_POINTER_ROOT)
             setInputFocus(previous);
     }
 
@@ -127,23 +142,14 @@ private:
     xcb_window_t m_previous = XCB_WINDOW_NONE;
 };
 
-ForegroundRequest* requestOf(QWindow* window)
-{
-    for (QObject* child : window->children()) {
-        if (auto* request = dynamic_cast<ForegroundRequest*>(child))
-            return request;
-    }
-    return new ForegroundRequest(window);
-}
-
 } // namespace
 
 void Platform::bringToForeground(WId windowId)
 {
     if (!X11::connection())
         return;
-    QWindow* window = windowOf(windowId);
+    QWindow* window = X11::windowOf(windowId);
     if (!window)
         return;
-    requestOf(window)->start();
+    ForegroundRequest::requestOf(window)->start();
 }

@@ -120,6 +120,15 @@ xcb_atom_t X11::atom(const char* name)
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+QWindow* X11::windowOf(WId id)
+{
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->handle() && window->winId() == id)
+            return window;
+    }
+    return nullptr;
+}
+
 xcb_timestamp_t X11::userTime()
 {
     return s_userTime;

@@ -10,6 +10,8 @@
 
 #include <xcb/xcb.h>
 
+class QWindow;
+
 /// What the X11 implementations of the platform layer share: Qt's connection, atoms, and the
 /// keyboard that a hotkey holds until the window it summoned has the focus. GUI thread only.
 namespace X11
@@ -33,6 +35,9 @@ xcb_window_t rootWindow();
 
 /// The atom of that name, made if it is new.
 xcb_atom_t atom(const char* name);
+
+/// The top-level window of this process with that native id; null if it has none.
+QWindow* windowOf(WId id);
 
 /// Time of the key press that was last taken for a hotkey; `XCB_CURRENT_TIME` before the first.
 xcb_timestamp_t userTime();
