@@ -266,8 +266,9 @@ private:
         m_keymap = keymap;
         for (Registration& registration : m_registrations) {
             if (registration.grabs.isEmpty() && !grab(registration))
-                qDebug() << "X11HotkeyBackend: Failed to register hotkey after a keymap change"
-                         << registration.id;
+                qDebug()
+                    << "X11HotkeyBackend: Gagal mendaftarkan hotkey setelah peta tombol berubah:"
+                    << registration.id;
         }
         xcb_flush(m_connection);
     }
