@@ -20,7 +20,10 @@ private slots:
     void fileAndUrlReachTheirHandler_data();
     void fileAndUrlReachTheirHandler();
     void bulkFollowsTheLineRules();
+    void shellItemGoesToTheDesktopsLauncher();
     void legacyDocumentIsLaunched();
+    void legacyItemsReachTheirHandler_data();
+    void legacyItemsReachTheirHandler();
     void launchIsRememberedAndRanksFirst();
     void calculatorAnswerLandsOnTheClipboard();
     void divisionByZeroShowsTheHeaderAlone();
@@ -177,6 +180,61 @@ void E2eLaunch::legacyDocumentIsLaunched()
     program.waitUntilSpotlightIsGone();
     QTRY_COMPARE(m_desktop->clipboard(), QStringLiteral("from long ago"));
     QCOMPARE(program.readData(QStringLiteral("data.json")), legacy); // loading saves nothing
+}
+
+void E2eLaunch::shellItemGoesToTheDesktopsLauncher()
+{
+    writeRecorder(QStringLiteral("gio"));
+    QDir().mkpath(m_desktop->path(QStringLiteral("data/applications")));
+    QFile entry(m_desktop->path(QStringLiteral("data/applications/sample.desktop")));
+    QVERIFY(entry.open(QIODevice::WriteOnly));
+    entry.write("[Desktop Entry]\nType=Application\nName=Sample\nExec=sample\n");
+    entry.close();
+    Program program(*m_desktop);
+    program.writeData(
+        QStringLiteral("data.json"),
+        Profile::document({Profile::item(QStringLiteral("Sample"), QStringLiteral("ShellItem"),
+                                         QStringLiteral("sample.desktop"))}));
+    program.startAndSettle();
+    program.openSpotlight();
+    program.type(QStringLiteral("sample"));
+    program.key(QStringLiteral("Return"));
+    QTRY_COMPARE(QString::fromUtf8(recorded(QStringLiteral("gio"))),
+                 QStringLiteral("[launch]\n[%1]\n").arg(entry.fileName()));
+    program.waitUntilSpotlightIsGone();
+}
+
+void E2eLaunch::legacyItemsReachTheirHandler_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QStringList>("opened");
+    QTest::newRow("web address") << "URL"
+                                 << "https://example.org" << QStringList{"https://example.org"};
+    QTest::newRow("file") << "File"
+                          << "/tmp/old.txt" << QStringList{"file:///tmp/old.txt"};
+    QTest::newRow("bulk") << "Bulk"
+                          << "https://example.org/one" << QStringList{"https://example.org/one"};
+    QTest::newRow("application") << "Application"
+                                 << "xdg-open \"from an application\""
+                                 << QStringList{"from an application"};
+}
+
+void E2eLaunch::legacyItemsReachTheirHandler()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, value);
+    QFETCH(QStringList, opened);
+    Program program(*m_desktop);
+    program.writeData(
+        QStringLiteral("data.json"),
+        Profile::legacyDocument({Profile::item(QStringLiteral("Old one"), type, value)}));
+    program.startAndSettle();
+    program.openSpotlight();
+    program.type(QStringLiteral("old"));
+    program.key(QStringLiteral("Return"));
+    QTRY_COMPARE(m_desktop->opened(), opened);
+    program.waitUntilSpotlightIsGone();
 }
 
 void E2eLaunch::launchIsRememberedAndRanksFirst()

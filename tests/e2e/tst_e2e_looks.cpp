@@ -17,13 +17,18 @@ private slots:
     void initTestCase();
     void spotlight_data();
     void spotlight();
+    void messageBox_data();
+    void messageBox();
     void homeWindow_data();
     void homeWindow();
     void withoutCompositorTheCardIsCutOut();
 
 private:
     void checkStrip(const QImage& picture) const;
+    void checkFilterPill(const QImage& picture) const;
     void checkSelectedRow(const QImage& picture) const;
+    void checkFirstChip(const QImage& picture) const;
+    void checkMenu(const QImage& picture) const;
     static void keep(const QImage& picture, const QString& name);
 
     std::unique_ptr<Desktop> m_desktop;
@@ -105,6 +110,7 @@ void E2eLooks::spotlight()
     const QImage empty = program.settledScreenshot();
     keep(empty, name + QStringLiteral("-empty"));
     checkStrip(empty);
+    checkFilterPill(empty);
 
     program.type(QStringLiteral("team"));
     const QImage rows = program.settledScreenshot();
@@ -119,10 +125,113 @@ void E2eLooks::spotlight()
                                    QStringLiteral("Snippet")});
     program.openSpotlight();
     program.type(QStringLiteral("team"));
-    keep(program.settledScreenshot(), name + QStringLiteral("-chips"));
+    const QImage chips = program.settledScreenshot();
+    keep(chips, name + QStringLiteral("-chips"));
+    checkFirstChip(chips);
+
     program.key(QStringLiteral("F4"));
     program.key(QStringLiteral("Down"));
-    keep(program.settledScreenshot(), name + QStringLiteral("-menu"));
+    const QImage menu = program.settledScreenshot();
+    keep(menu, name + QStringLiteral("-menu"));
+    checkMenu(menu);
+}
+
+void E2eLooks::checkFilterPill(const QImage& picture) const
+{
+    const QColor pill(Theme::catTrackBg());
+    const QColor box(Theme::boxBg());
+    // 8 pixels into the box, 28 high, round at its ends.
+    const QPoint corner = kCard + QPoint(18 + 8, 18 + 8);
+    QCOMPARE(pixel(picture, corner + QPoint(40, -1)), box);
+    QCOMPARE(pixel(picture, corner + QPoint(40, 0)), pill);
+    QCOMPARE(pixel(picture, corner + QPoint(40, 27)), pill);
+    QCOMPARE(pixel(picture, corner + QPoint(40, 28)), box);
+    QCOMPARE(pixel(picture, corner + QPoint(6, 6)), pill);
+    QCOMPARE(pixel(picture, corner + QPoint(1, 1)), box);
+    const QPointF ink = middleOfInk(picture, QRect(corner + QPoint(12, 6), QSize(15, 16)),
+                                    QColor(Theme::colors().onSurface), pill);
+    QVERIFY2(isNear(ink, QPointF(corner) + QPointF(19.5, 14), 1.0),
+             qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
+}
+
+void E2eLooks::checkFirstChip(const QImage& picture) const
+{
+    const QColor shell(Theme::shellBg());
+    const QColor chip(Theme::colors().primaryContainer);
+    // Below the box, 18 pixels away; 28 high, radius 14.
+    const QPoint corner = kCard + QPoint(18 + 8, 18 + 44 + 18);
+    QCOMPARE(pixel(picture, corner + QPoint(30, -1)), shell);
+    QCOMPARE(pixel(picture, corner + QPoint(30, 0)), chip);
+    QCOMPARE(pixel(picture, corner + QPoint(30, 27)), chip);
+    QCOMPARE(pixel(picture, corner + QPoint(30, 28)), shell);
+    QCOMPARE(pixel(picture, corner + QPoint(6, 6)), chip);
+    QCOMPARE(pixel(picture, corner + QPoint(1, 1)), shell);
+    const QPointF ink = middleOfInk(picture, QRect(corner + QPoint(12, 6), QSize(15, 16)),
+                                    QColor(Theme::colors().onPrimaryContainer), chip);
+    QVERIFY2(isNear(ink, QPointF(corner) + QPointF(19.5, 14), 1.0),
+             qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
+}
+
+void E2eLooks::checkMenu(const QImage& picture) const
+{
+    const ColorTokens c = Theme::colors();
+    const QColor paper(c.surfaceContainerHighest);
+    // Four pixels below the button.
+    const QPoint corner = kCard + QPoint(18 + 8, 18 + 8 + 28 + 4);
+    QCOMPARE(pixel(picture, corner + QPoint(3, 60)), paper);
+    QVERIFY(pixel(picture, corner + QPoint(2, 2)) != paper); // radius 16
+    QCOMPARE(pixel(picture, corner + QPoint(6, 6)), paper);
+    // The first row is the active one: 6 pixels of padding, radius 10.
+    const QPoint row = corner + QPoint(6, 6);
+    QCOMPARE(pixel(picture, row + QPoint(20, 1)), QColor(c.primaryContainer));
+    QCOMPARE(pixel(picture, row + QPoint(1, 1)), paper);
+    // Its check circle, filled: 25 from the left, radius 8.
+    QCOMPARE(pixel(picture, row + QPoint(25 - 7, 18)), QColor(c.primary));
+    QCOMPARE(pixel(picture, row + QPoint(25 + 6, 18)), QColor(c.primary));
+    QCOMPARE(pixel(picture, row + QPoint(25 + 9, 18)), QColor(c.primaryContainer));
+}
+
+void E2eLooks::messageBox_data()
+{
+    QTest::addColumn<int>("theme");
+    QTest::newRow("light") << 1;
+    QTest::newRow("dark") << 2;
+}
+
+void E2eLooks::messageBox()
+{
+    QFETCH(int, theme);
+    Theme::forceTheme = theme;
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), theme);
+    program.writeData(
+        QStringLiteral("data.json"),
+        Profile::document({Profile::item(QStringLiteral("Broken"), QStringLiteral("Application"),
+                                         QStringLiteral("/nowhere/at/all"))}));
+    program.startAndSettle();
+    program.openSpotlight();
+    program.type(QStringLiteral("broken"));
+    program.key(QStringLiteral("Return"));
+    QRect window;
+    QTRY_VERIFY([&] {
+        for (const XClient::Window& w :
+             m_desktop->client().windowsOf(program.process().processId())) {
+            if (w.isViewable && w.id == m_desktop->client().focus() &&
+                w.id != program.spotlight().id)
+                window = w.geometry;
+        }
+        return window.isValid();
+    }());
+    const QImage picture = program.settledScreenshot();
+    keep(picture, QStringLiteral("message-box-") + QLatin1String(QTest::currentDataTag()));
+    const QRect card = window.adjusted(10, 10, -10, -10);
+    QVERIFY2(card.width() >= 350, qPrintable(QString::number(card.width())));
+    const QColor surface(Theme::colors().surface);
+    QCOMPARE(pixel(picture, card.topLeft() + QPoint(0, card.height() / 2)),
+             QColor(Theme::colors().outline));
+    QCOMPARE(pixel(picture, card.topLeft() + QPoint(1, card.height() / 2)), surface);
+    QCOMPARE(pixel(picture, card.topLeft() + QPoint(10, 10)), surface); // radius 24
+    QVERIFY(pixel(picture, card.topLeft() + QPoint(4, 4)) != surface);
 }
 
 void E2eLooks::checkStrip(const QImage& picture) const
