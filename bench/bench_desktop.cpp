@@ -25,7 +25,7 @@ namespace
 constexpr int kStarts = 15;
 constexpr int kHotkeys = 60;
 constexpr int kPatienceMs = 20000;
-constexpr int kSettleMs = 1500;
+constexpr int kSettleMs = 1500; // beyond every timer of the start: what is left is rest
 
 double median(std::vector<double> values)
 {

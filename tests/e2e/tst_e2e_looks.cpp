@@ -24,10 +24,17 @@ private slots:
     void withoutCompositorTheCardIsCutOut();
 
 private:
+    struct Pill
+    {
+        QPoint corner;
+        QColor fill;
+        QColor around;
+        QColor glyph;
+    };
+
     void checkStrip(const QImage& picture) const;
-    void checkFilterPill(const QImage& picture) const;
+    void checkPill(const QImage& picture, const Pill& pill) const;
     void checkSelectedRow(const QImage& picture) const;
-    void checkFirstChip(const QImage& picture) const;
     void checkMenu(const QImage& picture) const;
     static void keep(const QImage& picture, const QString& name);
 
@@ -110,7 +117,9 @@ void E2eLooks::spotlight()
     const QImage empty = program.settledScreenshot();
     keep(empty, name + QStringLiteral("-empty"));
     checkStrip(empty);
-    checkFilterPill(empty);
+    const ColorTokens c = Theme::colors();
+    checkPill(empty, {kCard + QPoint(18 + 8, 18 + 8), QColor(Theme::catTrackBg()),
+                      QColor(Theme::boxBg()), QColor(c.onSurface)});
 
     program.type(QStringLiteral("team"));
     const QImage rows = program.settledScreenshot();
@@ -127,7 +136,9 @@ void E2eLooks::spotlight()
     program.type(QStringLiteral("team"));
     const QImage chips = program.settledScreenshot();
     keep(chips, name + QStringLiteral("-chips"));
-    checkFirstChip(chips);
+    // The first chip stands below the box, 18 pixels away.
+    checkPill(chips, {kCard + QPoint(18 + 8, 18 + 44 + 18), QColor(c.primaryContainer),
+                      QColor(Theme::shellBg()), QColor(c.onPrimaryContainer)});
 
     program.key(QStringLiteral("F4"));
     program.key(QStringLiteral("Down"));
@@ -136,39 +147,18 @@ void E2eLooks::spotlight()
     checkMenu(menu);
 }
 
-void E2eLooks::checkFilterPill(const QImage& picture) const
+void E2eLooks::checkPill(const QImage& picture, const Pill& pill) const
 {
-    const QColor pill(Theme::catTrackBg());
-    const QColor box(Theme::boxBg());
-    // 8 pixels into the box, 28 high, round at its ends.
-    const QPoint corner = kCard + QPoint(18 + 8, 18 + 8);
-    QCOMPARE(pixel(picture, corner + QPoint(40, -1)), box);
-    QCOMPARE(pixel(picture, corner + QPoint(40, 0)), pill);
-    QCOMPARE(pixel(picture, corner + QPoint(40, 27)), pill);
-    QCOMPARE(pixel(picture, corner + QPoint(40, 28)), box);
-    QCOMPARE(pixel(picture, corner + QPoint(6, 6)), pill);
-    QCOMPARE(pixel(picture, corner + QPoint(1, 1)), box);
-    const QPointF ink = middleOfInk(picture, QRect(corner + QPoint(12, 6), QSize(15, 16)),
-                                    QColor(Theme::colors().onSurface), pill);
-    QVERIFY2(isNear(ink, QPointF(corner) + QPointF(19.5, 14), 1.0),
-             qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
-}
-
-void E2eLooks::checkFirstChip(const QImage& picture) const
-{
-    const QColor shell(Theme::shellBg());
-    const QColor chip(Theme::colors().primaryContainer);
-    // Below the box, 18 pixels away; 28 high, radius 14.
-    const QPoint corner = kCard + QPoint(18 + 8, 18 + 44 + 18);
-    QCOMPARE(pixel(picture, corner + QPoint(30, -1)), shell);
-    QCOMPARE(pixel(picture, corner + QPoint(30, 0)), chip);
-    QCOMPARE(pixel(picture, corner + QPoint(30, 27)), chip);
-    QCOMPARE(pixel(picture, corner + QPoint(30, 28)), shell);
-    QCOMPARE(pixel(picture, corner + QPoint(6, 6)), chip);
-    QCOMPARE(pixel(picture, corner + QPoint(1, 1)), shell);
-    const QPointF ink = middleOfInk(picture, QRect(corner + QPoint(12, 6), QSize(15, 16)),
-                                    QColor(Theme::colors().onPrimaryContainer), chip);
-    QVERIFY2(isNear(ink, QPointF(corner) + QPointF(19.5, 14), 1.0),
+    // 28 high, round at its ends.
+    QCOMPARE(pixel(picture, pill.corner + QPoint(40, -1)), pill.around);
+    QCOMPARE(pixel(picture, pill.corner + QPoint(40, 0)), pill.fill);
+    QCOMPARE(pixel(picture, pill.corner + QPoint(40, 27)), pill.fill);
+    QCOMPARE(pixel(picture, pill.corner + QPoint(40, 28)), pill.around);
+    QCOMPARE(pixel(picture, pill.corner + QPoint(6, 6)), pill.fill);
+    QCOMPARE(pixel(picture, pill.corner + QPoint(1, 1)), pill.around);
+    const QPointF ink = middleOfInk(picture, QRect(pill.corner + QPoint(12, 6), QSize(15, 16)),
+                                    pill.glyph, pill.fill);
+    QVERIFY2(isNear(ink, QPointF(pill.corner) + QPointF(19.5, 14), 1.0),
              qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
 }
 
