@@ -184,7 +184,7 @@ void GlyphBadge::paintInto(QPainter* p, const QRectF& box, const QString& iconPa
     p->save();
     p->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (IconHelper::hasCustomImage(iconPath)) {
-        const QPixmap image(iconPath);
+        const QPixmap image = IconHelper::customImage(iconPath);
         if (!image.isNull())
             p->drawPixmap(box.toRect(), image);
     } else {

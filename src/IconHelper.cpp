@@ -7,6 +7,7 @@
 
 #include <QColor>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -120,6 +121,11 @@ uint IconHelper::glyphCode(const QString& token)
 bool IconHelper::hasCustomImage(const QString& iconPath)
 {
     return !iconPath.isEmpty() && !isGlyphToken(iconPath) && QFile::exists(iconPath);
+}
+
+QPixmap IconHelper::customImage(const QString& iconPath)
+{
+    return QFileInfo(iconPath).isFile() ? QPixmap(iconPath) : QPixmap();
 }
 
 uint IconHelper::codepointForType(const QString& type)

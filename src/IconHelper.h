@@ -10,6 +10,7 @@
 
 class QColor;
 class QPainter;
+class QPixmap;
 class QPointF;
 class QSize;
 
@@ -89,6 +90,9 @@ public:
     static uint glyphCode(const QString& token);
     /// True if `iconPath` names something that exists on disk; it need not be a readable image.
     static bool hasCustomImage(const QString& iconPath);
+    /// The image in that file; null if it is none. Opens plain files only, since reading a pipe
+    /// would hold up whoever paints.
+    static QPixmap customImage(const QString& iconPath);
 
     /// Exact comparison; any unknown type gives the link glyph.
     static uint codepointForType(const QString& type);

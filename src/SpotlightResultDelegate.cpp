@@ -176,7 +176,7 @@ void SpotlightResultDelegate::paintIcon(QPainter* painter, const QRect& circle,
     }
     const QString token = index.data(RoleIconToken).toString();
     if (IconHelper::hasCustomImage(token)) {
-        const QPixmap image(token);
+        const QPixmap image = IconHelper::customImage(token);
         if (image.isNull())
             return;
         const QPixmap scaled =
