@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The Orlimo authors
 # SPDX-License-Identifier: MIT
 #
-# Draws Orlimo.ico anew after a change of the icon. The result is kept with the sources, so that a
+# Draws orlimo.ico anew after a change of the icon. The result is kept with the sources, so that a
 # build needs neither of the programs (Debian: librsvg2-bin, imagemagick).
 
 set -euo pipefail
@@ -17,4 +17,4 @@ for size in 16 20 24 32 40 48 64 128 256; do
         --output "$work/$size.png"
     images+=("$work/$size.png")
 done
-convert "${images[@]}" "$here/Orlimo.ico"
+convert "${images[@]}" "$here/orlimo.ico"
