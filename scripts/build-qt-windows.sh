@@ -5,8 +5,10 @@
 # Builds Qt for 64-bit Windows from Debian's source package of the Qt that this machine has, whose
 # tools (moc, rcc, uic) take part in every cross-build and must be of the same version.
 #
-#   scripts/build-qt-windows.sh             builds what is missing; the last line is the directory
+#   scripts/build-qt-windows.sh             builds what is missing and prints the directory
 #   scripts/build-qt-windows.sh --where     only says which directory that would be
+#
+# A build that failed or was ended goes on where it stopped.
 #
 # Built once for each version and set of options, and kept under ${XDG_CACHE_HOME:-~/.cache}/orlimo.
 # ORLIMO_QT_WIN64 in the environment names a ready-made one, and then nothing is built.
@@ -18,6 +20,7 @@ use_neutral_locale
 toolchain=$root/cmake/mingw-w64-x86_64.cmake
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/orlimo
 done_mark=.orlimo-complete
+unpacked_mark=.orlimo-unpacked
 
 # Left out is what Orlimo doesn't use. Libraries come from Qt's own tree alone, lest a package that
 # happens to be installed for the cross-compiler ends up among the imports.
@@ -29,7 +32,7 @@ options=(
     -DINPUT_opengl=no
     -DFEATURE_pkg_config=OFF
 )
-for feature in sql dbus vulkan printsupport concurrent xml tabletevent ssl \
+for feature in sql dbus vulkan printsupport concurrent xml tabletevent ssl schannel \
     system_zlib system_png system_jpeg system_pcre2 system_freetype system_harfbuzz \
     system_doubleconversion; do
     options+=("-DFEATURE_$feature=OFF")
@@ -130,20 +133,21 @@ keep_licences() { # work directory, prefix
 }
 
 build() { # prefix
-    local prefix=$1 version work
+    local prefix=$1 version work=$1.build
     version=$(host_source_version)
-    work=$(mktemp -d "$cache/qt-win64-build.XXXXXX")
-    # shellcheck disable=SC2064 # the directory of now
-    trap "rm -rf '$work'" EXIT
-    rm -rf "$prefix"
-    begin_phase "Sources of Qt $version"
-    fetch_sources "$work" "$version"
-    unpack_sources "$work"
+    if [[ ! -f $work/$unpacked_mark ]]; then
+        begin_phase "Sources of Qt $version"
+        rm -rf "$work"
+        fetch_sources "$work" "$version"
+        unpack_sources "$work"
+        touch "$work/$unpacked_mark"
+    fi
     begin_phase "Build of Qt $version for Windows"
     configure_and_build "$work" "$prefix"
     keep_licences "$work" "$prefix"
     end_phase
     touch "$prefix/$done_mark"
+    rm -rf "$work"
 }
 
 main() {
@@ -163,7 +167,8 @@ main() {
         # Two builds at once would undo each other; the second finds the work done.
         exec {lock_fd}>"$cache/qt-win64.lock"
         flock "$lock_fd"
-        [[ -f $prefix/$done_mark ]] || build "$prefix"
+        # What the build says goes elsewhere: the output is the directory alone.
+        [[ -f $prefix/$done_mark ]] || build "$prefix" >&2
     fi
     printf '%s\n' "$prefix"
 }

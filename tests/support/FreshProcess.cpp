@@ -3,6 +3,8 @@
 
 #include "FreshProcess.h"
 
+#include "TestHome.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -65,6 +67,7 @@ int FreshProcess::runTask(int argc, char** argv, const QHash<QString, Task>& tas
     const QStringList arguments = QCoreApplication::arguments();
     QCoreApplication::setOrganizationName(arguments.at(kOrganisationIndex));
     QCoreApplication::setApplicationName(arguments.at(kApplicationIndex));
+    TestHome::enterTestMode();
     const Task task = tasks.value(arguments.at(kTaskIndex), nullptr);
     if (!task)
         qFatal("no such task: %s", argv[kTaskIndex]);

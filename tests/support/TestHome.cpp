@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -13,6 +14,8 @@
 
 namespace
 {
+
+constexpr char kDataVariable[] = "XDG_DATA_HOME";
 
 std::unique_ptr<QTemporaryDir> s_home;
 
@@ -24,6 +27,26 @@ void pointInto(const char* variable, const QString& subDirectory)
     qputenv(variable, QFile::encodeName(dir));
 }
 
+/// A directory of this process in the real profile, where there is no other way; gone at the end.
+class ProfileCorner
+{
+public:
+    explicit ProfileCorner(const QString& path) : m_path(path) {}
+    ~ProfileCorner() { QDir(m_path).removeRecursively(); }
+    ProfileCorner(const ProfileCorner&) = delete;
+    ProfileCorner& operator=(const ProfileCorner&) = delete;
+
+private:
+    QString m_path;
+};
+
+std::unique_ptr<ProfileCorner> s_corner;
+
+QString dataLocation()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+}
+
 } // namespace
 
 void TestHome::install()
@@ -32,18 +55,29 @@ void TestHome::install()
     if (!s_home->isValid())
         qFatal("no temporary directory: %s", qPrintable(s_home->errorString()));
     pointInto("HOME", QStringLiteral("home"));
-    pointInto("XDG_DATA_HOME", QStringLiteral("data"));
+    pointInto(kDataVariable, QStringLiteral("data"));
     pointInto("XDG_CONFIG_HOME", QStringLiteral("config"));
     pointInto("XDG_CACHE_HOME", QStringLiteral("cache"));
     pointInto("XDG_RUNTIME_DIR", QStringLiteral("run"));
-    pointInto("APPDATA", QStringLiteral("data"));
-    pointInto("LOCALAPPDATA", QStringLiteral("data"));
     // Qt refuses a run-time directory that others may read.
     QFile::setPermissions(s_home->filePath(QStringLiteral("run")),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QCoreApplication::setApplicationName(QStringLiteral("Orlimo"));
     QCoreApplication::setOrganizationName(QStringLiteral("Orlimo"));
+    enterTestMode();
+    if (QStandardPaths::isTestModeEnabled()) {
+        // Tests that run at the same time share the mode's directory, so each has a part of it.
+        QCoreApplication::setOrganizationName(QFileInfo(s_home->path()).fileName());
+        s_corner = std::make_unique<ProfileCorner>(QFileInfo(dataLocation()).path());
+    }
+}
+
+void TestHome::enterTestMode()
+{
+    const QString wanted = qEnvironmentVariable(kDataVariable);
+    if (QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) != wanted)
+        QStandardPaths::setTestModeEnabled(true);
 }
 
 QString TestHome::path()
@@ -53,7 +87,7 @@ QString TestHome::path()
 
 QString TestHome::dataDir()
 {
-    const QString dir = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const QString dir = dataLocation();
     if (!QDir().mkpath(dir))
         qFatal("cannot make %s", qPrintable(dir));
     return dir;

@@ -16,6 +16,11 @@ public:
     /// the application object exists. The directory goes with the process.
     static void install();
 
+    /// Where the system doesn't take the data directory from the environment, keeps this process to
+    /// Qt's directories for tests. `install()` does so too; this is for the processes that a test
+    /// starts, which inherit the environment alone.
+    static void enterTestMode();
+
     /// The temporary directory; empty before `install()`.
     static QString path();
 

@@ -153,6 +153,8 @@ private slots:
 private:
     QString path(const QString& name) const { return QDir(m_dir).filePath(name); }
     void makeFile(const QString& name) const;
+    void makeShellLauncher() const;
+    void addDesktopEntryRows() const;
     QList<QJsonObject> records() const;
     QStringList onlyArguments() const;
 
@@ -505,25 +507,53 @@ void LaunchDispatcherTest::errorDialogKeepsWindowsOpen()
     QVERIFY(!g_blockAutoQuit);
 }
 
+/// Puts a copy of this test in the place of the program that the system launches shell items with.
+void LaunchDispatcherTest::makeShellLauncher() const
+{
+    const QString program = QCoreApplication::applicationFilePath();
+    if (!hasDesktopEntries()) {
+        // The current directory comes before the one of the real program.
+        QVERIFY(QFile::exists("explorer.exe") || QFile::copy(program, "explorer.exe"));
+        return;
+    }
+    QVERIFY(QDir(m_dir).mkpath("bin"));
+    QVERIFY(QFile::exists(path("bin/gio")) || QFile::link(program, path("bin/gio")));
+    qputenv("PATH", QFile::encodeName(path("bin")));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(path("user")));
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(path("empty") + ':' + path("system")));
+}
+
+void LaunchDispatcherTest::addDesktopEntryRows() const
+{
+    const auto row = [this](const char* name, const QString& value, const QString& entry) {
+        QTest::newRow(name) << value << entry << QStringList{"launch", path(entry)};
+    };
+    row("id", "org.example.App.desktop", "user/applications/org.example.App.desktop");
+    row("dash in the name", "my-tool.desktop", "user/applications/my-tool.desktop");
+    row("dash for a folder", "vendor-app.desktop", "system/applications/vendor/app.desktop");
+    row("both kinds of dashes", "a-b-c-d.desktop", "system/applications/a-b/c-d.desktop");
+    row("two folders deep", "x-y-z.desktop", "system/applications/x/y/z.desktop");
+    row("the user's own hides the system's", "both.desktop", "user/applications/both.desktop");
+    row("path", path("elsewhere/some app.desktop"), "elsewhere/some app.desktop");
+}
+
 void LaunchDispatcherTest::shellItemIsLaunched_data()
 {
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("entry");
-    if (!hasDesktopEntries())
+    QTest::addColumn<QStringList>("arguments");
+    if (hasDesktopEntries()) {
+        addDesktopEntryRows();
         return;
-    QTest::newRow("id") << "org.example.App.desktop"
-                        << "user/applications/org.example.App.desktop";
-    QTest::newRow("dash in the name") << "my-tool.desktop"
-                                      << "user/applications/my-tool.desktop";
-    QTest::newRow("dash for a folder") << "vendor-app.desktop"
-                                       << "system/applications/vendor/app.desktop";
-    QTest::newRow("both kinds of dashes") << "a-b-c-d.desktop"
-                                          << "system/applications/a-b/c-d.desktop";
-    QTest::newRow("two folders deep") << "x-y-z.desktop"
-                                      << "system/applications/x/y/z.desktop";
-    QTest::newRow("the user's own hides the system's") << "both.desktop"
-                                                       << "user/applications/both.desktop";
-    QTest::newRow("path") << path("elsewhere/some app.desktop") << "elsewhere/some app.desktop";
+    }
+    const auto row = [](const char* name, const QString& value) {
+        QTest::newRow(name) << value << "unused" << QStringList{value};
+    };
+    row("application of the shell's folder", R"(shell:AppsFolder\Example.App_8wekyb3d8bbwe!App)");
+    row("blanks stay in one argument", R"(shell:AppsFolder\{6D809377}\Some App\app.exe)");
+    row("class of the shell", "::{645FF040-5081-101B-9F08-00AA002F954E}");
+    row("quotes", R"(a "b" c\)");
+    row("empty", "");
 }
 
 void LaunchDispatcherTest::shellItemIsLaunched()
@@ -533,52 +563,53 @@ void LaunchDispatcherTest::shellItemIsLaunched()
     for (const QString& name : {QStringLiteral("user/applications/both.desktop"),
                                 QStringLiteral("system/applications/both.desktop"), entry})
         makeFile(name);
-    QVERIFY(QDir(m_dir).mkpath("bin"));
-    QVERIFY(QFile::exists(path("bin/gio")) ||
-            QFile::link(QCoreApplication::applicationFilePath(), path("bin/gio")));
-    qputenv("PATH", QFile::encodeName(path("bin")));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(path("user")));
-    qputenv("XDG_DATA_DIRS", QFile::encodeName(path("empty") + ':' + path("system")));
+    makeShellLauncher();
     const Launch launch("ShellItem", value);
     QVERIFY(launch.isDone);
     QTRY_COMPARE(records().size(), 1);
-    QCOMPARE(onlyArguments(), (QStringList{"launch", path(entry)}));
+    QTEST(onlyArguments(), "arguments");
     QVERIFY(launch.messages.isEmpty());
 }
 
 void LaunchDispatcherTest::shellItemCannotBeStarted_data()
 {
     QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("hasGio");
+    QTest::addColumn<bool>("hasLauncher");
+    QTest::addColumn<bool>("isDone");
+    const QString entry = path("system/applications/both.desktop");
+    QTest::newRow("one that can, for comparison") << entry << true << true;
     if (!hasDesktopEntries())
         return;
-    QTest::newRow("no such id") << "missing.desktop" << true;
-    QTest::newRow("no such path") << path("missing.desktop") << true;
-    QTest::newRow("empty") << "" << true;
-    QTest::newRow("not an entry") << path("my notes.txt") << true;
-    QTest::newRow("a folder") << path("folder.desktop") << true;
-    QTest::newRow("out of the tree") << "..-secret.desktop" << true;
-    QTest::newRow("in a hidden folder") << ".hidden-secret.desktop" << true;
-    QTest::newRow("dashes only") << QString(5000, '-') + ".desktop" << true;
-    QTest::newRow("nothing to launch it with") << path("system/applications/both.desktop") << false;
+    QTest::newRow("no such id") << "missing.desktop" << true << false;
+    QTest::newRow("no such path") << path("missing.desktop") << true << false;
+    QTest::newRow("empty") << "" << true << false;
+    QTest::newRow("not an entry") << path("my notes.txt") << true << false;
+    QTest::newRow("a folder") << path("folder.desktop") << true << false;
+    QTest::newRow("out of the tree") << "..-secret.desktop" << true << false;
+    QTest::newRow("in a hidden folder") << ".hidden-secret.desktop" << true << false;
+    QTest::newRow("dashes only") << QString(5000, '-') + ".desktop" << true << false;
+    QTest::newRow("nothing to launch it with") << entry << false << false;
 }
 
 void LaunchDispatcherTest::shellItemCannotBeStarted()
 {
     QFETCH(QString, value);
-    QFETCH(bool, hasGio);
+    QFETCH(bool, hasLauncher);
+    QFETCH(bool, isDone);
     makeFile("system/secret.desktop");
     makeFile("system/applications/.hidden/secret.desktop");
     makeFile("system/applications/both.desktop");
     QVERIFY(QDir(m_dir).mkpath("folder.desktop"));
-    QVERIFY(QDir(m_dir).mkpath("bin"));
-    QVERIFY(QFile::exists(path("bin/gio")) ||
-            QFile::link(QCoreApplication::applicationFilePath(), path("bin/gio")));
-    qputenv("PATH", QFile::encodeName(path(hasGio ? "bin" : "empty")));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(path("user")));
-    qputenv("XDG_DATA_DIRS", QFile::encodeName(path("system")));
+    makeShellLauncher();
+    if (!hasLauncher)
+        qputenv("PATH", QFile::encodeName(path("empty")));
     const Launch launch("ShellItem", value);
-    QVERIFY(!launch.isDone);
+    QCOMPARE(launch.isDone, isDone);
+    if (isDone) {
+        QTRY_COMPARE(records().size(), 1);
+        QVERIFY(launch.messages.isEmpty());
+        return;
+    }
     QCOMPARE(launch.messages, (QList<Message>{{"Error", "Failed to execute local application!"}}));
     QVERIFY(launch.isOwned);
 }

@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Orlimo authors
+# SPDX-License-Identifier: MIT
+#
+# Checks a packed folder of Orlimo for Windows without running it: every library that anything in it
+# loads is in the folder or part of Windows, and Orlimo.exe is what it should be.
+#
+#   scripts/check-windows-folder.sh DIRECTORY
+
+set -euo pipefail
+
+folder=$1
+program=$folder/Orlimo.exe
+failures=0
+
+# Part of every Windows 10 and later. A name is added here after looking it up, never because
+# something happens to load it.
+system_libraries=(
+    advapi32 authz bcrypt comctl32 comdlg32 crypt32 d2d1 d3d9 d3d11 d3d12 dnsapi dwmapi dwrite dxgi
+    gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ntdll ole32 oleaut32 rpcrt4 secur32
+    setupapi shcore shell32 shlwapi user32 userenv uxtheme version winhttp winmm winspool.drv
+    ws2_32 wtsapi32
+)
+
+complain() {
+    printf 'check-windows-folder.sh: %s\n' "$1" >&2
+    failures=$((failures + 1))
+}
+
+imports_of() {
+    x86_64-w64-mingw32-objdump -p "$1" | sed -n 's/^\tDLL Name: //p' | tr '[:upper:]' '[:lower:]'
+}
+
+is_part_of_windows() { # file name in lower case
+    local library
+    for library in "${system_libraries[@]}"; do
+        [[ $1 != "$library" && $1 != "$library.dll" ]] || return 0
+    done
+    return 1
+}
+
+# Windows looks beside the program, never beside the plugin that does the loading.
+is_beside_program() { # file name in lower case
+    [[ -n $(find "$folder" -maxdepth 1 -iname "$1") ]]
+}
+
+check_imports() {
+    local binary name
+    while IFS= read -r -d '' binary; do
+        while IFS= read -r name; do
+            is_beside_program "$name" || is_part_of_windows "$name" ||
+                complain "$binary loads $name, which is neither in the folder nor part of Windows"
+        done < <(imports_of "$binary")
+    done < <(find "$folder" \( -name '*.exe' -o -name '*.dll' \) -print0)
+}
+
+# A library that nothing loads has no place in the folder.
+check_libraries_are_used() {
+    local library all_imports
+    all_imports=$(find "$folder" \( -name '*.exe' -o -name '*.dll' \) -print0 |
+        while IFS= read -r -d '' binary; do imports_of "$binary"; done)
+    for library in "$folder"/*.dll; do
+        grep -qixF "$(basename "$library")" <<<"$all_imports" || complain "nothing loads $library"
+    done
+}
+
+check_is_windowed() {
+    local headers
+    headers=$(x86_64-w64-mingw32-objdump -p "$program")
+    grep -q 'Subsystem.*Windows GUI' <<<"$headers" || complain "$program is not a windowed program"
+}
+
+resources_of_program() {
+    x86_64-w64-mingw32-windres --input-format=coff --output-format=rc "$program"
+}
+
+check_resources() {
+    local resources text
+    resources=$(resources_of_program)
+    for text in 'Type: icon' 'Type: group icon' VERSIONINFO; do
+        grep -qF "$text" <<<"$resources" || complain "$program has no resource '$text'"
+    done
+    [[ $(grep -c 'RT_MANIFEST' <<<"$resources") -eq 1 ]] ||
+        complain "$program has not exactly one manifest"
+    # The manifest is stored as it was written.
+    for text in PerMonitorV2 '<longPathAware' Microsoft.Windows.Common-Controls 'level="asInvoker"'; do
+        grep -qaF "$text" "$program" || complain "the manifest of $program lacks $text"
+    done
+}
+
+if [[ ! -f $program ]]; then
+    complain "no $program"
+    exit 1
+fi
+check_imports
+check_libraries_are_used
+check_is_windowed
+check_resources
+[[ $failures -eq 0 ]] || exit 1
+echo "$folder: complete, $(find "$folder" -name '*.dll' | wc -l) libraries"
