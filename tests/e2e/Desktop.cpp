@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -179,9 +180,22 @@ xcb_window_t Desktop::focusOtherWindow()
 {
     if (!m_otherWindow)
         m_otherWindow = m_client->makeWindow(QRect(20, 60, 300, 200));
-    m_client->activate(m_otherWindow);
-    if (!QTest::qWaitFor([this] { return m_client->focus() == m_otherWindow; }, kStartMs))
-        qFatal("the other window doesn't get the focus");
+    // A window that has just come up may still be asking for the focus itself, which is its right;
+    // who wants to go on elsewhere then clicks once more.
+    constexpr int kClickAgainMs = 300;
+    QElapsedTimer sinceClick;
+    const auto hasFocus = [&] {
+        if (m_client->focus() == m_otherWindow)
+            return true;
+        if (!sinceClick.isValid() || sinceClick.hasExpired(kClickAgainMs)) {
+            m_client->activate(m_otherWindow);
+            sinceClick.start();
+        }
+        return false;
+    };
+    if (!QTest::qWaitFor(hasFocus, kStartMs))
+        qFatal("the other window 0x%x doesn't get the focus, 0x%x has it", m_otherWindow,
+               m_client->focus());
     m_client->takeKeyPressCount();
     return m_otherWindow;
 }
