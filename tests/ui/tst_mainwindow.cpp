@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "EventCounter.h"
 #include "FakeHotkeyBackend.h"
 #include "GlobalHotkeyController.h"
 #include "IconHelper.h"
@@ -190,28 +191,6 @@ public:
 
 private:
     QWindow m_window;
-};
-
-/// Counts the events of one type that reach a widget.
-class EventCounter : public QObject
-{
-public:
-    EventCounter(QWidget* watched, QEvent::Type type) : m_type(type)
-    {
-        watched->installEventFilter(this);
-    }
-
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        count += event->type() == m_type ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    QEvent::Type m_type;
 };
 
 void sendMouse(QWidget* widget, QEvent::Type type, const QPoint& global, Qt::MouseButton button)

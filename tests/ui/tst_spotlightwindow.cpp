@@ -3,6 +3,7 @@
 
 #include "AutoQuitBlocker.h"
 #include "ConfirmDot.h"
+#include "EventCounter.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
 #include "Localization.h"
@@ -66,27 +67,6 @@ private:
     QTimer m_timer;
     Action m_act;
     bool m_hasClosed = false;
-};
-
-class EventCounter : public QObject
-{
-public:
-    EventCounter(QWidget* watched, QEvent::Type type) : m_type(type)
-    {
-        watched->installEventFilter(this);
-    }
-
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        count += event->type() == m_type ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    QEvent::Type m_type;
 };
 
 void sendMouse(QWidget* target, QEvent::Type type, const QPoint& globalPos,
