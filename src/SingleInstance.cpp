@@ -14,6 +14,7 @@ namespace
 
 const QByteArray kWakeMessage = QByteArrayLiteral("SHOW");
 constexpr int kInstanceKeyLength = 16;
+constexpr qint64 kReadBufferSize = 4096; // in bytes
 
 bool connectTo(QLocalSocket& socket, const QString& ipcServerName)
 {
@@ -41,6 +42,8 @@ bool send(QLocalSocket& socket, const QByteArray& message)
 
 QByteArray readMessage(QLocalSocket& client)
 {
+    // Some systems would take in all that a client sends while the first bytes are waited for.
+    client.setReadBufferSize(kReadBufferSize);
     QByteArray data;
     while (data.size() < kWakeMessage.size()) {
         if (client.bytesAvailable() == 0 && !client.waitForReadyRead(SingleInstance::ReadTimeoutMs))
@@ -103,4 +106,18 @@ void SingleInstance::handleConnection(QLocalServer& server, const std::function<
     else if (!data.isEmpty())
         qWarning() << "IPC: menerima data tak dikenal:" << data;
     client->deleteLater();
+}
+
+void SingleInstance::serve(QLocalServer& server, QObject* context,
+                           const std::function<void()>& wake)
+{
+    QObject::connect(&server, &QLocalServer::newConnection, context,
+                     [&server, wake] { handleConnection(server, wake); });
+    // On Windows the server tells of a client that came while it was being set up at once, when
+    // nobody can listen to it yet.
+    const auto handleEarlyOnes = [&server, wake] {
+        while (server.hasPendingConnections())
+            handleConnection(server, wake);
+    };
+    QMetaObject::invokeMethod(context, handleEarlyOnes, Qt::QueuedConnection);
 }

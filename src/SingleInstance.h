@@ -9,6 +9,7 @@
 #include <functional>
 
 class QLocalServer;
+class QObject;
 class QLocalSocket;
 
 /// The rule of one process per install directory: how an install is named, how a second start wakes
@@ -44,4 +45,8 @@ public:
     /// Takes the next connection of `server` and calls `wake` if the client sent just the wake
     /// message. Blocks for at most `ReadTimeoutMs` per read.
     static void handleConnection(QLocalServer& server, const std::function<void()>& wake);
+
+    /// From now on handles each connection of a listening `server`, as long as `context` lives, and
+    /// those that are there already in the next turn of the event loop.
+    static void serve(QLocalServer& server, QObject* context, const std::function<void()>& wake);
 };

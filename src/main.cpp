@@ -68,9 +68,7 @@ void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer
                      &MainWindow::hideForOtherWindow);
     QObject::connect(&spotlight, &SpotlightWindow::appearanceChanged, &window,
                      &MainWindow::rebuildUIPreservingFocus);
-    QObject::connect(&server, &QLocalServer::newConnection, &window, [&server, &window] {
-        SingleInstance::handleConnection(server, [&window] { wake(window); });
-    });
+    SingleInstance::serve(server, &window, [&window] { wake(window); });
 }
 
 int runPrimary(const QString& ipcServerName)
