@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FolderFilter.h"
+
+#include "StorageManager.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QIODevice>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
+
+#include <algorithm>
+
+const QStringList& FolderFilter::folders()
+{
+    load();
+    return list();
+}
+
+bool FolderFilter::isActive()
+{
+    return !folders().isEmpty();
+}
+
+int FolderFilter::count()
+{
+    return static_cast<int>(folders().size());
+}
+
+void FolderFilter::setFolders(const QStringList& folders)
+{
+    load();
+    list() = folders;
+    save();
+}
+
+bool FolderFilter::accepts(const QString& path)
+{
+    const QStringList& chosen = folders();
+    return chosen.isEmpty() ||
+           std::any_of(chosen.begin(), chosen.end(),
+                       [&path](const QString& folder) { return isUnder(path, folder); });
+}
+
+bool FolderFilter::isUnder(const QString& path, const QString& folder)
+{
+    if (folder.isEmpty())
+        return false;
+    if (!folder.endsWith(QDir::separator())) {
+        // Looked at first, because it sorts out nearly every path without reading it.
+        const bool hasBoundary =
+            path.size() > folder.size() && path.at(folder.size()) == QDir::separator();
+        if (!hasBoundary)
+            return false;
+    }
+    return path.startsWith(folder, Qt::CaseInsensitive);
+}
+
+QString FolderFilter::filePath()
+{
+    return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("folderfilter.json"));
+}
+
+QStringList FolderFilter::fromBytes(const QByteArray& bytes)
+{
+    QStringList folders;
+    const QJsonArray values = QJsonDocument::fromJson(bytes).array();
+    for (const auto value : values) {
+        const QString folder = value.toString();
+        if (!folder.isEmpty())
+            folders.append(folder);
+    }
+    return folders;
+}
+
+QByteArray FolderFilter::toBytes(const QStringList& folders)
+{
+    return QJsonDocument(QJsonArray::fromStringList(folders)).toJson(QJsonDocument::Compact);
+}
+
+QStringList& FolderFilter::list()
+{
+    static QStringList paths;
+    return paths;
+}
+
+void FolderFilter::load()
+{
+    if (s_loaded)
+        return;
+    // Set first, so that a file that is missing or broken is tried only once.
+    s_loaded = true;
+    QFile file(filePath());
+    // A pipe would block and a device never end, so only a regular file counts as readable.
+    const bool isReadable = QFileInfo(file).isFile() && file.size() <= MaxFileBytes;
+    if (isReadable && file.open(QIODevice::ReadOnly))
+        list() = fromBytes(file.readAll());
+}
+
+void FolderFilter::save()
+{
+    // Nothing to do about a failure: the choice holds for this process.
+    replaceFile(filePath(), toBytes(list()));
+}
