@@ -11,6 +11,8 @@ target_compile_definitions(orlimo_options INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 if(MSVC)
+    # Its system headers define min() and max(), others leave these to the standard library.
+    target_compile_definitions(orlimo_options INTERFACE NOMINMAX)
     target_compile_options(orlimo_options INTERFACE /W4 /utf-8 /permissive-
         $<$<BOOL:${ORLIMO_WERROR}>:/WX>)
 else()

@@ -16,10 +16,11 @@ failures=0
 # Part of every Windows 10 and later. A name is added here after looking it up, never because
 # something happens to load it.
 system_libraries=(
-    advapi32 authz bcrypt comctl32 comdlg32 crypt32 d2d1 d3d9 d3d11 d3d12 dnsapi dwmapi dwrite dxgi
-    gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ntdll ole32 oleaut32 rpcrt4 secur32
-    setupapi shcore shell32 shlwapi user32 userenv uxtheme version winhttp winmm winspool.drv
-    ws2_32 wtsapi32
+    advapi32 api-ms-win-core-synch-l1-2-0 api-ms-win-core-winrt-l1-1-0
+    api-ms-win-core-winrt-string-l1-1-0 authz bcrypt comctl32 comdlg32 crypt32 d2d1 d3d9 d3d11
+    d3d12 dnsapi dwmapi dwrite dxgi gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ntdll
+    ole32 oleaut32 rpcrt4 secur32 setupapi shcore shell32 shlwapi user32 userenv uxtheme version
+    winhttp winmm winspool.drv ws2_32 wtsapi32
 )
 
 complain() {

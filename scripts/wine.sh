@@ -13,7 +13,8 @@
 wine_run_directory=
 
 # A new profile takes seconds and most of a gigabyte, so each run gets the registry and the users'
-# folders of one that was made before, and links to the system's files in it.
+# folders of one that was made before, the one of all users among them, and links to the system's
+# files in it.
 wine_template() {
     local version
     version=$(WINEDEBUG=-all wine --version)
@@ -24,9 +25,17 @@ wine_template() {
 # of Wine don't come, and nothing is put into the menus of whoever runs this.
 export_wine_environment() { # home
     export HOME=$1 LC_ALL=C.UTF-8 WINEARCH=win64
+    # Unlike the world's time, so that a mix-up of the two shows.
+    export TZ=Asia/Tokyo
     export WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES='winemenubuilder.exe,mscoree,mshtml='
     unset WINEPATH XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_RUNTIME_DIR
+    # Wine keeps variables of Qt from its programs, as if they were meant for the desktop around it,
+    # unless they come with this prefix, which it takes off.
+    local name
+    for name in "${!QT_@}"; do
+        export "WINE$name=${!name}"
+    done
 }
 
 # Wine links these to the folders of the one who runs it, where a test has no business.
@@ -56,7 +65,7 @@ copy_wine_template() { # template, prefix
     cp -a "$1"/*.reg "$1/.update-timestamp" "$1/dosdevices" "$2/"
     for entry in "$1"/drive_c/*; do
         case $entry in
-            */users) cp -a "$entry" "$2/drive_c/" ;;
+            */users | */ProgramData) cp -a "$entry" "$2/drive_c/" ;;
             *) ln -s "$entry" "$2/drive_c/" ;;
         esac
     done

@@ -36,10 +36,13 @@ QFont rowFont(int px)
     return font;
 }
 
-/// A name may hold any character, and these two would begin a new line even in single-line text.
-QString withoutSeparators(QString text)
+/// Draws a text of any length and content on one line; what doesn't fit ends in an ellipsis.
+void drawLine(QPainter* painter, const QRect& rect, Qt::Alignment alignment, QString text)
 {
-    return text.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ');
+    // These two would begin a new line even in single-line text.
+    text.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ');
+    const QString elided = painter->fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
+    painter->drawText(rect, int(alignment) | Qt::TextSingleLine, elided);
 }
 
 QString itemType(const QModelIndex& index)
@@ -148,8 +151,8 @@ void SpotlightResultDelegate::paintHeader(QPainter* painter, const QRect& rect, 
 {
     painter->setFont(rowFont(FontTokens::SizeSmPx));
     painter->setPen(QColor(Theme::colors().onSurfaceVariant));
-    painter->drawText(rect.adjusted(kHeaderIndent, 0, -kHeaderIndent, -kHeaderLift),
-                      Qt::AlignLeft | Qt::AlignBottom, text);
+    drawLine(painter, rect.adjusted(kHeaderIndent, 0, -kHeaderIndent, -kHeaderLift),
+             Qt::AlignLeft | Qt::AlignBottom, text);
 }
 
 void SpotlightResultDelegate::paintBlock(QPainter* painter, const QRect& block,
@@ -200,7 +203,5 @@ void SpotlightResultDelegate::paintTitle(QPainter* painter, const QRect& block, 
                      block.height());
     painter->setFont(rowFont(FontTokens::SizeMdPx));
     painter->setPen(color);
-    const QString elided =
-        painter->fontMetrics().elidedText(withoutSeparators(title), Qt::ElideRight, rect.width());
-    painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, elided);
+    drawLine(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, title);
 }

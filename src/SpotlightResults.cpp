@@ -20,6 +20,16 @@ namespace
 
 using Delegate = SpotlightResultDelegate;
 
+const QString kApplication = QStringLiteral("Application");
+const QString kFile = QStringLiteral("File");
+const QString kFolder = QStringLiteral("Folder");
+const QString kUrl = QStringLiteral("URL");
+
+QString typeOf(const LauncherElement& element)
+{
+    return element.shortcutType.isEmpty() ? kUrl : element.shortcutType;
+}
+
 /// The most used first; what is used equally keeps its order. Scores are taken once, since they
 /// decay while a sort runs and a sort needs a firm order.
 template <typename Entry, typename KeyOf>
@@ -37,12 +47,35 @@ void sortByUsage(QVector<Entry>& entries, KeyOf keyOf)
                    [](auto& pair) { return std::move(pair.second); });
 }
 
+/// Whether results of several kinds may stand in the list.
+bool isMixedView(const QStringList& scopeKeys)
+{
+    return scopeKeys.isEmpty() || scopeKeys.size() >= 2;
+}
+
+/// Calls `addRow` for each entry of a group, with whether it is the first and whether the last.
+template <typename Entry, typename AddRow>
+void addRows(const QVector<Entry>& entries, AddRow addRow)
+{
+    const qsizetype size = entries.size();
+    for (qsizetype i = 0; i < size; ++i)
+        addRow(entries.at(i), i == 0, i == size - 1);
+}
+
+/// What an engine is asked for: the title of its group, and the ghost of a query to come.
+QString engineTitle(const WebQuery::EngineMatch& em)
+{
+    if (em.query.isEmpty())
+        return Tr::t(QStringLiteral("web.engine_group_empty")).arg(em.engineName);
+    return Tr::t(QStringLiteral("web.engine_group")).arg(em.engineName, em.query);
+}
+
+/// The row of an item that isn't stored anywhere, as yet without an icon.
 std::unique_ptr<QListWidgetItem> makeSyntheticItem(const LauncherElement& element)
 {
     auto item = std::make_unique<QListWidgetItem>(element.name);
     item->setData(Delegate::RoleItemType, element.shortcutType);
     item->setData(Delegate::RoleReserved, 0);
-    item->setData(Delegate::RoleIconToken, element.iconPath);
     item->setData(Delegate::RoleSynthetic, true);
     item->setData(Delegate::RoleValue, element.value);
     return item;
@@ -71,11 +104,18 @@ struct SpotlightWindow::Group
 void SpotlightWindow::rebuildResults(const QString& text, const QStringList& scopeKeys)
 {
     m_resultsList->clear();
-    m_searchInput->setGhostText(QString());
+    const bool allScopes = scopeKeys.isEmpty();
+    const WebQuery::EngineMatch em = WebQuery::engineFor(text);
+    m_searchInput->setGhostText(em.matched && em.query.isEmpty() ? engineTitle(em) : QString());
     if (!text.isEmpty()) {
-        if (scopeKeys.isEmpty())
+        if (allScopes)
             addCalculatorGroup(text);
         addOwnItemGroups(text, scopeKeys);
+        if (allScopes || scopeKeys.contains(kApplication))
+            addApplicationGroup(text);
+        addFileGroups(text, scopeKeys);
+        if (allScopes)
+            addWebGroups(text, em);
         selectFirstResultRow();
         // The view stays scrolled where it was, and selecting shows a row without its header.
         m_resultsList->scrollToTop();
@@ -99,8 +139,7 @@ QVector<SpotlightWindow::Group> SpotlightWindow::ownItemGroups(const QString& te
     QVector<Group> groups;
     const QVector<SearchMatch> matches = SearchEngine::search(m_model->data(), text.trimmed());
     for (const SearchMatch& match : matches) {
-        const QString type =
-            match.el.shortcutType.isEmpty() ? QStringLiteral("URL") : match.el.shortcutType;
+        const QString type = typeOf(match.el);
         auto group = std::find_if(groups.begin(), groups.end(),
                                   [&type](const Group& g) { return g.type == type; });
         if (group == groups.end())
@@ -115,18 +154,89 @@ QVector<SpotlightWindow::Group> SpotlightWindow::ownItemGroups(const QString& te
 
 void SpotlightWindow::addOwnItemGroups(const QString& text, const QStringList& scopeKeys)
 {
-    const bool allScopes = scopeKeys.isEmpty();
-    const bool mixedView = allScopes || scopeKeys.size() >= 2;
     const QVector<Group> groups = ownItemGroups(text);
     for (const Group& group : groups) {
-        if (!allScopes && !scopeKeys.contains(group.type))
+        if (!scopeKeys.isEmpty() && !scopeKeys.contains(group.type))
             continue;
-        if (mixedView)
+        if (isMixedView(scopeKeys))
             addHeaderRow(Delegate::typeLabel(group.type));
-        const qsizetype size = group.matches.size();
-        for (qsizetype i = 0; i < size; ++i)
-            addShortcutRow(group.matches.at(i), i == 0, i == size - 1);
+        addRows(group.matches, [this](const SearchMatch& match, bool first, bool last) {
+            addShortcutRow(match, first, last);
+        });
     }
+}
+
+void SpotlightWindow::addApplicationGroup(const QString& text)
+{
+    // Cut off before usage ranks them: it never brings in one that the search itself didn't.
+    QVector<AppIndex::Entry> entries = AppIndex::search(text.trimmed(), APP_LIMIT);
+    if (entries.isEmpty())
+        return;
+    sortByUsage(entries, [](const AppIndex::Entry& entry) { return entry.key; });
+    addHeaderRow(Tr::t(QStringLiteral("spotlight.group_apps")));
+    addRows(entries, [this](const AppIndex::Entry& entry, bool first, bool last) {
+        addAppRow(entry, first, last);
+    });
+}
+
+void SpotlightWindow::addFileGroups(const QString& text, const QStringList& scopeKeys)
+{
+    const bool allScopes = scopeKeys.isEmpty();
+    const bool showFiles = allScopes || scopeKeys.contains(kFile);
+    const bool showFolders = scopeKeys.contains(kFolder); // only where they are asked for
+    if (!showFiles && !showFolders)
+        return;
+    const QString filesTitle = Tr::t(QStringLiteral("spotlight.group_files"));
+    const QString foldersTitle = Tr::t(QStringLiteral("spotlight.group_folders"));
+    if (!FileIndex::isReady()) {
+        if (allScopes)
+            return; // a search through everything has enough to show without
+        addHeaderRow(showFiles ? filesTitle : foldersTitle);
+        addHintRow(Tr::t(QStringLiteral("spotlight.files_preparing")), QString(), kFile);
+        return;
+    }
+    const QString query = text.trimmed();
+    const int limit = isMixedView(scopeKeys) ? VISIBLE_ROWS : FILE_LIMIT;
+    if (showFiles)
+        addFileGroup(filesTitle, FileIndex::search(query, limit, FileIndex::Files));
+    if (showFolders)
+        addFileGroup(foldersTitle, FileIndex::search(query, limit, FileIndex::Folders));
+}
+
+void SpotlightWindow::addFileGroup(const QString& title, const QVector<FileIndex::Entry>& hits)
+{
+    if (hits.isEmpty())
+        return;
+    addHeaderRow(title);
+    addRows(hits, [this](const FileIndex::Entry& entry, bool first, bool last) {
+        addFileRow(entry, first, last);
+    });
+}
+
+void SpotlightWindow::addWebGroups(const QString& text, const WebQuery::EngineMatch& em)
+{
+    QVector<WebQuery::Suggestion> engineRows;
+    QVector<WebQuery::Suggestion> webRows;
+    const QVector<WebQuery::Suggestion> suggestions = WebQuery::suggestionsFor(text);
+    for (const WebQuery::Suggestion& suggestion : suggestions)
+        (suggestion.fromEngine ? engineRows : webRows).append(suggestion);
+    if (em.matched) {
+        addHeaderRow(engineTitle(em));
+        addWebRows(engineRows);
+        if (engineRows.isEmpty())
+            addHintRow(Tr::t(QStringLiteral("web.engine_hint")), em.iconToken, kUrl);
+    }
+    if (!webRows.isEmpty()) {
+        addHeaderRow(Tr::t(QStringLiteral("spotlight.group_web")));
+        addWebRows(webRows);
+    }
+}
+
+void SpotlightWindow::addWebRows(const QVector<WebQuery::Suggestion>& suggestions)
+{
+    addRows(suggestions, [this](const WebQuery::Suggestion& suggestion, bool first, bool last) {
+        addWebRow(suggestion, first, last);
+    });
 }
 
 void SpotlightWindow::addHeaderRow(const QString& text)
@@ -140,8 +250,7 @@ void SpotlightWindow::addHeaderRow(const QString& text)
 void SpotlightWindow::addShortcutRow(const SearchMatch& match, bool first, bool last)
 {
     auto item = std::make_unique<QListWidgetItem>(match.el.name);
-    const QString& type = match.el.shortcutType;
-    item->setData(Delegate::RoleItemType, type.isEmpty() ? QStringLiteral("URL") : type);
+    item->setData(Delegate::RoleItemType, typeOf(match.el));
     item->setData(Delegate::RoleReserved, 0);
     item->setData(Delegate::RoleIconToken, match.el.iconPath);
     item->setData(Delegate::RoleOriginalIndex, match.originalIndex);
@@ -152,9 +261,48 @@ void SpotlightWindow::addShortcutRow(const SearchMatch& match, bool first, bool 
     m_resultsList->addItem(item.release());
 }
 
+void SpotlightWindow::addAppRow(const AppIndex::Entry& entry, bool first, bool last)
+{
+    auto item = makeSyntheticItem(AppIndex::asElement(entry));
+    item->setIcon(AppIndex::iconFor(entry));
+    item->setData(RoleUsageKey, entry.key);
+    markGroupEdges(item.get(), first, last);
+    m_resultsList->addItem(item.release());
+}
+
+void SpotlightWindow::addFileRow(const FileIndex::Entry& entry, bool first, bool last)
+{
+    auto item = makeSyntheticItem(FileIndex::asElement(entry));
+    item->setIcon(FileIndex::iconFor(entry));
+    item->setData(RoleUsageKey, entry.path);
+    markGroupEdges(item.get(), first, last);
+    m_resultsList->addItem(item.release());
+}
+
+void SpotlightWindow::addWebRow(const WebQuery::Suggestion& suggestion, bool first, bool last)
+{
+    auto item = makeSyntheticItem(WebQuery::asElement(suggestion));
+    item->setData(Delegate::RoleIconToken, suggestion.iconToken);
+    markGroupEdges(item.get(), first, last);
+    m_resultsList->addItem(item.release());
+}
+
 void SpotlightWindow::addCalcRow(const Calculator::Result& result)
 {
-    auto item = makeSyntheticItem(Calculator::asElement(result));
+    const LauncherElement element = Calculator::asElement(result);
+    auto item = makeSyntheticItem(element);
+    item->setData(Delegate::RoleIconToken, element.iconPath);
+    markGroupEdges(item.get(), true, true);
+    m_resultsList->addItem(item.release());
+}
+
+void SpotlightWindow::addHintRow(const QString& text, const QString& iconToken, const QString& type)
+{
+    auto item = std::make_unique<QListWidgetItem>(text);
+    item->setData(Delegate::RoleItemType, type);
+    item->setData(Delegate::RoleIconToken, iconToken);
+    item->setData(Delegate::RoleIsHint, true);
+    item->setFlags(Qt::NoItemFlags);
     markGroupEdges(item.get(), true, true);
     m_resultsList->addItem(item.release());
 }

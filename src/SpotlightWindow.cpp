@@ -4,10 +4,12 @@
 #include "SpotlightWindow.h"
 
 #include "ActionsMenu.h"
+#include "AppIndex.h"
 #include "AutoQuitBlocker.h"
 #include "CardShape.h"
 #include "ConfirmDot.h"
 #include "CustomWidgets.h"
+#include "FileIndex.h"
 #include "FlowLayout.h"
 #include "FramelessWindow.h"
 #include "GlobalHotkeyController.h"
@@ -97,6 +99,7 @@ SpotlightWindow::SpotlightWindow(LauncherModel* model, QWidget* parent)
     connect(m_resultsList, &QListWidget::itemDoubleClicked, this, &SpotlightWindow::launchItem);
     setUpHotkey();
     applyThemeColors();
+    startIndexing();
 }
 
 void SpotlightWindow::buildShell()
@@ -221,6 +224,20 @@ void SpotlightWindow::setUpHotkey()
     m_hotkeyController->applyHotkey(slot.combo);
     connect(m_hotkeyController, &GlobalHotkeyController::hotkeyTriggered, this,
             &SpotlightWindow::toggleVisibility);
+}
+
+void SpotlightWindow::startIndexing()
+{
+    // It takes long, so the event loop runs and the windows stand before it begins.
+    QTimer::singleShot(0, this, [] {
+        AppIndex::build();
+        FileIndex::build();
+    });
+    // The index outlives the window.
+    FileIndex::setOnReady([window = QPointer(this)] {
+        if (window && window->isVisible())
+            window->rebuildResults(window->m_searchInput->text(), window->m_scopeKeys);
+    });
 }
 
 // Geometry

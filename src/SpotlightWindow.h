@@ -3,9 +3,12 @@
 
 #pragma once
 
+#include "AppIndex.h"
 #include "Calculator.h"
+#include "FileIndex.h"
 #include "SearchEngine.h"
 #include "SpotlightResultDelegate.h"
+#include "WebQuery.h"
 
 #include <QPoint>
 #include <QPointer>
@@ -48,6 +51,8 @@ public:
     static constexpr int RESULTS_PAD_TOP = 4;
     static constexpr int RESULTS_PAD_BOTTOM = 4;
     static constexpr int VISIBLE_ROWS = 5;
+    static constexpr int APP_LIMIT = 12;  ///< applications of one search, before usage ranks them
+    static constexpr int FILE_LIMIT = 12; ///< files, or folders, where nothing else is searched for
     static constexpr int ShowGuardMs = 1500; ///< how long a show ignores the loss of focus
     /// Item role: under what key a launch of the row is remembered.
     static constexpr int RoleUsageKey = SpotlightResultDelegate::RoleNextFree;
@@ -135,6 +140,7 @@ private:
     void buildResultsPanel();
     void clipRowsToPanel();
     void setUpHotkey();
+    void startIndexing();
     void resetForShow();
     void placeOnScreen();
     void takeForeground();
@@ -152,9 +158,18 @@ private:
     void addCalculatorGroup(const QString& text);
     void addOwnItemGroups(const QString& text, const QStringList& scopeKeys);
     QVector<Group> ownItemGroups(const QString& text) const;
+    void addApplicationGroup(const QString& text);
+    void addFileGroups(const QString& text, const QStringList& scopeKeys);
+    void addFileGroup(const QString& title, const QVector<FileIndex::Entry>& hits);
+    void addWebGroups(const QString& text, const WebQuery::EngineMatch& em);
+    void addWebRows(const QVector<WebQuery::Suggestion>& suggestions);
     void addHeaderRow(const QString& text);
     void addShortcutRow(const SearchMatch& match, bool first, bool last);
+    void addAppRow(const AppIndex::Entry& entry, bool first, bool last);
+    void addFileRow(const FileIndex::Entry& entry, bool first, bool last);
+    void addWebRow(const WebQuery::Suggestion& suggestion, bool first, bool last);
     void addCalcRow(const Calculator::Result& result);
+    void addHintRow(const QString& text, const QString& iconToken, const QString& type);
     static void markGroupEdges(QListWidgetItem* item, bool first, bool last);
     bool isResultRow(int row) const;
     void selectFirstResultRow();

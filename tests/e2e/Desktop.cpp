@@ -33,11 +33,13 @@ void stop(QProcess& process)
 
 Desktop::Desktop(int features)
 {
-    for (const char* dir : {"bin", "home", "data", "config", "cache", "run"})
+    for (const char* dir : {"bin", "home", "data", "share", "config", "cache", "run"})
         QDir(m_dir.path()).mkpath(QLatin1String(dir));
     QFile::setPermissions(path(QStringLiteral("run")),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    writeScripts();
+    writeScript(
+        QStringLiteral("xdg-open"),
+        QStringLiteral("printf '%s\\n' \"$*\" >> '%1'\n").arg(path(QStringLiteral("opened"))));
     startScreen();
     m_client = std::make_unique<XClient>(m_display);
     m_client->paintRoot(QColor(0x80, 0x90, 0xa0));
@@ -71,14 +73,28 @@ void Desktop::dieWithParent(QProcess& process)
     process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
 }
 
-void Desktop::writeScripts() const
+void Desktop::writeScript(const QString& name, const QString& text) const
 {
-    QFile script(path(QStringLiteral("bin/xdg-open")));
-    const QString text = QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$*\" >> '%1'\n")
-                             .arg(path(QStringLiteral("opened")));
-    if (!script.open(QIODevice::WriteOnly) || script.write(text.toUtf8()) < 0)
-        qFatal("cannot write the opener script");
+    QFile script(path(QStringLiteral("bin/") + name));
+    if (!script.open(QIODevice::WriteOnly) || script.write("#!/bin/sh\n" + text.toUtf8()) < 0)
+        qFatal("cannot write the script %s", qPrintable(name));
     script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void Desktop::addRecorder(const QString& name) const
+{
+    const QString noted = path(name + QStringLiteral(".out"));
+    QFile::remove(noted);
+    // Moved into place when it is whole, since somebody waits for it to appear.
+    writeScript(name, QStringLiteral("for a in \"$@\"; do printf '[%s]\\n' \"$a\"; done > "
+                                     "'%1.part'\nmv '%1.part' '%1'\n")
+                          .arg(noted));
+}
+
+QString Desktop::recorded(const QString& name) const
+{
+    QFile file(path(name + QStringLiteral(".out")));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void Desktop::startScreen()
@@ -116,7 +132,10 @@ void Desktop::startBus()
 void Desktop::start(QProcess& process, const QString& program, const QStringList& arguments)
 {
     dieWithParent(process);
-    process.setProcessEnvironment(environment());
+    QProcessEnvironment env = environment();
+    // The window manager takes its theme from the machine.
+    env.remove(QStringLiteral("XDG_DATA_DIRS"));
+    process.setProcessEnvironment(env);
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, arguments);
@@ -130,6 +149,7 @@ QProcessEnvironment Desktop::environment() const
     env.insert(QStringLiteral("DISPLAY"), m_display);
     env.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
     env.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
+    env.insert(QStringLiteral("XDG_DATA_DIRS"), path(QStringLiteral("share")));
     env.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
     env.insert(QStringLiteral("XDG_CACHE_HOME"), path(QStringLiteral("cache")));
     env.insert(QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("run")));
@@ -139,8 +159,10 @@ QProcessEnvironment Desktop::environment() const
     // An address that answers nobody, so that nothing of the machine's own session is reached.
     env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
                m_busAddress.isEmpty() ? QStringLiteral("disabled:") : m_busAddress);
-    for (const char* inherited : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE",
-                                  "XDG_CURRENT_DESKTOP", "QT_LOGGING_TO_CONSOLE"})
+    env.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    for (const char* inherited :
+         {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP",
+          "QT_LOGGING_TO_CONSOLE", "LC_ALL", "LC_MESSAGES", "LANGUAGE", "TERMINAL"})
         env.remove(QLatin1String(inherited));
     return env;
 }
@@ -166,6 +188,22 @@ QString Desktop::clipboard() const
         process.waitForFinished();
     }
     return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+void Desktop::setClipboard(const QString& text) const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(QStringLiteral("xclip"), {QStringLiteral("-in"), QStringLiteral("-selection"),
+                                            QStringLiteral("clipboard")});
+    process.write(text.toUtf8());
+    process.closeWriteChannel();
+    // It leaves a child behind, which takes the clipboard when it gets round to it and serves it
+    // until another does the same.
+    if (!process.waitForFinished(kStartMs) || process.exitCode() != 0 ||
+        !QTest::qWaitFor([this, &text] { return clipboard() == text; }, kStartMs))
+        qFatal("cannot fill the clipboard");
 }
 
 QStringList Desktop::opened() const

@@ -35,8 +35,9 @@ public:
     XClient& client() { return *m_client; }
     QString path(const QString& name) const { return m_dir.filePath(name); }
 
-    /// What programs on this desktop get as their environment. The fake "xdg-open", first in the
-    /// search path, notes its arguments in the file "opened".
+    /// What programs on this desktop get as their environment: nothing that the machine's own users
+    /// have or have set. The folders for data are "data", the user's own, and "share". The fake
+    /// "xdg-open", first in the search path, notes its arguments in the file "opened".
     QProcessEnvironment environment() const;
     QString busAddress() const { return m_busAddress; }
 
@@ -45,6 +46,13 @@ public:
 
     /// Text of the X clipboard; empty if it holds none.
     QString clipboard() const;
+    /// Has taken effect on return. `text` must not be empty.
+    void setClipboard(const QString& text) const;
+
+    /// Puts a program on the search path that notes its arguments, each in brackets on a line of
+    /// its own. What one of that name has noted before is forgotten.
+    void addRecorder(const QString& name) const;
+    QString recorded(const QString& name) const;
 
     /// What the fake "xdg-open" was asked to open, one entry a call.
     QStringList opened() const;
@@ -59,7 +67,7 @@ private:
     void startScreen();
     void startBus();
     void start(QProcess& process, const QString& program, const QStringList& arguments);
-    void writeScripts() const;
+    void writeScript(const QString& name, const QString& text) const;
 
     QTemporaryDir m_dir;
     QString m_display;

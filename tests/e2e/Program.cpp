@@ -8,6 +8,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
 #include <QTest>
 
 namespace
@@ -17,11 +19,13 @@ constexpr int kPatienceMs = 15000; // a sanitized binary on a busy machine
 
 } // namespace
 
-Program::Program(Desktop& desktop) : m_desktop(desktop)
+Program::Program(Desktop& desktop) : m_desktop(desktop), m_environment(desktop.environment())
 {
-    // Each case has a profile of its own.
-    QDir(dataDir()).removeRecursively();
-    QDir().mkpath(dataDir());
+    // Each case has a profile and a home of its own.
+    for (const QString& dir : {dataDir(), homeDir()}) {
+        QDir(dir).removeRecursively();
+        QDir().mkpath(dir);
+    }
     QFile::remove(desktop.path(QStringLiteral("opened")));
 }
 
@@ -71,10 +75,33 @@ QVariant Program::setting(const QString& key) const
     return settings.value(key);
 }
 
+QJsonObject Program::usage() const
+{
+    return QJsonDocument::fromJson(readData(QStringLiteral("usage.json"))).object();
+}
+
+QString Program::homeDir() const
+{
+    return m_desktop.path(QStringLiteral("home"));
+}
+
+void Program::writeHomeFile(const QString& fileName) const
+{
+    QFile file(QDir(homeDir()).filePath(fileName));
+    QDir().mkpath(QFileInfo(file).path());
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+}
+
+void Program::setVariable(const QString& name, const QString& value)
+{
+    m_environment.insert(name, value);
+}
+
 void Program::startWithoutWaiting(const QString& binaryPath)
 {
     Desktop::dieWithParent(m_process);
-    m_process.setProcessEnvironment(m_desktop.environment());
+    m_process.setProcessEnvironment(m_environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.start(binaryPath.isEmpty() ? binary() : binaryPath, QStringList());
     if (!m_process.waitForStarted(kPatienceMs))
@@ -148,14 +175,29 @@ void Program::type(const QString& text) const
         {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("0"), text});
 }
 
+void Program::paste(const QString& text) const
+{
+    m_desktop.setClipboard(text);
+    key(QStringLiteral("ctrl+v"));
+}
+
 void Program::key(const QString& combination) const
 {
     m_desktop.xdotool(
         {QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("0"), combination});
 }
 
+void Program::waitForKeysToBeRead() const
+{
+    // It answers for the others too, even while it is hidden: all are on one connection.
+    m_desktop.client().ping(homeWindow().id);
+    if (!QTest::qWaitFor([this] { return m_desktop.client().hasAnswered(); }, kPatienceMs))
+        qFatal("the program doesn't read its keys");
+}
+
 QImage Program::settledScreenshot() const
 {
+    waitForKeysToBeRead();
     QImage last = m_desktop.client().screenshot();
     int equalPictures = 0;
     const bool isSettled = QTest::qWaitFor(
@@ -169,4 +211,10 @@ QImage Program::settledScreenshot() const
     if (!isSettled)
         qFatal("the screen doesn't come to rest");
     return last;
+}
+
+void Program::keep(const QImage& picture, const QString& name)
+{
+    if (!picture.save(QStringLiteral(ORLIMO_ARTIFACTS "/") + name + QStringLiteral(".png")))
+        qFatal("cannot keep the picture %s", qPrintable(name));
 }

@@ -13,6 +13,12 @@
 class Program
 {
 public:
+    /// Where the visible card of Spotlight begins: a quarter down the screen, inside the margin
+    /// that the shadow has.
+    static constexpr QPoint SpotlightCard{(Desktop::ScreenWidth - 584) / 2 + 32,
+                                          Desktop::ScreenHeight / 4 + 32};
+
+    /// Its profile and its home are empty.
     explicit Program(Desktop& desktop);
     ~Program();
 
@@ -23,6 +29,16 @@ public:
     QByteArray readData(const QString& fileName) const;
     void setSetting(const QString& key, const QVariant& value) const;
     QVariant setting(const QString& key) const;
+    /// What is remembered of launches, by usage key.
+    QJsonObject usage() const;
+
+    /// The user's home, which the program searches for files.
+    QString homeDir() const;
+    /// Creates a file in the home, and the folders that lead to it.
+    void writeHomeFile(const QString& fileName) const;
+
+    /// Changes the environment of the program; call before the start.
+    void setVariable(const QString& name, const QString& value);
 
     /// Starts the binary and waits for its first window. Call after the profile is written.
     void start();
@@ -44,14 +60,22 @@ public:
 
     /// Types as fast as the server takes it.
     void type(const QString& text) const;
+    /// Puts a text into the field by way of the clipboard: one that no keyboard has the keys for.
+    void paste(const QString& text) const;
     void key(const QString& combination) const;
 
-    /// Waits until the picture of the screen stops changing, and returns it.
+    /// Waits until the program has read all keys and the picture of the screen stops changing, and
+    /// returns that.
     QImage settledScreenshot() const;
+
+    /// Keeps a picture to be looked at after the run.
+    static void keep(const QImage& picture, const QString& name);
 
 private:
     XClient::Window windowOfWidth(int width) const;
+    void waitForKeysToBeRead() const;
 
     Desktop& m_desktop;
+    QProcessEnvironment m_environment;
     QProcess m_process;
 };

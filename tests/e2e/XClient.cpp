@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
@@ -31,6 +32,9 @@ XClient::XClient(const QString& display)
     if (xcb_connection_has_error(m_connection))
         qFatal("cannot connect to display %s", qPrintable(display));
     m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    // Answers to pings are sent to those who watch the root window.
+    const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(m_connection, m_screen->root, XCB_CW_EVENT_MASK, &mask);
 }
 
 XClient::~XClient()
@@ -139,15 +143,51 @@ void XClient::activate(xcb_window_t window)
     xcb_flush(m_connection);
 }
 
+void XClient::readEvents()
+{
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)})
+        readEvent(*event);
+}
+
+void XClient::readEvent(const xcb_generic_event_t& event)
+{
+    const int type = event.response_type & ~0x80; // the rest tells whether another client sent it
+    if (type == XCB_KEY_PRESS)
+        ++m_keyPressCount;
+    if (type != XCB_CLIENT_MESSAGE)
+        return;
+    const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+    if (message.window == m_screen->root && message.type == atom("WM_PROTOCOLS") &&
+        message.data.data32[0] == atom("_NET_WM_PING"))
+        m_answeredNumber = message.data.data32[1];
+}
+
 int XClient::takeKeyPressCount()
 {
     focus(); // a round trip: whatever was on its way is here afterwards
-    int count = 0;
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
-        if ((event->response_type & ~0x80) == XCB_KEY_PRESS)
-            ++count;
-    }
-    return count;
+    readEvents();
+    return std::exchange(m_keyPressCount, 0);
+}
+
+void XClient::ping(xcb_window_t window)
+{
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("WM_PROTOCOLS");
+    event.data.data32[0] = atom("_NET_WM_PING");
+    event.data.data32[1] = ++m_pingNumber; // comes back as it is
+    event.data.data32[2] = window;
+    xcb_send_event(m_connection, 0, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(m_connection);
+}
+
+bool XClient::hasAnswered()
+{
+    readEvents();
+    return m_answeredNumber == m_pingNumber;
 }
 
 QVector<xcb_keycode_t> XClient::keycodesOf(xcb_keysym_t keysym) const

@@ -46,6 +46,12 @@ public:
     /// Key presses that reached windows of this client since the last call.
     int takeKeyPressCount();
 
+    /// Asks the owner of a window for a sign of life, which it gives when it has read all that the
+    /// server told it before: every key that was pressed, for one.
+    void ping(xcb_window_t window);
+    /// True from the answer to the last ping on.
+    bool hasAnswered();
+
     /// Grabs a key, given as keysym, on the root window with the modifier bits. False if refused.
     bool grabKey(xcb_keysym_t keysym, quint16 modifiers);
     void ungrabKey(xcb_keysym_t keysym, quint16 modifiers);
@@ -74,9 +80,14 @@ private:
     bool grabKeycode(xcb_keycode_t code, quint16 modifiers);
     xcb_atom_t atom(const char* name) const;
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
+    void readEvents();
+    void readEvent(const xcb_generic_event_t& event);
     qint64 pidOf(xcb_window_t window) const;
     QVector<xcb_keycode_t> keycodesOf(xcb_keysym_t keysym) const;
 
     xcb_connection_t* m_connection;
     const xcb_screen_t* m_screen;
+    int m_keyPressCount = 0;
+    uint32_t m_pingNumber = 0;
+    uint32_t m_answeredNumber = 0;
 };

@@ -105,8 +105,7 @@ void E2eFilter::pressAt(const QPoint& position) const
 void E2eFilter::menuNeedsItsConfirmation()
 {
     openMenuAndToggle(0);
-    m_program->settledScreenshot().save(QStringLiteral(ORLIMO_ARTIFACTS) +
-                                        QStringLiteral("/filter-menu.png"));
+    Program::keep(m_program->settledScreenshot(), QStringLiteral("filter-menu"));
     const QRect dotPlace = dot()->geometry;
     const QRect menuPlace = menu()->geometry;
     QCOMPARE(dotPlace.left(), menuPlace.left() + menuPlace.width() + 8);
@@ -125,8 +124,7 @@ void E2eFilter::confirmedScopeNarrowsThisSearchOnly()
     QTRY_COMPARE(height(), kChipHeight);
     m_program->type(QStringLiteral("team"));
     QTRY_COMPARE(height(), kChipHeight + 328);
-    m_program->settledScreenshot().save(QStringLiteral(ORLIMO_ARTIFACTS) +
-                                        QStringLiteral("/filter-applied.png"));
+    Program::keep(m_program->settledScreenshot(), QStringLiteral("filter-applied"));
     m_program->key(QStringLiteral("Escape"));
     m_program->waitUntilSpotlightIsGone();
     m_program->openSpotlight();
@@ -195,6 +193,16 @@ void E2eFilter::arrowsPassHeaders()
         m_program->key(QStringLiteral("Down"));
     m_program->key(QStringLiteral("Return"));
     QTRY_COMPARE(m_desktop->clipboard(), QStringLiteral("team@example.org"));
+    m_program->waitUntilSpotlightIsGone();
+
+    m_program->openSpotlight();
+    m_program->type(QStringLiteral("team"));
+    // Behind all of the user's own is the search on the web, and there the list ends.
+    for (int i = 0; i < 8; ++i)
+        m_program->key(QStringLiteral("Down"));
+    m_program->key(QStringLiteral("Return"));
+    QTRY_COMPARE(m_desktop->opened().value(1),
+                 QStringLiteral("https://www.google.com/search?q=team"));
 }
 
 void E2eFilter::doubleClickLaunchesAndSingleClickSelects()

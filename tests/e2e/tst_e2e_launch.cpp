@@ -3,9 +3,9 @@
 
 #include "Profile.h"
 #include "Program.h"
+#include "Theme.h"
 
 #include <QFile>
-#include <QJsonDocument>
 #include <QtTest>
 
 /// From hotkey to launch, with the real binary and real keys.
@@ -30,10 +30,6 @@ private slots:
     void failingApplicationKeepsEverything();
 
 private:
-    void writeRecorder(const QString& name) const;
-    QByteArray recorded(const QString& name) const;
-    QJsonObject usage(const Program& program) const;
-
     std::unique_ptr<Desktop> m_desktop;
 };
 
@@ -42,31 +38,9 @@ void E2eLaunch::initTestCase()
     m_desktop = std::make_unique<Desktop>();
 }
 
-void E2eLaunch::writeRecorder(const QString& name) const
-{
-    QFile script(m_desktop->path(QStringLiteral("bin/") + name));
-    const QString text = QStringLiteral("#!/bin/sh\nfor a in \"$@\"; do printf '[%s]\\n' \"$a\"; "
-                                        "done > '%1.part'\nmv '%1.part' '%1'\n")
-                             .arg(m_desktop->path(name + QStringLiteral(".out")));
-    QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write(text.toUtf8());
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-QByteArray E2eLaunch::recorded(const QString& name) const
-{
-    QFile file(m_desktop->path(name + QStringLiteral(".out")));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QJsonObject E2eLaunch::usage(const Program& program) const
-{
-    return QJsonDocument::fromJson(program.readData(QStringLiteral("usage.json"))).object();
-}
-
 void E2eLaunch::applicationGetsItsExactArguments()
 {
-    writeRecorder(QStringLiteral("recorder"));
+    m_desktop->addRecorder(QStringLiteral("recorder"));
     Program program(*m_desktop);
     program.writeData(
         QStringLiteral("data.json"),
@@ -77,10 +51,10 @@ void E2eLaunch::applicationGetsItsExactArguments()
     program.openSpotlight();
     program.type(QStringLiteral("reco"));
     program.key(QStringLiteral("Return"));
-    QTRY_COMPARE(QString::fromUtf8(recorded(QStringLiteral("recorder"))),
+    QTRY_COMPARE(m_desktop->recorded(QStringLiteral("recorder")),
                  QStringLiteral("[plain]\n[two words]\n[say \"hi\"]\n[čeština]\n[日本]\n"));
     program.waitUntilSpotlightIsGone();
-    QVERIFY(usage(program).contains(QStringLiteral("id-Recorder")));
+    QVERIFY(program.usage().contains(QStringLiteral("id-Recorder")));
 }
 
 void E2eLaunch::snippetLandsOnTheClipboard()
@@ -96,7 +70,7 @@ void E2eLaunch::snippetLandsOnTheClipboard()
     program.key(QStringLiteral("Return"));
     program.waitUntilSpotlightIsGone();
     QTRY_COMPARE(m_desktop->clipboard(), text);
-    const QJsonObject record = usage(program).value(QStringLiteral("id-Greeting")).toObject();
+    const QJsonObject record = program.usage().value(QStringLiteral("id-Greeting")).toObject();
     QCOMPARE(record.value(QStringLiteral("c")).toInt(), 1);
 }
 
@@ -134,7 +108,7 @@ void E2eLaunch::fileAndUrlReachTheirHandler()
 
 void E2eLaunch::bulkFollowsTheLineRules()
 {
-    writeRecorder(QStringLiteral("bulky.exe"));
+    m_desktop->addRecorder(QStringLiteral("bulky.exe"));
     QFile present(m_desktop->path(QStringLiteral("present.txt")));
     QVERIFY(present.open(QIODevice::WriteOnly));
     present.close();
@@ -149,7 +123,7 @@ void E2eLaunch::bulkFollowsTheLineRules()
     program.openSpotlight();
     program.type(QStringLiteral("morning"));
     program.key(QStringLiteral("Return"));
-    QTRY_COMPARE(QString::fromUtf8(recorded(QStringLiteral("bulky.exe"))),
+    QTRY_COMPARE(m_desktop->recorded(QStringLiteral("bulky.exe")),
                  QStringLiteral("[one]\n[t w o]\n"));
     // Each opening is a process of its own, so they may note themselves in any order.
     QStringList expected{
@@ -184,11 +158,11 @@ void E2eLaunch::legacyDocumentIsLaunched()
 
 void E2eLaunch::shellItemGoesToTheDesktopsLauncher()
 {
-    writeRecorder(QStringLiteral("gio"));
+    m_desktop->addRecorder(QStringLiteral("gio"));
     QDir().mkpath(m_desktop->path(QStringLiteral("data/applications")));
     QFile entry(m_desktop->path(QStringLiteral("data/applications/sample.desktop")));
     QVERIFY(entry.open(QIODevice::WriteOnly));
-    entry.write("[Desktop Entry]\nType=Application\nName=Sample\nExec=sample\n");
+    entry.write("[Desktop Entry]\nType=Application\nName=Sample\nExec=sh\n");
     entry.close();
     Program program(*m_desktop);
     program.writeData(
@@ -199,7 +173,7 @@ void E2eLaunch::shellItemGoesToTheDesktopsLauncher()
     program.openSpotlight();
     program.type(QStringLiteral("sample"));
     program.key(QStringLiteral("Return"));
-    QTRY_COMPARE(QString::fromUtf8(recorded(QStringLiteral("gio"))),
+    QTRY_COMPARE(m_desktop->recorded(QStringLiteral("gio")),
                  QStringLiteral("[launch]\n[%1]\n").arg(entry.fileName()));
     program.waitUntilSpotlightIsGone();
 }
@@ -260,7 +234,7 @@ void E2eLaunch::launchIsRememberedAndRanksFirst()
     program.key(QStringLiteral("Return"));
     program.waitUntilSpotlightIsGone();
     QTRY_COMPARE(m_desktop->clipboard(), QStringLiteral("first")); // now the lower one
-    const QJsonObject records = usage(program);
+    const QJsonObject records = program.usage();
     QCOMPARE(records.size(), 2);
 }
 
@@ -279,16 +253,24 @@ void E2eLaunch::calculatorAnswerLandsOnTheClipboard()
 
 void E2eLaunch::divisionByZeroShowsTheHeaderAlone()
 {
+    Theme::forceTheme = 1; // for the colours that are expected
     Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), 1);
     program.startAndSettle();
     program.openSpotlight();
     const int closedHeight = program.spotlight().geometry.height();
     program.type(QStringLiteral("7/0"));
     QTRY_COMPARE(program.spotlight().geometry.height(), closedHeight + 328);
-    program.key(QStringLiteral("Return")); // no row, so nothing happens
     const QImage picture = program.settledScreenshot();
-    QVERIFY(program.isSpotlightUp());
-    picture.save(QStringLiteral(ORLIMO_ARTIFACTS) + QStringLiteral("/spotlight-division.png"));
+    Program::keep(picture, QStringLiteral("spotlight-division"));
+    // Between the calculator's header and the only row there is nothing but another header.
+    const QPoint row = Program::SpotlightCard + QPoint(6 + 4, 80 + 4 + 2 * 30 + 4);
+    QCOMPARE(picture.pixelColor(row + QPoint(200, -2)), QColor(Theme::panelBg()));
+    QCOMPARE(picture.pixelColor(row + QPoint(200, 2)), QColor(Theme::boxActiveBg()));
+    program.key(QStringLiteral("Return"));
+    QTRY_COMPARE(m_desktop->opened(),
+                 QStringList{QStringLiteral("https://www.google.com/search?q=7%2F0")});
+    program.waitUntilSpotlightIsGone();
 }
 
 void E2eLaunch::failingApplicationKeepsEverything()
@@ -305,8 +287,7 @@ void E2eLaunch::failingApplicationKeepsEverything()
     // The message box is a third window of the program, and has the keyboard.
     QTRY_VERIFY(program.spotlight().isViewable && !program.isSpotlightUp() &&
                 m_desktop->client().focus() != XCB_WINDOW_NONE);
-    program.settledScreenshot().save(QStringLiteral(ORLIMO_ARTIFACTS) +
-                                     QStringLiteral("/message-box-error.png"));
+    Program::keep(program.settledScreenshot(), QStringLiteral("message-box-error"));
     program.key(QStringLiteral("Return"));
     QTRY_VERIFY(program.isSpotlightUp());
     QCOMPARE(program.readData(QStringLiteral("usage.json")), QByteArray());

@@ -36,7 +36,6 @@ private:
     void checkPill(const QImage& picture, const Pill& pill) const;
     void checkSelectedRow(const QImage& picture) const;
     void checkMenu(const QImage& picture) const;
-    static void keep(const QImage& picture, const QString& name);
 
     std::unique_ptr<Desktop> m_desktop;
 };
@@ -44,8 +43,7 @@ private:
 namespace
 {
 
-// The visible card of Spotlight: a quarter down the screen, inside the shadow's margin.
-constexpr QPoint kCard{(Desktop::ScreenWidth - 584) / 2 + 32, Desktop::ScreenHeight / 4 + 32};
+constexpr QPoint kCard = Program::SpotlightCard;
 constexpr int kCardWidth = 520;
 constexpr int kStripHeight = 80;
 
@@ -85,12 +83,6 @@ void E2eLooks::initTestCase()
     m_desktop = std::make_unique<Desktop>();
 }
 
-void E2eLooks::keep(const QImage& picture, const QString& name)
-{
-    QVERIFY(picture.save(QStringLiteral(ORLIMO_ARTIFACTS) + QLatin1Char('/') + name +
-                         QStringLiteral(".png")));
-}
-
 void E2eLooks::spotlight_data()
 {
     QTest::addColumn<int>("theme");
@@ -115,7 +107,7 @@ void E2eLooks::spotlight()
 
     program.openSpotlight();
     const QImage empty = program.settledScreenshot();
-    keep(empty, name + QStringLiteral("-empty"));
+    Program::keep(empty, name + QStringLiteral("-empty"));
     checkStrip(empty);
     const ColorTokens c = Theme::colors();
     checkPill(empty, {kCard + QPoint(18 + 8, 18 + 8), QColor(Theme::catTrackBg()),
@@ -123,7 +115,7 @@ void E2eLooks::spotlight()
 
     program.type(QStringLiteral("team"));
     const QImage rows = program.settledScreenshot();
-    keep(rows, name + QStringLiteral("-rows"));
+    Program::keep(rows, name + QStringLiteral("-rows"));
     checkSelectedRow(rows);
 
     program.key(QStringLiteral("Escape"));
@@ -135,7 +127,7 @@ void E2eLooks::spotlight()
     program.openSpotlight();
     program.type(QStringLiteral("team"));
     const QImage chips = program.settledScreenshot();
-    keep(chips, name + QStringLiteral("-chips"));
+    Program::keep(chips, name + QStringLiteral("-chips"));
     // The first chip stands below the box, 18 pixels away.
     checkPill(chips, {kCard + QPoint(18 + 8, 18 + 44 + 18), QColor(c.primaryContainer),
                       QColor(Theme::shellBg()), QColor(c.onPrimaryContainer)});
@@ -143,7 +135,7 @@ void E2eLooks::spotlight()
     program.key(QStringLiteral("F4"));
     program.key(QStringLiteral("Down"));
     const QImage menu = program.settledScreenshot();
-    keep(menu, name + QStringLiteral("-menu"));
+    Program::keep(menu, name + QStringLiteral("-menu"));
     checkMenu(menu);
 }
 
@@ -213,7 +205,7 @@ void E2eLooks::messageBox()
         return window.isValid();
     }());
     const QImage picture = program.settledScreenshot();
-    keep(picture, QStringLiteral("message-box-") + QLatin1String(QTest::currentDataTag()));
+    Program::keep(picture, QStringLiteral("message-box-") + QLatin1String(QTest::currentDataTag()));
     const QRect card = window.adjusted(10, 10, -10, -10);
     QVERIFY2(card.width() >= 350, qPrintable(QString::number(card.width())));
     const QColor surface(Theme::colors().surface);
@@ -301,7 +293,7 @@ void E2eLooks::homeWindow()
     program.setSetting(QStringLiteral("Theme/ForceTheme"), theme);
     program.start();
     const QImage picture = program.settledScreenshot();
-    keep(picture, QStringLiteral("home-") + QLatin1String(QTest::currentDataTag()));
+    Program::keep(picture, QStringLiteral("home-") + QLatin1String(QTest::currentDataTag()));
     const QRect window = program.homeWindow().geometry;
     QCOMPARE(window.size(), QSize(617, 616));
     QCOMPARE(window.topLeft(), QPoint((1280 - 617) / 2, (800 - 616) / 2 + 800 / 20));
@@ -326,7 +318,7 @@ void E2eLooks::withoutCompositorTheCardIsCutOut()
     program.openSpotlight();
     program.type(QStringLiteral("team"));
     const QImage picture = program.settledScreenshot();
-    keep(picture, QStringLiteral("spotlight-no-compositor"));
+    Program::keep(picture, QStringLiteral("spotlight-no-compositor"));
     const QColor background(0x80, 0x90, 0xa0);
     const QColor shell(Theme::shellBg());
     QCOMPARE(pixel(picture, kCard + QPoint(13, 13)), shell);

@@ -223,7 +223,7 @@ void CustomMessageBoxTest::textsAreNotMarkup()
 void CustomMessageBoxTest::longWordsDoNotWidenTheBox()
 {
     // Letters of two code units, out of step with the places where the word is broken.
-    const QString word = "W" + QString::fromUtf8("𝐖").repeated(200);
+    const QString word = "W" + QString::fromUtf8("𝐖").repeated(600);
     Box box(nullptr, "t", word, Box::Ok, Box::Ok, Box::Info);
     box.show();
     QVERIFY(QTest::qWaitForWindowExposed(&box));

@@ -221,7 +221,8 @@ void MainWindowTest::initMain()
     if (!s_screens->open() || s_screens->write(kScreens) != kScreens.size())
         qFatal("cannot write the screens");
     s_screens->close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(s_screens->fileName()));
+    const QString name = QFileInfo(*s_screens).fileName();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(name));
 }
 
 void MainWindowTest::initTestCase()

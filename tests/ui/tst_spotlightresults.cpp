@@ -1,16 +1,23 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "Browser.h"
+#include "FakeApplications.h"
+#include "FakeFileSystem.h"
+#include "FileIndex.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "SpotlightFixture.h"
 #include "UiDriver.h"
 #include "UsageStats.h"
 
+#include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QUrl>
 
 #include <memory>
 
@@ -33,10 +40,83 @@ LauncherElement snippet(const QString& name, const QString& value = QString())
     return makeItem(name, QStringLiteral("Snippet"), value);
 }
 
-void use(const LauncherElement& element, int times)
+void use(const QString& key, int times)
 {
     for (int i = 0; i < times; ++i)
-        UsageStats::record(element.id);
+        UsageStats::record(key);
+}
+
+void use(const LauncherElement& element, int times)
+{
+    use(element.id, times);
+}
+
+FakeApplications::Application application(const QString& name, bool isShellItem)
+{
+    FakeApplications::Application app;
+    app.name = name;
+    app.key = name.toLower();
+    app.launchPath = QStringLiteral("/apps/") + QString(app.key).replace(u' ', u'-');
+    app.isShellItem = isShellItem;
+    return app;
+}
+
+/// "Name A", "Name B" and so on.
+QStringList lettered(const QString& name, int count)
+{
+    QStringList names;
+    for (int i = 0; i < count; ++i)
+        names.append(name + u' ' + QChar(u'A' + i));
+    return names;
+}
+
+/// The desktop of all tests, since a process asks for it once: two families of thirteen, and
+/// single ones. None has a name that the text of a test about something else is part of.
+QVector<FakeApplications::Application> installedApplications()
+{
+    QVector<FakeApplications::Application> apps{
+        application("The Quill", false), application("Zebra", true),
+        application("Zebu", false),      application("Fly Queen", true),
+        application("8*8 Lab", false),   application("Wobble %1 Wheel", true)};
+    for (const QString& name : lettered("Quill", 13) + lettered("Plum", 13))
+        apps.append(application(name, true));
+    return apps;
+}
+
+/// The home of all tests: a folder for each letter, and files beside and in them. Their names, too,
+/// are no part of what other tests search for.
+QStringList homeContent()
+{
+    QStringList content;
+    for (const QString& name : lettered("chart", 13))
+        content << name + '/' << name + ".xls" << name + "/level" + name.right(1);
+    return content << "Orchard.txt"
+                   << "8*8.txt";
+}
+
+/// The full path of what `homeContent` names so.
+QString fullPath(const QString& path)
+{
+    return FileIndex::rootPath() + QDir::separator() +
+           QDir::toNativeSeparators(path.endsWith('/') ? path.chopped(1) : path);
+}
+
+QStringList withSuffix(QStringList names, const QString& suffix)
+{
+    for (QString& name : names)
+        name += suffix;
+    return names;
+}
+
+/// The record of a row: what is set of all that a row can have set.
+QMap<int, QVariant> recordOf(const QListWidgetItem* item)
+{
+    QMap<int, QVariant> record;
+    for (int role = Delegate::RoleOriginalIndex; role <= SpotlightWindow::RoleUsageKey; ++role) {
+        if (item->data(role).isValid())
+            record.insert(role, item->data(role));
+    }
+    return record;
 }
 
 /// All four events of it; the view asks for the press before.
@@ -62,8 +142,11 @@ public:
     static void initMain() { TestHome::install(); }
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
+
+    void filesWhileTheScanRuns(); // the first, because the process has but one first scan
 
     void headersOnlyInMixedView_data();
     void headersOnlyInMixedView();
@@ -98,6 +181,43 @@ private slots:
     void calculatorNeedsADigit();
     void calculatorLaunchCopiesTheValue();
 
+    void applicationsFollowTheScopes_data();
+    void applicationsFollowTheScopes();
+    void applicationRecords();
+    void applicationsEndAtTwelve();
+    void usageRanksTheFirstTwelveOnly();
+    void applicationIconsAreAskedForOnce();
+    void applicationIconIsPainted();
+    void shellItemLaunch();
+    void fileApplicationLaunch();
+    void applicationThatCannotBeStarted();
+
+    void filesFollowTheScopes_data();
+    void filesFollowTheScopes();
+    void ownFilesComeFirst();
+    void fileRecords();
+    void filesRankByUsage();
+    void fileLaunch_data();
+    void fileLaunch();
+    void changedFilesRebuildTheRows();
+    void changedFilesLeaveAHiddenWindow();
+    void indexOutlivesTheWindow();
+
+    void allGroupsInTheirOrder_data();
+    void allGroupsInTheirOrder();
+    void webNeedsAllScopes_data();
+    void webNeedsAllScopes();
+    void webRecords();
+    void webLaunchLeavesNoTrace_data();
+    void webLaunchLeavesNoTrace();
+    void engineGroups_data();
+    void engineGroups();
+    void engineHintIsPassive();
+    void titlesKeepPlaceMarkers();
+    void ghost_data();
+    void ghost();
+    void languageOfWebGroups();
+
     void launchRunsRecordsAndHides();
     void launchTakesTheItemAsItIsNow();
     void launchFindsAMovedItem();
@@ -119,9 +239,22 @@ private:
     void show();
     void type(const QString& text, const QStringList& scopes = kOwnOnly);
     QStringList rowsUpToOwn() const;
+    QListWidgetItem* rowNamed(const QString& title) const;
 
     std::unique_ptr<SpotlightFixture> f;
 };
+
+void SpotlightResultsTest::initTestCase()
+{
+    QApplication::setCursorFlashTime(0); // a ghost is compared with a picture of the field
+    QPixmap red(16, 16);
+    red.fill(Qt::red);
+    FakeApplications::setIcon(application("Zebra", true).launchPath, QIcon(red));
+    FakeApplications::setApplications(installedApplications());
+    FakeFileSystem::setIcon(".xls", QIcon(red));
+    FakeFileSystem::add(homeContent());
+    FakeFileSystem::hold();
+}
 
 void SpotlightResultsTest::init()
 {
@@ -129,6 +262,10 @@ void SpotlightResultsTest::init()
     Tr::currentLang = Lang::En;
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
     f = std::make_unique<SpotlightFixture>();
+    if (qstrcmp(QTest::currentTestFunction(), "filesWhileTheScanRuns") == 0)
+        return;
+    FakeFileSystem::release();
+    QTRY_VERIFY(FileIndex::isReady());
 }
 
 void SpotlightResultsTest::cleanup()
@@ -159,6 +296,47 @@ QStringList SpotlightResultsTest::rowsUpToOwn() const
            !f->list()->item(int(rows.size()) - 1)->data(Delegate::RoleElementId).isValid())
         rows.removeLast();
     return rows;
+}
+
+QListWidgetItem* SpotlightResultsTest::rowNamed(const QString& title) const
+{
+    const QList<QListWidgetItem*> items = f->list()->findItems(title, Qt::MatchExactly);
+    if (items.size() != 1)
+        qFatal("not one row \"%s\"", qPrintable(title));
+    return items.constFirst();
+}
+
+void SpotlightResultsTest::filesWhileTheScanRuns()
+{
+    const QStringList hint{"Preparing file index..."};
+    show();
+    for (const QString& text : {QStringLiteral("chart"), QStringLiteral("   ")}) {
+        type(text, {"File"});
+        QCOMPARE(f->rows(), QStringList{"# Files on this PC"} + hint);
+        type(text, {"Folder"});
+        QCOMPARE(f->rows(), QStringList{"# Folders on this PC"} + hint);
+        type(text, {"Folder", "File"});
+        QCOMPARE(f->rows(), QStringList{"# Files on this PC"} + hint);
+        QCOMPARE(f->selected(), QString());
+    }
+    const QMap<int, QVariant> record{{Delegate::RoleItemType, "File"},
+                                     {Delegate::RoleIconToken, ""},
+                                     {Delegate::RoleIsHint, true},
+                                     {Delegate::RoleGroupFirst, true},
+                                     {Delegate::RoleGroupLast, true}};
+    QCOMPARE(recordOf(f->list()->item(1)), record);
+    QCOMPARE(f->list()->item(1)->flags(), Qt::ItemFlags(Qt::NoItemFlags));
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    QVERIFY(!f->fade());
+
+    // A search through everything has nothing to say about files yet, and says so by silence.
+    type("chart", {});
+    QCOMPARE(f->rows(), QStringList({"# Web Search", QStringLiteral("chart — Google Search")}));
+    QVERIFY(!FileIndex::isReady());
+    FakeFileSystem::release();
+    QTRY_VERIFY(FileIndex::isReady());
+    QCOMPARE(f->rows().constFirst(), QStringLiteral("# Files on this PC")); // by itself
+    QCOMPARE(f->selected(), QStringLiteral("chart A.xls"));
 }
 
 void SpotlightResultsTest::headersOnlyInMixedView_data()
@@ -308,9 +486,10 @@ void SpotlightResultsTest::blanksAreAQueryWithoutHits()
     QTest::keyClick(f->field(), Qt::Key_Return);
     QCOMPARE(f->field()->text(), QStringLiteral("   "));
     QVERIFY(f->window.isVisible());
-    type("   ", {});
-    QVERIFY(!f->rows().contains(QStringLiteral("# Calculator")));
-    QVERIFY(!f->rows().contains(QStringLiteral("# Snippet")));
+    for (const QStringList& scopes : {QStringList(), QStringList{"Application"}}) {
+        type("   ", scopes);
+        QCOMPARE(f->rows(), QStringList());
+    }
 }
 
 void SpotlightResultsTest::textIsTrimmedForItems()
@@ -524,14 +703,11 @@ void SpotlightResultsTest::calculatorHeaderStandsAlone()
     QFETCH(QString, text);
     show();
     f->field()->setText(text);
-    QCOMPARE(f->rows().value(0), QStringLiteral("# Calculator"));
-    for (int row = 0; row < f->list()->count(); ++row) {
-        const QString token = f->list()->item(row)->data(Delegate::RoleIconToken).toString();
-        QVERIFY(token != QStringLiteral("glyph:ea5f"));
-    }
+    QCOMPARE(f->rows(), QStringList({"# Calculator", "# Web Search",
+                                     text + QStringLiteral(" — Google Search")}));
     QVERIFY(f->panel()->isVisible());
     QCOMPARE(f->panel()->height(), 328);
-    QVERIFY(f->list()->currentRow() != 0);
+    QCOMPARE(f->list()->currentRow(), 2);
     // With an item behind it, that is selected.
     f->setItems({snippet(text + QStringLiteral(" or so"))});
     f->window.rebuildResults(text, {});
@@ -546,6 +722,7 @@ void SpotlightResultsTest::calculatorNeedsAllScopes()
         type("2+3", scopes);
         QVERIFY(!f->rows().contains(QStringLiteral("# Calculator")));
         QVERIFY(!f->rows().contains(QStringLiteral("2+3 = 5")));
+        QCOMPARE(f->rows().constLast(), QStringLiteral("2+3 days"));
         QCOMPARE(f->selected(), QStringLiteral("2+3 days"));
     }
 }
@@ -554,7 +731,8 @@ void SpotlightResultsTest::calculatorNeedsADigit()
 {
     for (const char* text : {"-2+3", "(2+3)", "pi", "+1", ".5+1"}) {
         type(QString::fromLatin1(text), {});
-        QVERIFY(!f->rows().contains(QStringLiteral("# Calculator")));
+        QCOMPARE(f->rows(),
+                 QStringList({"# Web Search", text + QStringLiteral(" — Google Search")}));
     }
 }
 
@@ -567,6 +745,549 @@ void SpotlightResultsTest::calculatorLaunchCopiesTheValue()
     QCOMPARE(f->field()->text(), QString());
     QTRY_VERIFY(f->window.isHidden());
     QVERIFY(!QFile::exists(UsageStats::filePath())); // leaves no trace
+}
+
+void SpotlightResultsTest::applicationsFollowTheScopes_data()
+{
+    QTest::addColumn<QStringList>("scopes");
+    QTest::addColumn<QStringList>("expected");
+    const QStringList installed{"# Installed Apps", "Zebra", "Zebu"};
+    const QStringList web{"# Web Search", QStringLiteral("zeb — Google Search")};
+    QTest::newRow("all") << QStringList()
+                         << (QStringList{"# Snippet", "zeb note", "# Application", "my zeb"} +
+                             installed + web);
+    QTest::newRow("Application") << QStringList{"Application"}
+                                 << (QStringList{"my zeb"} + installed);
+    QTest::newRow("Application and Snippet")
+        << QStringList{"Application", "Snippet"}
+        << (QStringList{"# Snippet", "zeb note", "# Application", "my zeb"} + installed);
+    QTest::newRow("Application and one without hits")
+        << QStringList{"Bulk", "Application"}
+        << (QStringList{"# Application", "my zeb"} + installed);
+    QTest::newRow("Snippet") << QStringList{"Snippet"} << QStringList{"zeb note"};
+    QTest::newRow("Snippet and URL")
+        << QStringList{"Snippet", "URL"} << QStringList{"# Snippet", "zeb note"};
+    QTest::newRow("other letter case") << QStringList{"application"} << QStringList();
+    QTest::newRow("type of their items") << QStringList{"ShellItem"} << QStringList();
+}
+
+void SpotlightResultsTest::applicationsFollowTheScopes()
+{
+    QFETCH(QStringList, scopes);
+    f->setItems({snippet("zeb note"), makeItem("my zeb", "Application")});
+    type("zeb", scopes);
+    QTEST(f->rows(), "expected");
+}
+
+void SpotlightResultsTest::applicationRecords()
+{
+    type("ZEB ", {"Application"});
+    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Zebra", "Zebu"}));
+    const QMap<int, QVariant> zebra{
+        {Delegate::RoleItemType, "ShellItem"},   {Delegate::RoleReserved, 0},
+        {Delegate::RoleSynthetic, true},         {Delegate::RoleValue, "/apps/zebra"},
+        {Delegate::RoleGroupFirst, true},        {Delegate::RoleGroupLast, false},
+        {SpotlightWindow::RoleUsageKey, "zebra"}};
+    QCOMPARE(recordOf(rowNamed("Zebra")), zebra);
+    const QMap<int, QVariant> zebu{
+        {Delegate::RoleItemType, "File"},       {Delegate::RoleReserved, 0},
+        {Delegate::RoleSynthetic, true},        {Delegate::RoleValue, "/apps/zebu"},
+        {Delegate::RoleGroupFirst, false},      {Delegate::RoleGroupLast, true},
+        {SpotlightWindow::RoleUsageKey, "zebu"}};
+    QCOMPARE(recordOf(rowNamed("Zebu")), zebu);
+    QVERIFY(!rowNamed("Zebra")->icon().isNull());
+    QVERIFY(rowNamed("Zebu")->icon().isNull());
+    QCOMPARE(f->selected(), QStringLiteral("Zebra"));
+}
+
+void SpotlightResultsTest::applicationsEndAtTwelve()
+{
+    type("quill", {"Application"});
+    QCOMPARE(f->rows(), QStringList{"# Installed Apps"} + lettered("Quill", 12));
+    type("quill m", {"Application"});
+    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Quill M"}));
+    type("ill", {"Application"}); // nothing begins so: the order of the desktop
+    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "The Quill"}) + lettered("Quill", 11));
+}
+
+void SpotlightResultsTest::usageRanksTheFirstTwelveOnly()
+{
+    use("plum c", 2);
+    use("plum l", 4);
+    use("plum m", 9);
+    type("plum", {"Application"});
+    QStringList expected{"# Installed Apps", "Plum L", "Plum C"};
+    for (const QString& name : lettered("Plum", 11)) {
+        if (name != QLatin1String("Plum C"))
+            expected.append(name);
+    }
+    QCOMPARE(f->rows(), expected);
+    QCOMPARE(f->selected(), QStringLiteral("Plum L"));
+}
+
+void SpotlightResultsTest::applicationIconsAreAskedForOnce()
+{
+    for (const char* text : {"z", "ze", "zeb", "zebr", "zebra", "zeb", "zebu"})
+        type(QString::fromLatin1(text), {});
+    for (const char* path : {"/apps/zebra", "/apps/zebu"}) // there is one, there is none
+        QCOMPARE(FakeApplications::iconRequests().count(QString::fromLatin1(path)), 1);
+}
+
+void SpotlightResultsTest::applicationIconIsPainted()
+{
+    type("zeb", {"Application"});
+    const QListWidgetItem* item = rowNamed("Zebra");
+    const QImage image = f->list()->viewport()->grab().toImage();
+    const QRect icon = Pixels::boxOfColor(image, Qt::red);
+    QCOMPARE(icon.size(), QSize(16, 16)); // no larger than it is
+    QVERIFY(f->list()->visualItemRect(item).contains(icon));
+}
+
+void SpotlightResultsTest::shellItemLaunch()
+{
+    type("zeb", {});
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    QCOMPARE(FakeApplications::launches(), QStringList{"/apps/zebra"});
+    QVERIFY(UsageStats::scoreFor("zebra") > 0.9);
+    QCOMPARE(f->field()->text(), QString());
+    QCOMPARE(f->rows(), QStringList());
+    QTRY_VERIFY(f->window.isHidden());
+}
+
+void SpotlightResultsTest::fileApplicationLaunch()
+{
+    const Browser browser;
+    use("zebra", 1); // whatever other tests have used
+    type("zeb", {"Application"});
+    QTest::keyClick(f->field(), Qt::Key_Down);
+    QCOMPARE(f->selected(), QStringLiteral("Zebu"));
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    QCOMPARE(browser.opened, QStringList{"file:///apps/zebu"});
+    QVERIFY(UsageStats::scoreFor("zebu") > 0.9);
+    QTRY_VERIFY(f->window.isHidden());
+    use("zebu", 50);
+    type("zeb", {"Application"});
+    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Zebu", "Zebra"}));
+}
+
+void SpotlightResultsTest::applicationThatCannotBeStarted()
+{
+    FakeApplications::setRefusing(true);
+    type("fly", {});
+    const QStringList rows = f->rows();
+    const ModalDriver driver([](QWidget* box) { pressKey(*box, Qt::Key_Return); });
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    FakeApplications::setRefusing(false);
+    QCOMPARE(driver.count(), 1);
+    QCOMPARE(FakeApplications::launches().constLast(), QStringLiteral("/apps/fly-queen"));
+    QCOMPARE(UsageStats::scoreFor("fly queen"), 0.0);
+    QCOMPARE(f->field()->text(), QStringLiteral("fly"));
+    QCOMPARE(f->rows(), rows);
+    QCOMPARE(f->selected(), QStringLiteral("Fly Queen"));
+    QVERIFY(f->window.isVisible());
+    QVERIFY(!f->fade());
+}
+
+void SpotlightResultsTest::filesFollowTheScopes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("scopes");
+    QTest::addColumn<QStringList>("expected");
+    const auto files = [](int count) {
+        return QStringList{"# Files on this PC"} + withSuffix(lettered("chart", count), ".xls");
+    };
+    const auto folders = [](int count) {
+        return QStringList{"# Folders on this PC"} + lettered("chart", count);
+    };
+    const QStringList web{"# Web Search", QStringLiteral("chart — Google Search")};
+    QTest::newRow("all") << "chart" << QStringList() << files(5) + web; // and no folders
+    QTest::newRow("File") << "chart" << QStringList{"File"} << files(12);
+    QTest::newRow("Folder") << "chart" << QStringList{"Folder"} << folders(12);
+    QTest::newRow("File and Folder")
+        << "chart" << QStringList{"File", "Folder"} << files(5) + folders(5);
+    QTest::newRow("the same in another order")
+        << "chart" << QStringList{"Folder", "File"} << files(5) + folders(5);
+    QTest::newRow("File and Snippet") << "chart" << QStringList{"File", "Snippet"} << files(5);
+    QTest::newRow("Folder and Application")
+        << "chart" << QStringList{"Folder", "Application"} << folders(5);
+    QTest::newRow("Snippet") << "chart" << QStringList{"Snippet"} << QStringList();
+    QTest::newRow("Application") << "chart" << QStringList{"Application"} << QStringList();
+    QTest::newRow("other letter case") << "chart" << QStringList{"file", "FOLDER"} << QStringList();
+    QTest::newRow("blanks around it") << "  CHART " << QStringList{"File"} << files(12);
+    QTest::newRow("files alone") << "orchard" << QStringList{"File", "Folder"}
+                                 << QStringList{"# Files on this PC", "Orchard.txt"};
+    QTest::newRow("no file") << "chart." << QStringList{"File"} << QStringList();
+    QTest::newRow("blanks") << "   " << QStringList{"File", "Folder"} << QStringList();
+    QTest::newRow("names, not paths")
+        << "levelb" << QStringList{"File"} << QStringList{"# Files on this PC", "levelB"};
+}
+
+void SpotlightResultsTest::filesFollowTheScopes()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, scopes);
+    type(text, scopes);
+    QTEST(f->rows(), "expected");
+}
+
+void SpotlightResultsTest::ownFilesComeFirst()
+{
+    f->setItems({makeItem("my orchard", "File")});
+    type("orchard", {"File"});
+    QCOMPARE(f->rows(), QStringList({"my orchard", "# Files on this PC", "Orchard.txt"}));
+    type("orchard", {"File", "Bulk"});
+    QCOMPARE(f->rows(), QStringList({"# File", "my orchard", "# Files on this PC", "Orchard.txt"}));
+}
+
+void SpotlightResultsTest::fileRecords()
+{
+    type("chart", {"File", "Folder"});
+    const auto record = [](const QString& path, bool first, bool last) {
+        return QMap<int, QVariant>{{Delegate::RoleItemType, "File"},
+                                   {Delegate::RoleReserved, 0},
+                                   {Delegate::RoleSynthetic, true},
+                                   {Delegate::RoleValue, fullPath(path)},
+                                   {Delegate::RoleGroupFirst, first},
+                                   {Delegate::RoleGroupLast, last},
+                                   {SpotlightWindow::RoleUsageKey, fullPath(path)}};
+    };
+    QCOMPARE(recordOf(rowNamed("chart A.xls")), record("chart A.xls", true, false));
+    QCOMPARE(recordOf(rowNamed("chart C.xls")), record("chart C.xls", false, false));
+    QCOMPARE(recordOf(rowNamed("chart E.xls")), record("chart E.xls", false, true));
+    QCOMPARE(recordOf(rowNamed("chart A")), record("chart A/", true, false));
+    QCOMPARE(recordOf(rowNamed("chart E")), record("chart E/", false, true));
+    QVERIFY(!rowNamed("chart A.xls")->icon().isNull());
+    QVERIFY(rowNamed("chart A")->icon().isNull());
+    type("leveld", {"File"});
+    QCOMPARE(recordOf(rowNamed("levelD")), record("chart D/levelD", true, true));
+}
+
+void SpotlightResultsTest::filesRankByUsage()
+{
+    use(fullPath("chart M.xls"), 3); // beyond the twelfth, but the index sees it
+    use(fullPath("chart C.xls"), 1);
+    type("chart", {});
+    QCOMPARE(f->rows().mid(0, 4),
+             QStringList({"# Files on this PC", "chart M.xls", "chart C.xls", "chart A.xls"}));
+}
+
+void SpotlightResultsTest::fileLaunch_data()
+{
+    QTest::addColumn<QString>("scope");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("file") << "File"
+                          << "chart K.x"
+                          << "chart K.xls";
+    QTest::newRow("folder") << "Folder"
+                            << "chart K"
+                            << "chart K/";
+}
+
+void SpotlightResultsTest::fileLaunch()
+{
+    QFETCH(QString, scope);
+    QFETCH(QString, text);
+    QFETCH(QString, path);
+    const Browser browser;
+    type(text, {scope});
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    const QString wanted = fullPath(path);
+    QCOMPARE(browser.opened,
+             QStringList{QString::fromUtf8(QUrl::fromLocalFile(wanted).toEncoded())});
+    QVERIFY(UsageStats::scoreFor(wanted) > 0.9);
+    QCOMPARE(f->field()->text(), QString());
+    QTRY_VERIFY(f->window.isHidden());
+}
+
+void SpotlightResultsTest::changedFilesRebuildTheRows()
+{
+    type("pear", {"File"});
+    QCOMPARE(f->rows(), QStringList());
+    QVERIFY(f->panel()->isHidden());
+    FakeFileSystem::add({"pear A.xls", "pear B.xls"});
+    FakeFileSystem::reportOverflow();
+    QTRY_COMPARE(f->rows(), QStringList({"# Files on this PC", "pear A.xls", "pear B.xls"}));
+    QVERIFY(f->panel()->isVisible());
+    QTest::keyClick(f->field(), Qt::Key_Down);
+    QCOMPARE(f->selected(), QStringLiteral("pear B.xls"));
+    FakeFileSystem::add("pear C.xls");
+    FakeFileSystem::reportOverflow();
+    QTRY_COMPARE(f->rows().size(), 4);
+    QCOMPARE(f->selected(), QStringLiteral("pear A.xls")); // a selection isn't kept
+}
+
+void SpotlightResultsTest::changedFilesLeaveAHiddenWindow()
+{
+    type("pear", {"File"});
+    const QStringList rows = f->rows();
+    f->window.hide();
+    const qsizetype before = FileIndex::entries().size();
+    FakeFileSystem::add("pear D.xls");
+    FakeFileSystem::reportOverflow();
+    QTRY_VERIFY(FileIndex::entries().size() != before);
+    QCOMPARE(f->rows(), rows);
+}
+
+void SpotlightResultsTest::indexOutlivesTheWindow()
+{
+    type("pear", {"File"});
+    f.reset();
+    const qsizetype before = FileIndex::entries().size();
+    FakeFileSystem::add("pear E.xls");
+    FakeFileSystem::reportOverflow();
+    QTRY_VERIFY(FileIndex::entries().size() != before);
+    f = std::make_unique<SpotlightFixture>(); // and serves the next one
+    type("pear e", {"File"});
+    QCOMPARE(f->rows(), QStringList({"# Files on this PC", "pear E.xls"}));
+}
+
+void SpotlightResultsTest::allGroupsInTheirOrder_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("calculator") << "8*8"
+                                << QStringList{
+                                       "# Calculator",       "8*8 = 64",
+                                       "# Snippet",          "8*8 days",
+                                       "# Installed Apps",   "8*8 Lab",
+                                       "# Files on this PC", "8*8.txt",
+                                       "# Web Search",       QStringLiteral("8*8 — Google Search")};
+    QTest::newRow("engine") << "y q"
+                            << QStringList{"# Snippet",
+                                           "my quest",
+                                           "# Installed Apps",
+                                           "Fly Queen",
+                                           "# Search on YouTube: q",
+                                           QStringLiteral("q — YouTube"),
+                                           "# Web Search",
+                                           QStringLiteral("y q — Google Search")};
+}
+
+void SpotlightResultsTest::allGroupsInTheirOrder()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, expected);
+    f->setItems({snippet("my quest"), snippet("8*8 days")});
+    use("fly queen", 20); // usage moves nothing across groups
+    use("8*8 lab", 20);
+    type(text, {});
+    QCOMPARE(f->rows(), expected);
+    QCOMPARE(f->list()->currentRow(), 1);
+}
+
+void SpotlightResultsTest::webNeedsAllScopes_data()
+{
+    QTest::addColumn<QStringList>("scopes");
+    QTest::newRow("URL") << QStringList{"URL"};
+    QTest::newRow("Application") << QStringList{"Application"};
+    QTest::newRow("Snippet and URL") << QStringList{"Snippet", "URL"};
+    QTest::newRow("unknown") << QStringList{"Web"};
+    QTest::newRow("empty key") << QStringList{""};
+}
+
+void SpotlightResultsTest::webNeedsAllScopes()
+{
+    QFETCH(QStringList, scopes);
+    for (const char* text : {"y cats", "y ", "example.com ", "cats", "1+1"}) {
+        type(QString::fromLatin1(text), scopes);
+        QVERIFY(f->rows().filter("Search").isEmpty());
+        QVERIFY(f->rows().filter("Open").isEmpty());
+    }
+    QCOMPARE(f->rows(), QStringList()); // and nothing has "1+1" in its name
+    QVERIFY(f->panel()->isHidden());
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    QVERIFY(f->window.isVisible());
+    QVERIFY(!f->fade());
+}
+
+void SpotlightResultsTest::webRecords()
+{
+    const QMap<int, QVariant> common{{Delegate::RoleItemType, "URL"},
+                                     {Delegate::RoleReserved, 0},
+                                     {Delegate::RoleSynthetic, true},
+                                     {Delegate::RoleGroupFirst, true},
+                                     {Delegate::RoleGroupLast, true}};
+    const auto with = [&common](const QString& token, const QString& url) {
+        QMap<int, QVariant> record = common;
+        record.insert(Delegate::RoleIconToken, token);
+        record.insert(Delegate::RoleValue, url);
+        return record;
+    };
+    type("y cats", {});
+    QCOMPARE(recordOf(rowNamed(QStringLiteral("cats — YouTube"))),
+             with("glyph:e684", "https://www.youtube.com/results?search_query=cats"));
+    QCOMPARE(recordOf(rowNamed(QStringLiteral("y cats — Google Search"))),
+             with("glyph:ef7a", "https://www.google.com/search?q=y%20cats"));
+    type("example.com ", {});
+    QCOMPARE(recordOf(rowNamed("Open example.com")), with("", "example.com"));
+    QVERIFY(rowNamed("Open example.com")->flags().testFlag(Qt::ItemIsSelectable));
+    QVERIFY(!rowNamed("Open example.com")->data(Qt::DecorationRole).isValid());
+}
+
+void SpotlightResultsTest::webLaunchLeavesNoTrace_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("downs");
+    QTest::addColumn<QString>("opened");
+    QTest::newRow("search") << "two cats" << 0 << "https://www.google.com/search?q=two%20cats";
+    QTest::newRow("engine") << "y two cats" << 0
+                            << "https://www.youtube.com/results?search_query=two%20cats";
+    QTest::newRow("search behind the engine")
+        << "y two cats" << 1 << "https://www.google.com/search?q=y%20two%20cats";
+    QTest::newRow("search below a hint") << "y " << 1 << "https://www.google.com/search?q=y";
+    QTest::newRow("address") << "Example.com/a " << 0 << "http://example.com/a";
+    QTest::newRow("address with a port") << "localhost:8080/x " << 0 << "http://localhost:8080/x";
+    QTest::newRow("address with a scheme") << "https://x " << 0 << "https://x";
+    QTest::newRow("bytes") << "10.0.0.1 " << 0 << "http://10.0.0.1";
+    QTest::newRow("special characters")
+        << "a&b=%1#c" << 0 << "https://www.google.com/search?q=a%26b%3D%251%23c";
+}
+
+void SpotlightResultsTest::webLaunchLeavesNoTrace()
+{
+    QFETCH(QString, text);
+    QFETCH(int, downs);
+    QFETCH(QString, opened);
+    const Browser browser;
+    QFile::remove(UsageStats::filePath());
+    type(text, {});
+    for (int i = 0; i < downs; ++i)
+        QTest::keyClick(f->field(), Qt::Key_Down);
+    QTest::keyClick(f->field(), Qt::Key_Return);
+    QCOMPARE(browser.opened, QStringList{opened});
+    QVERIFY(!QFile::exists(UsageStats::filePath()));
+    QCOMPARE(f->field()->text(), QString());
+    QTRY_VERIFY(f->window.isHidden());
+}
+
+void SpotlightResultsTest::engineGroups_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("expected");
+    const QString suffix = QStringLiteral(" — Google Search");
+    QTest::newRow("query") << "y cats"
+                           << QStringList{"# Search on YouTube: cats",
+                                          QStringLiteral("cats — YouTube"), "# Web Search",
+                                          "y cats" + suffix};
+    QTest::newRow("upper case, blanks around it")
+        << "  Y two cats "
+        << QStringList{"# Search on YouTube: two cats", QStringLiteral("two cats — YouTube"),
+                       "# Web Search", "Y two cats" + suffix};
+    const QString hint = QStringLiteral("Type what to search…");
+    const QStringList apps{"# Installed Apps", "Fly Queen"}; // it has a "y" in its name
+    const QStringList web{"# Web Search", "y" + suffix};
+    QTest::newRow("no query yet") << "y " << apps + QStringList{"# Search on YouTube", hint} + web;
+    QTest::newRow("prefix alone") << "y" << apps + web;
+    QTest::newRow("two blanks") << "y  " << apps + web;
+    QTest::newRow("address as the query")
+        << "y example.com "
+        << QStringList{"# Search on YouTube: example.com", QStringLiteral("example.com — YouTube"),
+                       "# Web Search", "y example.com" + suffix};
+    QTest::newRow("address") << "example.com " << QStringList{"# Web Search", "Open example.com"};
+    QTest::newRow("address without the blank")
+        << "example.com" << QStringList{"# Web Search", "example.com" + suffix};
+}
+
+void SpotlightResultsTest::engineGroups()
+{
+    QFETCH(QString, text);
+    show();
+    f->field()->setText(text);
+    QTEST(f->rows(), "expected");
+}
+
+void SpotlightResultsTest::engineHintIsPassive()
+{
+    const Browser browser;
+    type("y ", {});
+    QListWidgetItem* hint = rowNamed(QStringLiteral("Type what to search…"));
+    const QMap<int, QVariant> record{{Delegate::RoleItemType, "URL"},
+                                     {Delegate::RoleIconToken, "glyph:e684"},
+                                     {Delegate::RoleIsHint, true},
+                                     {Delegate::RoleGroupFirst, true},
+                                     {Delegate::RoleGroupLast, true}};
+    QCOMPARE(recordOf(hint), record);
+    QCOMPARE(hint->flags(), Qt::ItemFlags(Qt::NoItemFlags));
+    const QString search = QStringLiteral("y — Google Search");
+    QCOMPARE(f->selected(), QStringLiteral("Fly Queen"));
+    QTest::keyClick(f->field(), Qt::Key_Down);
+    QCOMPARE(f->selected(), search);
+    QTest::keyClick(f->field(), Qt::Key_Up);
+    QCOMPARE(f->selected(), QStringLiteral("Fly Queen"));
+    const QPoint centre = f->list()->visualItemRect(hint).center();
+    doubleClick(f->list()->viewport(), centre);
+    f->window.launchItem(hint);
+    QCOMPARE(browser.opened, QStringList());
+    QCOMPARE(f->selected(), QStringLiteral("Fly Queen"));
+    QCOMPARE(f->field()->text(), QStringLiteral("y "));
+    QVERIFY(!f->fade());
+}
+
+void SpotlightResultsTest::titlesKeepPlaceMarkers()
+{
+    type("y %2 %1", {});
+    QCOMPARE(f->rows(),
+             QStringList({"# Search on YouTube: %2 %1", QStringLiteral("%2 %1 — YouTube"),
+                          "# Web Search", QStringLiteral("y %2 %1 — Google Search")}));
+    type("wobble", {"Application"});
+    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Wobble %1 Wheel"}));
+}
+
+void SpotlightResultsTest::ghost_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("ghost");
+    QTest::newRow("engine") << "y "
+                            << "Search on YouTube";
+    QTest::newRow("engine in upper case") << "  Y "
+                                          << "Search on YouTube";
+    QTest::newRow("engine with a query") << "y c"
+                                         << "";
+    QTest::newRow("prefix alone") << "y"
+                                  << "";
+    QTest::newRow("two blanks") << "y  "
+                                << "";
+    QTest::newRow("other text") << "cats"
+                                << "";
+    QTest::newRow("blanks") << "   "
+                            << "";
+    QTest::newRow("empty") << ""
+                           << "";
+}
+
+void SpotlightResultsTest::ghost()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, ghost);
+    // In any scope: the ghost tells what the prefix means, whatever is listed then.
+    for (const QStringList& scopes : {QStringList(), QStringList{"Snippet"}}) {
+        show();
+        f->field()->setText(QStringLiteral("y "));
+        type(text, scopes);
+        QTRY_VERIFY(f->field()->hasFocus());
+        const QImage image = f->field()->grab().toImage();
+        f->field()->setGhostText(ghost);
+        QCOMPARE(f->field()->grab().toImage(), image);
+        f->field()->setGhostText(ghost.isEmpty() ? QStringLiteral("another") : QString());
+        QVERIFY(f->field()->grab().toImage() != image); // so that a picture does tell
+        f->field()->setGhostText(ghost);
+    }
+}
+
+void SpotlightResultsTest::languageOfWebGroups()
+{
+    Tr::currentLang = Lang::Ja;
+    type("y q%1", {});
+    QCOMPARE(f->rows(),
+             QStringList({QStringLiteral("# YouTube で検索: q%1"), QStringLiteral("q%1 — YouTube"),
+                          QStringLiteral("# Web 検索"), QStringLiteral("y q%1 — Google 検索")}));
+    type("y ", {});
+    QVERIFY(f->rows().contains(QStringLiteral("# YouTube で検索")));
+    QVERIFY(f->rows().contains(QStringLiteral("検索する内容を入力…")));
+    Tr::currentLang = Lang::Es;
+    type("zeb", {});
+    QCOMPARE(f->rows().constFirst(), QStringLiteral("# Aplicaciones instaladas"));
 }
 
 void SpotlightResultsTest::launchRunsRecordsAndHides()

@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "AppIndex.h"
 #include "AutoQuitBlocker.h"
 #include "ConfirmDot.h"
 #include "EventCounter.h"
+#include "FakeApplications.h"
+#include "FileIndex.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
 #include "Localization.h"
@@ -147,6 +150,8 @@ public:
 private slots:
     void init();
     void cleanup();
+
+    void indexesOnceTheLoopRuns(); // the first, because a process does so once
 
     void constants_data();
     void constants();
@@ -309,6 +314,21 @@ void SpotlightWindowTest::endGuards()
     QTRY_VERIFY(!g_blockAutoQuit);
 }
 
+void SpotlightWindowTest::indexesOnceTheLoopRuns()
+{
+    QVERIFY(!AppIndex::isBuilt()); // though there is a window
+    f.reset();
+    QCoreApplication::processEvents(); // in its first turn there is none any more
+    QVERIFY(!AppIndex::isBuilt());
+    f = std::make_unique<SpotlightFixture>();
+    QVERIFY(!AppIndex::isBuilt());
+    QTRY_VERIFY(AppIndex::isBuilt());
+    QTRY_VERIFY(FileIndex::isReady());
+    f = std::make_unique<SpotlightFixture>();
+    QCoreApplication::processEvents();
+    QCOMPARE(FakeApplications::listCount(), 1);
+}
+
 void SpotlightWindowTest::constants_data()
 {
     QTest::addColumn<int>("actual");
@@ -325,6 +345,8 @@ void SpotlightWindowTest::constants_data()
     QTest::newRow("RESULTS_PAD_TOP") << SpotlightWindow::RESULTS_PAD_TOP << 4;
     QTest::newRow("RESULTS_PAD_BOTTOM") << SpotlightWindow::RESULTS_PAD_BOTTOM << 4;
     QTest::newRow("VISIBLE_ROWS") << SpotlightWindow::VISIBLE_ROWS << 5;
+    QTest::newRow("APP_LIMIT") << SpotlightWindow::APP_LIMIT << 12;
+    QTest::newRow("FILE_LIMIT") << SpotlightWindow::FILE_LIMIT << 12;
     QTest::newRow("ShowGuardMs") << SpotlightWindow::ShowGuardMs << 1500;
     QTest::newRow("RoleUsageKey") << SpotlightWindow::RoleUsageKey << 271;
 }

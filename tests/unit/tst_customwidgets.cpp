@@ -266,9 +266,11 @@ void CustomWidgetsTest::ghostWithoutRoomIsLeftOut()
 void CustomWidgetsTest::ghostColours()
 {
     GhostField field;
-    // A block character gives pixels that the ghost covers wholly.
-    field.edit.setFont(QFont());
-    field.edit.setGhostText(QString(4, QChar(0x2588)));
+    // A big bullet has pixels that the ghost covers wholly.
+    QFont font = textFont();
+    font.setPixelSize(28);
+    field.edit.setFont(font);
+    field.edit.setGhostText(QString(QChar(0x2022)));
     const auto solid = [&field] {
         const QImage image = Pixels::imageOf(field.edit);
         const QRect ink = Pixels::boxWhere(image.copy(12, 0, 300, 30),

@@ -153,6 +153,7 @@ private slots:
 private:
     QString path(const QString& name) const { return QDir(m_dir).filePath(name); }
     void makeFile(const QString& name) const;
+    void makeEntry(const QString& name, const QString& program) const;
     void makeShellLauncher() const;
     void addDesktopEntryRows() const;
     QList<QJsonObject> records() const;
@@ -198,6 +199,17 @@ void LaunchDispatcherTest::makeFile(const QString& name) const
     QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
     QFile file(path(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
+}
+
+/// A desktop entry that starts `program`, if it isn't launched by other means.
+void LaunchDispatcherTest::makeEntry(const QString& name, const QString& program) const
+{
+    makeFile(name);
+    QFile file(path(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QString lines = QStringLiteral("[Desktop Entry]\nType=Application\nName=Sample\n"
+                                         "Exec=\"%1\" by itself %U\n");
+    QVERIFY(file.write(lines.arg(program).toUtf8()) > 0);
 }
 
 QList<QJsonObject> LaunchDispatcherTest::records() const
@@ -562,7 +574,7 @@ void LaunchDispatcherTest::shellItemIsLaunched()
     QFETCH(QString, entry);
     for (const QString& name : {QStringLiteral("user/applications/both.desktop"),
                                 QStringLiteral("system/applications/both.desktop"), entry})
-        makeFile(name);
+        makeEntry(name, path("tool.exe"));
     makeShellLauncher();
     const Launch launch("ShellItem", value);
     QVERIFY(launch.isDone);
@@ -588,7 +600,10 @@ void LaunchDispatcherTest::shellItemCannotBeStarted_data()
     QTest::newRow("out of the tree") << "..-secret.desktop" << true << false;
     QTest::newRow("in a hidden folder") << ".hidden-secret.desktop" << true << false;
     QTest::newRow("dashes only") << QString(5000, '-') + ".desktop" << true << false;
-    QTest::newRow("nothing to launch it with") << entry << false << false;
+    QTest::newRow("without the desktop's launcher") << entry << false << true;
+    const QString broken = path("system/applications/broken.desktop");
+    QTest::newRow("its program is missing") << broken << true << false;
+    QTest::newRow("its program is missing, as is the launcher") << broken << false << false;
 }
 
 void LaunchDispatcherTest::shellItemCannotBeStarted()
@@ -596,9 +611,10 @@ void LaunchDispatcherTest::shellItemCannotBeStarted()
     QFETCH(QString, value);
     QFETCH(bool, hasLauncher);
     QFETCH(bool, isDone);
-    makeFile("system/secret.desktop");
-    makeFile("system/applications/.hidden/secret.desktop");
-    makeFile("system/applications/both.desktop");
+    makeEntry("system/secret.desktop", path("tool.exe"));
+    makeEntry("system/applications/.hidden/secret.desktop", path("tool.exe"));
+    makeEntry("system/applications/both.desktop", path("tool.exe"));
+    makeEntry("system/applications/broken.desktop", path("missing.exe"));
     QVERIFY(QDir(m_dir).mkpath("folder.desktop"));
     makeShellLauncher();
     if (!hasLauncher)
@@ -607,6 +623,8 @@ void LaunchDispatcherTest::shellItemCannotBeStarted()
     QCOMPARE(launch.isDone, isDone);
     if (isDone) {
         QTRY_COMPARE(records().size(), 1);
+        if (hasDesktopEntries())
+            QCOMPARE(onlyArguments().constFirst(), hasLauncher ? "launch" : "by");
         QVERIFY(launch.messages.isEmpty());
         return;
     }

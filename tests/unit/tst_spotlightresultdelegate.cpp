@@ -138,6 +138,9 @@ private slots:
     void headerIsTextWithoutBackground();
     void headerStandsAtTheLowerLeft();
     void headerIgnoresStateAndIcons();
+    void longHeaderIsElided();
+    void strangeHeadersStayOnOneLine_data();
+    void strangeHeadersStayOnOneLine();
 
     void rowColors_data();
     void rowColors();
@@ -160,6 +163,9 @@ private slots:
     void glyphComesFromTokenOrType_data();
     void glyphComesFromTokenOrType();
     void ownIconComesFirst();
+    void ownIconIsAskedFor_data();
+    void ownIconIsAskedFor();
+    void smallIconKeepsItsSize();
     void nullIconCountsAsNone();
     void customImageKeepsItsShape_data();
     void customImageKeepsItsShape();
@@ -320,6 +326,40 @@ void SpotlightResultDelegateTest::headerIgnoresStateAndIcons()
     rich.insert(Delegate::RoleIsHint, true);
     rich.insert(Delegate::RoleGroupFirst, true);
     QCOMPARE(painted(rich), plain);
+}
+
+void SpotlightResultDelegateTest::longHeaderIsElided()
+{
+    const QRect rect(20, 70, kRowWidth, Delegate::HeaderHeight);
+    const auto header = [&rect](const QString& text) {
+        return painted({{Qt::DisplayRole, text}, {Delegate::RoleIsHeader, true}},
+                       QStyle::State_Enabled, Delegate(nullptr), rect);
+    };
+    const QString text = QStringLiteral("Search for: ") + QStringLiteral("wide").repeated(5000);
+    const QString elided =
+        QFontMetrics(textFont(13)).elidedText(text, Qt::ElideRight, rect.width() - 32);
+    QVERIFY(elided.endsWith(QChar(0x2026)));
+    const QImage image = header(text);
+    QCOMPARE(image, header(elided));
+    QVERIFY(Pixels::boxWhere(image, isInked).right() <= rect.right() - 16);
+}
+
+void SpotlightResultDelegateTest::strangeHeadersStayOnOneLine_data()
+{
+    strangeTitlesStayOnOneLine_data();
+}
+
+void SpotlightResultDelegateTest::strangeHeadersStayOnOneLine()
+{
+    QFETCH(QString, title);
+    const QRect rect(20, 70, kRowWidth, Delegate::HeaderHeight);
+    const QImage image = painted({{Qt::DisplayRole, title}, {Delegate::RoleIsHeader, true}},
+                                 QStyle::State_Enabled, Delegate(nullptr), rect);
+    const QRect line = Pixels::boxWhere(image, isInked);
+    QVERIFY(!line.isEmpty());
+    QVERIFY(line.height() <= 20);
+    QVERIFY(line.bottom() <= rect.bottom() - 2 && line.bottom() >= rect.bottom() - 12);
+    QVERIFY(line.left() >= rect.left() + 15 && line.right() <= rect.right() - 15);
 }
 
 void SpotlightResultDelegateTest::rowColors_data()
@@ -597,6 +637,42 @@ void SpotlightResultDelegateTest::ownIconComesFirst()
     QCOMPARE(image.pixelColor(kOnCircle).name(), Theme::colors().surfaceVariant);
 }
 
+void SpotlightResultDelegateTest::ownIconIsAskedFor_data()
+{
+    QTest::addColumn<QStyle::State>("state");
+    QTest::newRow("plain") << QStyle::State(QStyle::State_Enabled);
+    QTest::newRow("selected") << QStyle::State(QStyle::State_Selected);
+    QTest::newRow("hovered") << QStyle::State(QStyle::State_MouseOver);
+    QTest::newRow("not enabled") << QStyle::State(QStyle::State_None);
+}
+
+void SpotlightResultDelegateTest::ownIconIsAskedFor()
+{
+    QFETCH(QStyle::State, state);
+    // One picture for each question that an icon can be asked; the right one is red.
+    QIcon icon;
+    for (const QIcon::Mode mode :
+         {QIcon::Normal, QIcon::Disabled, QIcon::Active, QIcon::Selected}) {
+        for (const QIcon::State onOff : {QIcon::On, QIcon::Off}) {
+            QPixmap pixmap(64, 64);
+            pixmap.fill(mode == QIcon::Normal && onOff == QIcon::Off ? Qt::red : Qt::blue);
+            icon.addPixmap(pixmap, mode, onOff);
+        }
+    }
+    const QImage image = painted(with(row(QString()), Qt::DecorationRole, icon), state);
+    QCOMPARE(countOf(image, kIconBox, Qt::red), 22 * 22);
+}
+
+void SpotlightResultDelegateTest::smallIconKeepsItsSize()
+{
+    QPixmap pixmap(16, 12);
+    pixmap.fill(Qt::red);
+    const QImage image = painted(with(row(QString()), Qt::DecorationRole, QIcon(pixmap)));
+    const QRect box = Pixels::boxOfColor(image, Qt::red);
+    QCOMPARE(box.size(), QSize(16, 12));
+    QVERIFY(Pixels::isCentredOn(box, QRectF(kIconBox).center()));
+}
+
 void SpotlightResultDelegateTest::nullIconCountsAsNone()
 {
     const Roles roles = row("Name", "File");
@@ -672,8 +748,9 @@ void SpotlightResultDelegateTest::longTitleIsElided()
     int narrowerDiffers = 0;
     int widerDiffers = 0;
     // Of so many titles some end exactly where the room does, and there one pixel matters.
-    for (int length = 0; length < 40; ++length) {
-        const QString title = QString(length, u'i') + QStringLiteral("wide").repeated(50);
+    for (int count = 0; count < 80; ++count) {
+        const QString title = QString(count % 10, u'i') + QString(count / 10, u'r') +
+                              QStringLiteral("wide").repeated(50);
         const QString expected = elided(title, kTitle.width());
         QVERIFY(expected.endsWith(QChar(0x2026)));
         QCOMPARE(painted(row(title)), painted(row(expected)));

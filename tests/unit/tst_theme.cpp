@@ -113,7 +113,7 @@ bool isNear(double actual, double expected)
 QByteArray settingsFileContent()
 {
     QFile file(Theme::settingsFilePath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -28,6 +28,9 @@ constexpr int kPatienceMs = 30000;
 const QString kHomeHotkey = QStringLiteral("Ctrl+Alt+Space");
 const QString kSpotlightHotkey = QStringLiteral("Ctrl+Alt+Y");
 const QString kOtherHotkey = QStringLiteral("Ctrl+Shift+K");
+const QString kStartMenu = QStringLiteral("\\Microsoft\\Windows\\Start Menu\\Programs");
+const QString kAppPaths =
+    QStringLiteral("HKEY_CURRENT_USER\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths");
 const QString kSpotlightSetting = QStringLiteral("Hotkey/SpotlightCombo");
 
 QString packedFolder()
@@ -117,6 +120,8 @@ private slots:
     void secondStartWakesTheFirst();
     void copyElsewhereRunsBesideIt();
     void takenHotkeyFallsBack();
+    void installedApplicationIsFoundAndStarted_data();
+    void installedApplicationIsFoundAndStarted();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
@@ -246,6 +251,48 @@ void E2ePacked::takenHotkeyFallsBack()
     QTRY_VERIFY(program.spotlight().isForeground);
     const QSettings settings(path(QStringLiteral("settings.ini")), QSettings::IniFormat);
     QCOMPARE(settings.value(kSpotlightSetting).toString(), kSpotlightHotkey);
+}
+
+void E2ePacked::installedApplicationIsFoundAndStarted_data()
+{
+    QTest::addColumn<bool>("isLinked");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("link in the Start Menu") << true << "Quillforge";
+    QTest::newRow("registered under App Paths") << false << "Marrowind";
+}
+
+void E2ePacked::installedApplicationIsFoundAndStarted()
+{
+    QFETCH(bool, isLinked);
+    QFETCH(QString, name);
+    const QTemporaryDir installed;
+    // Under another name than that of the link, which is the one that is shown.
+    const QString program =
+        installed.filePath((isLinked ? QStringLiteral("program") : name) + QStringLiteral(".exe"));
+    QVERIFY(QFile::copy(QStringLiteral(ORLIMO_RECORDER), program));
+    const QString nativeProgram = QDir::toNativeSeparators(program);
+    if (isLinked) {
+        const QDir menu(qEnvironmentVariable("AppData") + kStartMenu);
+        QVERIFY(menu.mkpath(QStringLiteral("Tools")));
+        QVERIFY(QFile::link(program, menu.filePath("Tools/" + name + ".lnk")));
+    } else {
+        QSettings registry(kAppPaths, QSettings::NativeFormat);
+        registry.setValue(name + QStringLiteral(".exe/Default"), nativeProgram);
+    }
+
+    const Program launcher;
+    hideHome(launcher);
+    if (QTest::currentTestFailed())
+        return;
+    NativeDesktop::pressKeys(kSpotlightHotkey);
+    QTRY_VERIFY(launcher.spotlight().isForeground);
+    NativeDesktop::type(name);
+    NativeDesktop::pressKeys(QStringLiteral("Return"));
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(program + QStringLiteral(".started")), kPatienceMs);
+    QTRY_VERIFY(!launcher.spotlight().exists());
+    const QJsonObject usage = QJsonDocument::fromJson(read(QStringLiteral("usage.json"))).object();
+    QCOMPARE(usage.keys().size(), 1);
+    QCOMPARE(QDir::fromNativeSeparators(usage.keys().constFirst()), program.toLower());
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)

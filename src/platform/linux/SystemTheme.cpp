@@ -3,13 +3,14 @@
 
 #include "platform/SystemTheme.h"
 
+#include "platform/linux/SessionBus.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
-#include <QFileInfo>
 #include <QPointer>
 #include <QString>
 #include <QVariant>
@@ -24,16 +25,6 @@ constexpr QLatin1String kNamespace("org.freedesktop.appearance");
 constexpr QLatin1String kKey("color-scheme");
 constexpr uint kPreferDark = 1;     // 0 is no preference, 2 is light
 constexpr int kFirstAnswerMs = 100; // how long start-up waits for a portal that is slow
-
-/// Whether connecting can only find a bus and never start one: without an address and without the
-/// user's bus socket the client library would launch a bus of its own, which takes seconds.
-bool hasSessionBus()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtimeDir.isEmpty() && QFileInfo::exists(runtimeDir + QLatin1String("/bus"));
-}
 
 /// The portal wraps its answer once more than the change signal does, and some portals less often.
 bool saysDark(QVariant value)

@@ -1,0 +1,432 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+// The file index over generated home directories of 10,000, 100,000 and, if the arguments say so,
+// other numbers of entries: the first scan beside `find` over the same tree, the memory of an
+// entry, a keystroke for each letter and the next one after it, the longest time for which the GUI
+// thread is busy at 32 changes and at 10,000, the wake-ups of an idle process, and the way out of a
+// scan that has just begun. Every tree has a process of its own, since an index lasts as long.
+//
+//     bench_fileindex [entries...]
+
+#include "FileIndex.h"
+#include "FreshProcess.h"
+#include "TestHome.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QHash>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+namespace
+{
+
+constexpr int kFilesPerFolder = 12;
+constexpr int kParents = 500;
+constexpr int kRadix = 36;
+constexpr int kRounds = 9;
+constexpr int kCap = 6; // of results for each kind
+constexpr int kBurst = 10000;
+constexpr int kTurnMs = 1;
+constexpr int kIdleMs = 30000;
+constexpr int kSettleMs = 3000; // beyond the coalescing time and the scan behind it
+constexpr int kPatienceMs = 1800000;
+constexpr quint32 kSeed = 250000;
+constexpr double kNsPerMs = 1e6;
+
+double msSince(const QElapsedTimer& timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / kNsPerMs;
+}
+
+double timed(const std::function<void()>& work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return msSince(timer);
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.at(values.size() / 2);
+}
+
+double medianTime(const std::function<void()>& prepare, const std::function<void()>& work)
+{
+    std::vector<double> times;
+    for (int round = 0; round < kRounds; ++round) {
+        prepare();
+        times.push_back(timed(work));
+    }
+    return median(times);
+}
+
+/// Names as people and programs give them: words, numbers, few suffixes.
+QString makeName(QRandomGenerator& random, int number)
+{
+    static const QStringList words = {"report", "invoice", "IMG",   "draft", "photo",  "main",
+                                      "index",  "Notes",   "setup", "test",  "module", "Budget",
+                                      "letter", "query",   "jazz",  "zip",   "backup", "config"};
+    static const QStringList joints = {"_", "-", " ", "."};
+    const auto pick = [&random](const QStringList& list) {
+        return list.at(random.bounded(static_cast<int>(list.size())));
+    };
+    return pick(words) + pick(joints) + pick(words) + pick(joints) + QString::number(number);
+}
+
+void makeFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot make %s", qPrintable(path));
+}
+
+/// Makes so many entries: folders in each other, with a dozen files in each.
+void makeTree(const QString& root, int entries)
+{
+    static const QStringList suffixes = {".txt", ".jpg", ".cpp", ".pdf", ".json", ""};
+    QRandomGenerator random(kSeed);
+    QStringList parents = {root}; // a few, so that paths get no longer than those of people
+    QString folder = root;
+    for (int i = 0; i < entries; ++i) {
+        if (i % (kFilesPerFolder + 1) == 0) {
+            folder = parents.at(random.bounded(static_cast<int>(parents.size()))) + '/' +
+                     QString::number(i, kRadix);
+            if (!QDir().mkdir(folder))
+                qFatal("cannot make %s", qPrintable(folder));
+            if (parents.size() < kParents)
+                parents.append(folder);
+        } else {
+            const int suffix = random.bounded(static_cast<int>(suffixes.size()));
+            makeFile(folder + '/' + makeName(random, i) + suffixes.at(suffix));
+        }
+    }
+}
+
+QString home()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+}
+
+double findTime()
+{
+    return timed([] { QProcess::execute("find", {home(), "-printf", ""}); });
+}
+
+/// A number out of one of the process's own files that Linux has; -1 elsewhere.
+qint64 numberBehind(const QString& fileName, const QByteArray& key)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray content = file.readAll();
+    const qsizetype begin = content.indexOf(key);
+    if (begin < 0)
+        return -1;
+    return content.mid(begin + key.size()).simplified().split(' ').first().toLongLong();
+}
+
+qint64 residentBytes()
+{
+    const qint64 kilobytes = numberBehind("/proc/self/status", "VmRSS:");
+    return kilobytes < 0 ? -1 : kilobytes * 1024;
+}
+
+int threadCount()
+{
+    return static_cast<int>(
+        QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+}
+
+/// How often each thread of the process has waited for something so far.
+QHash<QString, qint64> waits()
+{
+    QHash<QString, qint64> counts;
+    QDirIterator tasks("/proc/self/task", QDir::Dirs | QDir::NoDotAndDotDot);
+    while (tasks.hasNext()) {
+        const QString task = tasks.next();
+        counts.insert(task, numberBehind(task + "/status", "\nvoluntary_ctxt_switches:"));
+    }
+    return counts;
+}
+
+/// The longest time for which the event loop doesn't come round while `isDone` is awaited.
+double longestBlock(const std::function<bool()>& isDone)
+{
+    double longest = 0.0;
+    QElapsedTimer sinceTurn;
+    sinceTurn.start();
+    QEventLoop loop;
+    QTimer turns;
+    QObject::connect(&turns, &QTimer::timeout, &loop, [&] {
+        longest = std::max(longest, msSince(sinceTurn) - kTurnMs);
+        sinceTurn.restart();
+        if (isDone())
+            loop.quit();
+    });
+    turns.start(kTurnMs);
+    loop.exec();
+    return longest;
+}
+
+/// Lets the event loop turn until all that was caused is over.
+void settle()
+{
+    QElapsedTimer timer;
+    timer.start();
+    longestBlock([&timer] { return timer.elapsed() > kSettleMs; });
+}
+
+void keystroke(const QString& query)
+{
+    FileIndex::search(query, kCap, FileIndex::Files);
+    FileIndex::search(query, kCap, FileIndex::Folders);
+}
+
+void measureMemory(qint64 before)
+{
+    qint64 lengths = 0;
+    for (const FileIndex::Entry& entry : FileIndex::entries())
+        lengths += entry.path.size();
+    const double count = static_cast<double>(FileIndex::entries().size());
+    std::printf("  memory: %.0f bytes an entry, path of %.1f characters on average\n",
+                static_cast<double>(residentBytes() - before) / count,
+                static_cast<double>(lengths) / count);
+}
+
+void measureKeystrokes()
+{
+    const QString letters = "abcdefghijklmnopqrstuvwxyz0123456789._-";
+    const QString nextLetters = "aeinorst.0"; // those that most names hold
+    double worstFirst = 0.0;
+    double worstNext = 0.0;
+    QString worstFirstKey;
+    QString worstNextKeys;
+    std::vector<double> firsts;
+    std::vector<double> nexts;
+    for (const QChar first : letters) {
+        const QString query(first);
+        firsts.push_back(medianTime(&FileIndex::forgetNarrowing, [&] { keystroke(query); }));
+        if (firsts.back() > worstFirst) {
+            worstFirst = firsts.back();
+            worstFirstKey = query;
+        }
+        for (const QChar next : nextLetters) {
+            const QString extended = query + next;
+            const auto prepare = [&] {
+                FileIndex::forgetNarrowing();
+                FileIndex::search(query, 1, FileIndex::Files);
+            };
+            nexts.push_back(medianTime(prepare, [&] { keystroke(extended); }));
+            if (nexts.back() > worstNext) {
+                worstNext = nexts.back();
+                worstNextKeys = extended;
+            }
+        }
+    }
+    std::printf("  a letter: median %.2f ms, worst %.2f ms (\"%s\")\n", median(firsts), worstFirst,
+                qPrintable(worstFirstKey));
+    std::printf("  one more letter: median %.2f ms, worst %.2f ms (\"%s\")\n", median(nexts),
+                worstNext, qPrintable(worstNextKeys));
+}
+
+/// Changes that are applied one by one: half of them new files, half removed ones.
+void measureFlush()
+{
+    QStringList removed;
+    const QVector<FileIndex::Entry>& all = FileIndex::entries();
+    for (int i = 1; removed.size() < FileIndex::MaxIncremental / 2; ++i) {
+        const auto file =
+            std::find_if(all.begin() + all.size() / FileIndex::MaxIncremental * i, all.end(),
+                         [](const FileIndex::Entry& entry) { return !entry.isDir; });
+        removed.append(file->path);
+    }
+    const QString last = home() + "/zz last";
+    for (const QString& path : std::as_const(removed))
+        QFile::remove(path);
+    for (int i = 1; i < FileIndex::MaxIncremental / 2; ++i)
+        makeFile(home() + QString("/zz new %1").arg(i));
+    makeFile(last);
+    const double block = longestBlock([path = QDir::toNativeSeparators(last)] {
+        return FileIndex::entries().constLast().path == path;
+    });
+    std::printf("  32 changes: GUI thread busy for %.1f ms at the most\n", block);
+}
+
+void measureBurst()
+{
+    int deliveries = 0;
+    FileIndex::setOnReady([&deliveries] { ++deliveries; });
+    const QString folder = home() + "/zz burst";
+    QProcess maker; // in a process of its own: this one's threads have enough to do
+    FreshProcess::start(maker, "burst", {folder});
+    const double block = longestBlock(
+        [&deliveries, &maker] { return deliveries > 0 && maker.state() == QProcess::NotRunning; });
+    settle();
+    std::printf("  %d new files: GUI thread busy for %.1f ms at the most\n", kBurst, block);
+    FileIndex::setOnReady({});
+}
+
+/// What the two figures before are worth on this machine.
+void measureNothing()
+{
+    QElapsedTimer timer;
+    timer.start();
+    std::printf("  nothing to do for %d s: GUI thread kept away for %.1f ms at the most\n",
+                kSettleMs / 1000, longestBlock([&timer] { return timer.elapsed() > kSettleMs; }));
+}
+
+void measureIdle()
+{
+    const QHash<QString, qint64> before = waits();
+    QEventLoop loop;
+    QTimer::singleShot(kIdleMs, &loop, &QEventLoop::quit);
+    loop.exec();
+    const QHash<QString, qint64> after = waits();
+    qint64 wakeUps = 0;
+    for (auto it = after.begin(); it != after.end(); ++it)
+        wakeUps += it.value() - before.value(it.key());
+    std::printf(
+        "  idle for %d s: %lld wake-ups of %lld threads, of which one ends the measurement\n",
+        kIdleMs / 1000, static_cast<long long>(wakeUps), static_cast<long long>(after.size()));
+}
+
+int runBurst(const QStringList& arguments)
+{
+    QDir().mkpath(arguments.first());
+    for (int i = 0; i < kBurst; ++i)
+        makeFile(arguments.first() + QString("/file %1.txt").arg(i));
+    return 0;
+}
+
+/// Builds the index and returns how long it took until it was there.
+double buildTime()
+{
+    QEventLoop loop;
+    QElapsedTimer timer;
+    timer.start();
+    double scan = 0.0;
+    FileIndex::setOnReady([&] {
+        scan = msSince(timer);
+        loop.quit();
+    });
+    FileIndex::build();
+    loop.exec();
+    FileIndex::setOnReady({});
+    return scan;
+}
+
+int runScan(const QStringList&)
+{
+    std::printf("%.3f", buildTime());
+    return 0;
+}
+
+/// An index is built once for each process.
+double scanTime()
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("scan", {});
+    return outcome.output.toDouble();
+}
+
+void measureScan()
+{
+    findTime(); // fills the caches of the system
+    std::vector<double> finds;
+    std::vector<double> scans;
+    for (int round = 0; round < kRounds; ++round) { // in turn, so that both meet the same machine
+        finds.push_back(findTime());
+        scans.push_back(scanTime());
+    }
+    const double find = median(finds);
+    const double scan = median(scans);
+    std::printf("  first scan: %.0f ms, find: %.0f ms, ratio %.2f\n", scan, find, scan / find);
+}
+
+int runMeasurement(const QStringList&)
+{
+    const qint64 before = residentBytes();
+    buildTime();
+    measureMemory(before);
+    settle();
+    measureIdle();
+    measureKeystrokes();
+    settle();
+    measureFlush();
+    settle();
+    measureBurst();
+    measureNothing();
+    return 0;
+}
+
+/// Quits in the middle of the first scan.
+int runQuit(const QStringList&)
+{
+    static QElapsedTimer quitting;
+    qAddPostRoutine([] {
+        std::printf("  quit during the first scan: %.0f ms, threads left: %d\n", msSince(quitting),
+                    threadCount() - 1);
+    });
+    FileIndex::build();
+    QTimer::singleShot(20, QCoreApplication::instance(), [] {
+        quitting.start();
+        QCoreApplication::quit();
+    });
+    return QCoreApplication::exec();
+}
+
+void measureTree(int entries)
+{
+    makeTree(home(), entries);
+    std::printf("%d entries\n", entries);
+    measureScan();
+    std::fflush(stdout);
+    for (const QString& task : {QStringLiteral("measure"), QStringLiteral("quit")}) {
+        QProcess process;
+        FreshProcess::start(process, task, {});
+        process.waitForFinished(kPatienceMs);
+        std::printf("%s", process.readAllStandardOutput().constData());
+        std::fflush(stdout);
+    }
+    const QStringList made = QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QString& name : made) {
+        const QString path = home() + '/' + name;
+        if (!QFile::remove(path))
+            QDir(path).removeRecursively();
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (FreshProcess::isTask(argc, argv)) {
+        return FreshProcess::runTask(argc, argv,
+                                     {{"scan", runScan},
+                                      {"measure", runMeasurement},
+                                      {"quit", runQuit},
+                                      {"burst", runBurst}});
+    }
+    TestHome::install();
+    const QCoreApplication application(argc, argv);
+    QStringList sizes = QCoreApplication::arguments().mid(1);
+    if (sizes.isEmpty())
+        sizes = {"10000", "100000"};
+    for (const QString& size : std::as_const(sizes))
+        measureTree(size.toInt());
+    return 0;
+}

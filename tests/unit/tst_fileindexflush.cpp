@@ -1,0 +1,772 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FakeFileSystem.h"
+#include "FileIndex.h"
+#include "FreshProcess.h"
+#include "TestHome.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QTextStream>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <functional>
+
+using Entry = FileIndex::Entry;
+using Changes = FakeFileSystem::Changes;
+
+/// How scans and changes come into the index, and how the threads end, in exact steps.
+class FileIndexFlushTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { TestHome::install(); }
+
+private slots:
+    // The first ones follow the index through its start, in this order.
+    void nothingIsThereBeforeTheBuild();
+    void firstScanIsAwaited();
+    void firstScanIsDelivered();
+    void buildsOnce();
+    void scanGoesDeepFirst();
+
+    void init();
+    void cleanup();
+    void excludedPaths_data();
+    void excludedPaths();
+    void watcherIsToldWhatIsExcluded();
+    void singleChanges_data();
+    void singleChanges();
+    void changesFollowTheirOrder_data();
+    void changesFollowTheirOrder();
+    void renamedFileGoesToTheEnd();
+    void asManyAsTheLimitAreApplied();
+    void moreThanTheLimitIsAScan();
+    void batchesAddUp();
+    void everyBatchRestartsTheTimer();
+    void foldersCauseAScan_data();
+    void foldersCauseAScan();
+    void overflowCausesAScan();
+    void changesBeforeAFolderStandUntilTheScan();
+    void changesDuringAScanAreDropped();
+    void oldListServesDuringAScan();
+    void deliveryIsCompleteWhenItIsTold();
+    void callbackMayBeReplacedWithinACall();
+
+    void caseIsIgnoredWhereTheSystemDoes();
+    void withoutAWatcherTheIndexStandsStill();
+    void brokenWatchLeavesTheIndexUsable();
+    void quit_data();
+    void quit();
+};
+
+namespace
+{
+
+constexpr int kPatienceMs = 20000;
+
+bool s_isBuiltWithoutApplication = true; ///< set before the application exists
+int s_readyCount = 0;
+
+QString full(const QString& path)
+{
+    return FileIndex::rootPath() + QDir::separator() + QDir::toNativeSeparators(path);
+}
+
+QString relative(const Entry& entry)
+{
+    return QDir::fromNativeSeparators(entry.path.mid(FileIndex::rootPath().size() + 1));
+}
+
+/// The index as relative paths, folders with "/" at their end.
+QStringList indexed()
+{
+    QStringList paths;
+    for (const Entry& entry : FileIndex::entries())
+        paths.append(relative(entry) + (entry.isDir ? "/" : ""));
+    return paths;
+}
+
+bool isIndexed(const QString& path)
+{
+    return indexed().contains(path);
+}
+
+QTimer* coalesceTimer()
+{
+    const QList<QTimer*> timers =
+        QCoreApplication::instance()->findChildren<QTimer*>(Qt::FindDirectChildrenOnly);
+    const auto found = std::find_if(timers.begin(), timers.end(), [](const QTimer* timer) {
+        return timer->interval() == FileIndex::CoalesceMs || timer->interval() == 0;
+    });
+    return found == timers.end() ? nullptr : *found;
+}
+
+bool isFlushDue()
+{
+    const QTimer* timer = coalesceTimer();
+    return timer && timer->isActive();
+}
+
+bool waitFor(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, kPatienceMs);
+}
+
+Changes added(const QStringList& paths)
+{
+    Changes changes;
+    for (const QString& path : paths)
+        changes.append({Platform::FileAdded, path});
+    return changes;
+}
+
+Changes removed(const QStringList& paths)
+{
+    Changes changes;
+    for (const QString& path : paths)
+        changes.append({Platform::FileRemoved, path});
+    return changes;
+}
+
+Changes numbered(const QString& pattern, int count)
+{
+    QStringList paths;
+    for (int i = 0; i < count; ++i)
+        paths.append(pattern.arg(i));
+    return added(paths);
+}
+
+/// Has the changes arrive, and with them the flush without the wait for quiet.
+bool flush(const QVector<Changes>& batches)
+{
+    FakeFileSystem::report(batches);
+    if (!waitFor(isFlushDue))
+        return false;
+    // All batches are on their way by now, or not needed: the last one answers.
+    FakeFileSystem::excluded({});
+    QCoreApplication::sendPostedEvents();
+    coalesceTimer()->start(0);
+    return waitFor([] { return !isFlushDue(); });
+}
+
+/// How far the index had come at a time.
+struct Mark
+{
+    int scans = FakeFileSystem::scanCount();
+    int ready = s_readyCount;
+};
+
+/// Waits for one more scan than there were, and for its delivery.
+bool hasScannedSince(const Mark& mark)
+{
+    return waitFor([&mark] {
+        return FakeFileSystem::scanCount() == mark.scans + 1 && s_readyCount == mark.ready + 1;
+    });
+}
+
+} // namespace
+
+void FileIndexFlushTest::nothingIsThereBeforeTheBuild()
+{
+    QVERIFY(!s_isBuiltWithoutApplication);
+    QVERIFY(!FileIndex::isReady());
+    QVERIFY(FileIndex::entries().isEmpty());
+    QVERIFY(FileIndex::search("a", 10, FileIndex::Files).isEmpty());
+    QCOMPARE(FakeFileSystem::scanCount(), 0);
+    QCOMPARE(FileIndex::rootPath(), QDir::toNativeSeparators(QDir::homePath()));
+}
+
+void FileIndexFlushTest::firstScanIsAwaited()
+{
+    FakeFileSystem::add({"b.txt", "Alpha/One.TXT", "Alpha/deep/two.txt", "Beta/three.txt",
+                         ".hidden", ".git", "node_modules.txt", "Program/AppData/x.txt",
+                         "appdata/x.txt", "Beta/NODE_MODULES/x.txt", "Alpha/.git/x.txt",
+                         "__pycache__/x.txt", ".venv/x.txt", ".programs/x.txt",
+                         "Beta/.Programs/x.txt", "empty/"});
+    FakeFileSystem::addClosed("elsewhere");
+    FakeFileSystem::add("elsewhere/x.txt");
+    FakeFileSystem::addUnreadable("locked");
+    FakeFileSystem::add("locked/x.txt");
+    FakeFileSystem::hold();
+    FileIndex::setOnReady([] { ++s_readyCount; });
+    FileIndex::build();
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QVERIFY(waitFor(&FakeFileSystem::isWatching));
+    QVERIFY(!FileIndex::isReady());
+    QVERIFY(FileIndex::search("b", 10, FileIndex::Files).isEmpty());
+    QCOMPARE(s_readyCount, 0);
+}
+
+void FileIndexFlushTest::firstScanIsDelivered()
+{
+    FakeFileSystem::release();
+    QTRY_COMPARE(s_readyCount, 1);
+    QVERIFY(FileIndex::isReady());
+    QCOMPARE(FileIndex::search("one", 10, FileIndex::Files),
+             (QVector<Entry>{{full("Alpha/One.TXT"), "one.txt", false}}));
+    QCOMPARE(FileIndex::search("alpha", 10, FileIndex::Folders),
+             (QVector<Entry>{{full("Alpha"), "alpha", true}}));
+}
+
+void FileIndexFlushTest::buildsOnce()
+{
+    FileIndex::build();
+    FakeFileSystem::excluded({}); // has had time to begin
+    QCOMPARE(FakeFileSystem::scanCount(), 1);
+}
+
+void FileIndexFlushTest::scanGoesDeepFirst()
+{
+    // Of the folders the one found last is the first to be walked, with all that is in it.
+    QCOMPARE(FakeFileSystem::listings(),
+             (QStringList{"", "locked", "empty", "Program", "Beta", "Alpha", "Alpha/deep"}));
+    // Hidden files are listed, and those that are called like an excluded folder.
+    QCOMPARE(indexed(),
+             (QStringList{"b.txt", "Alpha/", "Beta/", ".hidden", ".git", "node_modules.txt",
+                          "Program/", "empty/", "elsewhere/", "locked/", "Beta/three.txt",
+                          "Alpha/One.TXT", "Alpha/deep/", "Alpha/deep/two.txt"}));
+    QVERIFY(FileIndex::entries().capacity() < 2 * FileIndex::entries().size() + 50);
+}
+
+void FileIndexFlushTest::init()
+{
+    // Nothing of an earlier test is under way.
+    QVERIFY(waitFor([] { return !isFlushDue(); }));
+}
+
+void FileIndexFlushTest::cleanup()
+{
+    FakeFileSystem::release();
+}
+
+void FileIndexFlushTest::excludedPaths_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isExcluded");
+    QTest::newRow("nothing") << "" << false;
+    QTest::newRow("plain") << "a/b.txt" << false;
+    QTest::newRow("first part") << "node_modules/b.txt" << true;
+    QTest::newRow("part in the middle") << "a/.git/b" << true;
+    QTest::newRow("last part") << "a/b/__pycache__" << true;
+    QTest::newRow("only part") << ".venv" << true;
+    QTest::newRow("in capitals") << "a/APPDATA/b" << true;
+    QTest::newRow("the system's own folder") << ".Programs/b" << true;
+    QTest::newRow("a part of a name") << "a/node_modules2/b" << false;
+    QTest::newRow("with a suffix") << "a/.git.txt" << false;
+    QTest::newRow("without the dot") << "git/venv" << false;
+    QTest::newRow("empty parts") << "//a///.git//" << true;
+}
+
+void FileIndexFlushTest::excludedPaths()
+{
+    QFETCH(QString, path);
+    QTEST(FileIndex::isExcludedPath(QDir::toNativeSeparators(path)), "isExcluded");
+}
+
+void FileIndexFlushTest::watcherIsToldWhatIsExcluded()
+{
+    QCOMPARE(FakeFileSystem::excluded({"a", "AppData", ".GIT", ".programs", "gitx"}),
+             (QVector<bool>{false, true, true, true, false}));
+}
+
+void FileIndexFlushTest::singleChanges_data()
+{
+    QTest::addColumn<QString>("onDisk");
+    QTest::addColumn<int>("action");
+    QTest::addColumn<QString>("changed");
+    QTest::addColumn<int>("readyCalls");
+    const auto row = [](const char* name, const char* onDisk, Platform::FileAction action,
+                        const QString& changed, int readyCalls) {
+        QTest::newRow(name) << QString(onDisk) << static_cast<int>(action) << changed << readyCalls;
+    };
+    row("new file", "single/new.txt", Platform::FileAdded, "single/new.txt", 1);
+    row("new name", "single/other.txt", Platform::FileRenamedNewName, "single/other.txt", 1);
+    row("file that is known already", "b.txt", Platform::FileAdded, "b.txt", 0);
+    row("file that has gone again", "", Platform::FileAdded, "single/gone.txt", 0);
+    row("removed file that was never known", "", Platform::FileRemoved, "single/never.txt", 0);
+    row("old name that was never known", "", Platform::FileRenamedOldName, "single/never.txt", 0);
+    row("written file", "single/written.txt", Platform::FileModified, "single/written.txt", 0);
+    row("unknown action", "single/x.txt", Platform::FileAction(77), "single/x.txt", 0);
+    row("no action", "single/x.txt", Platform::FileAction(0), "single/x.txt", 0);
+    row("empty path", "", Platform::FileAdded, "", 0);
+    row("empty path removed", "", Platform::FileRemoved, "", 0);
+    row("file in an excluded folder", "a/node_modules/x.txt", Platform::FileAdded,
+        "a/node_modules/x.txt", 0);
+    row("file with the name of an excluded folder", "a/Node_Modules", Platform::FileAdded,
+        "a/Node_Modules", 0);
+    row("excluded folder", "a/.git/", Platform::FileAdded, "a/.git", 0);
+    row("file in the system's own folder", ".programs/x.txt", Platform::FileAdded,
+        ".programs/x.txt", 0);
+}
+
+void FileIndexFlushTest::singleChanges()
+{
+    QFETCH(QString, onDisk);
+    QFETCH(int, action);
+    QFETCH(QString, changed);
+    QFETCH(int, readyCalls);
+    FakeFileSystem::add(onDisk);
+    const QStringList before = indexed();
+    const int readyBefore = s_readyCount;
+    const Mark mark;
+    QVERIFY(flush({{{static_cast<quint32>(action), changed}}}));
+    QCOMPARE(indexed(), readyCalls == 0 ? before : before + QStringList{changed});
+    QCOMPARE(s_readyCount, readyBefore + readyCalls);
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans);
+}
+
+void FileIndexFlushTest::changesFollowTheirOrder_data()
+{
+    QTest::addColumn<Changes>("changes");
+    QTest::addColumn<QStringList>("names"); // of what is left in the folder, in the list's order
+    const quint32 add = Platform::FileAdded;
+    const quint32 remove = Platform::FileRemoved;
+    QTest::newRow("added twice") << Changes{{add, "order/a"}, {add, "order/a"}} << QStringList{"a"};
+    QTest::newRow("added and removed")
+        << Changes{{add, "order/a"}, {remove, "order/a"}} << QStringList{};
+    QTest::newRow("removed and added")
+        << Changes{{add, "order/a"}, {add, "order/b"}, {remove, "order/a"}, {add, "order/a"}}
+        << QStringList{"b", "a"};
+    QTest::newRow("removed twice")
+        << Changes{{add, "order/a"}, {remove, "order/a"}, {remove, "order/a"}} << QStringList{};
+    QTest::newRow("names of one length and ending")
+        << Changes{{add, "order/x1 and a long ending.txt"},
+                   {add, "order/x2 and a long ending.txt"},
+                   {add, "order/x3 and a long ending.txt"},
+                   {remove, "order/x2 and a long ending.txt"}}
+        << QStringList{"x1 and a long ending.txt", "x3 and a long ending.txt"};
+    QTest::newRow("case makes another file")
+        << Changes{{add, "order/a"}, {add, "order/A"}, {remove, "order/a"}} << QStringList{"A"};
+}
+
+void FileIndexFlushTest::changesFollowTheirOrder()
+{
+    QFETCH(Changes, changes);
+    FakeFileSystem::add({"order/a", "order/A", "order/b", "order/x1 and a long ending.txt",
+                         "order/x2 and a long ending.txt", "order/x3 and a long ending.txt"});
+    QVERIFY(flush({changes}));
+    const auto isInFolder = [](const QString& path) { return path.startsWith("order/"); };
+    QStringList names;
+    for (const QString& path : indexed()) {
+        if (isInFolder(path))
+            names.append(path.mid(6));
+    }
+    QTEST(names, "names");
+    for (const QString& name : std::as_const(names))
+        QVERIFY(flush({removed({"order/" + name})}));
+    const QStringList left = indexed();
+    QVERIFY(std::none_of(left.begin(), left.end(), isInFolder));
+}
+
+void FileIndexFlushTest::renamedFileGoesToTheEnd()
+{
+    FakeFileSystem::add({"rename/old.txt", "rename/last.txt"});
+    QVERIFY(flush({added({"rename/old.txt", "rename/last.txt"})}));
+    FakeFileSystem::remove("rename/old.txt");
+    FakeFileSystem::add("rename/Newer.txt");
+    // A search in between, so that there are hits that must be forgotten.
+    QCOMPARE(FileIndex::search("old", 9, FileIndex::Files).size(), 1);
+    QVERIFY(flush({{{Platform::FileRenamedOldName, "rename/old.txt"},
+                    {Platform::FileRenamedNewName, "rename/Newer.txt"}}}));
+    QVERIFY(!isIndexed("rename/old.txt"));
+    QCOMPARE(FileIndex::entries().last(), (Entry{full("rename/Newer.txt"), "newer.txt", false}));
+    QVERIFY(FileIndex::search("old.", 9, FileIndex::Files).isEmpty());
+    QCOMPARE(FileIndex::search("newer", 9, FileIndex::Files).size(), 1);
+}
+
+void FileIndexFlushTest::asManyAsTheLimitAreApplied()
+{
+    for (int i = 0; i < FileIndex::MaxIncremental; ++i)
+        FakeFileSystem::add(QString("limit/%1.txt").arg(i));
+    const Mark mark;
+    QVERIFY(flush({numbered("limit/%1.txt", FileIndex::MaxIncremental)}));
+    QVERIFY(isIndexed("limit/0.txt"));
+    QVERIFY(isIndexed("limit/31.txt"));
+    // The folder isn't there, as nobody told of it: no scan has been made.
+    QVERIFY(!isIndexed("limit/"));
+    QCOMPARE(s_readyCount, mark.ready + 1);
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans);
+}
+
+void FileIndexFlushTest::moreThanTheLimitIsAScan()
+{
+    FakeFileSystem::add("beyond/first.txt");
+    const Mark mark;
+    FakeFileSystem::hold();
+    QVERIFY(flush(
+        {numbered("beyond/%1.txt", FileIndex::MaxIncremental) + added({"beyond/first.txt"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QVERIFY(!isIndexed("beyond/first.txt")); // not applied one by one
+    FakeFileSystem::release();
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("beyond/first.txt"));
+    QVERIFY(isIndexed("beyond/"));
+    QVERIFY(!isFlushDue());
+}
+
+void FileIndexFlushTest::batchesAddUp()
+{
+    FakeFileSystem::add("sum/x.txt");
+    const Mark mark;
+    QVERIFY(flush({numbered("sum/%1.txt", 20), numbered("sum/%1.txt", 12), added({"sum/x.txt"})}));
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("sum/"));
+
+    // They are gone then: a few more are applied again.
+    FakeFileSystem::add("sum/y.txt");
+    QVERIFY(flush({added({"sum/y.txt"})}));
+    QCOMPARE(FileIndex::entries().last().path, full("sum/y.txt"));
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans + 1);
+}
+
+void FileIndexFlushTest::everyBatchRestartsTheTimer()
+{
+    FakeFileSystem::add({"quiet/a.txt", "quiet/b.txt"});
+    FakeFileSystem::report({added({"quiet/a.txt"})});
+    QVERIFY(waitFor(isFlushDue));
+    QTimer* timer = coalesceTimer();
+    QVERIFY(timer->isSingleShot());
+    QCOMPARE(timer->interval(), FileIndex::CoalesceMs);
+    const auto isHalfOver = [timer] { return timer->remainingTime() <= FileIndex::CoalesceMs / 2; };
+    QVERIFY(waitFor(isHalfOver));
+    FakeFileSystem::report({added({"quiet/b.txt"})});
+    QVERIFY(waitFor([&] { return timer->isActive() && !isHalfOver(); }));
+    QVERIFY(!isIndexed("quiet/a.txt"));
+    QVERIFY(waitFor([] { return isIndexed("quiet/b.txt"); }));
+    QVERIFY(isIndexed("quiet/a.txt"));
+}
+
+void FileIndexFlushTest::foldersCauseAScan_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("action");
+    QTest::newRow("new") << "folders/new" << int(Platform::FileAdded);
+    QTest::newRow("new name") << "folders/renamed" << int(Platform::FileRenamedNewName);
+    QTest::newRow("removed") << "folders/new" << int(Platform::FileRemoved);
+    QTest::newRow("old name") << "folders/renamed" << int(Platform::FileRenamedOldName);
+}
+
+void FileIndexFlushTest::foldersCauseAScan()
+{
+    QFETCH(QString, folder);
+    QFETCH(int, action);
+    const bool isNew = action == Platform::FileAdded || action == Platform::FileRenamedNewName;
+    if (isNew)
+        FakeFileSystem::add(folder + "/within.txt");
+    else
+        FakeFileSystem::remove(folder);
+    const Mark mark;
+    QVERIFY(flush({{{static_cast<quint32>(action), folder}}}));
+    QVERIFY(hasScannedSince(mark));
+    QCOMPARE(isIndexed(folder + '/'), isNew);
+    QCOMPARE(isIndexed(folder + "/within.txt"), isNew);
+    QVERIFY(!isFlushDue());
+}
+
+void FileIndexFlushTest::overflowCausesAScan()
+{
+    FakeFileSystem::add("overflow/x.txt");
+    const Mark mark;
+    FakeFileSystem::reportOverflow();
+    // Changes beside it aren't looked at, however few.
+    QVERIFY(flush({added({"overflow/x.txt"})}));
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("overflow/"));
+    // It is over with one scan.
+    FakeFileSystem::add("overflow/y.txt");
+    QVERIFY(flush({added({"overflow/y.txt"})}));
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans + 1);
+}
+
+void FileIndexFlushTest::changesBeforeAFolderStandUntilTheScan()
+{
+    FakeFileSystem::add({"stop/a.txt", "stop/b.txt", "stop/c.txt"});
+    QVERIFY(flush({added({"stop/a.txt", "stop/b.txt", "stop/c.txt"})}));
+    const qsizetype count = FileIndex::entries().size();
+    QCOMPARE(FileIndex::search("c.txt", 9, FileIndex::Files).size(), 1);
+    FakeFileSystem::remove("stop/a.txt");
+    FakeFileSystem::remove("stop/b.txt");
+    FakeFileSystem::add("stop/folder/");
+    const Mark mark;
+    FakeFileSystem::hold();
+    QVERIFY(flush({removed({"stop/a.txt"}) + added({"stop/folder"}) + removed({"stop/b.txt"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QCOMPARE(FileIndex::entries().size(), count - 1);
+    QVERIFY(!isIndexed("stop/a.txt"));
+    QVERIFY(isIndexed("stop/b.txt")); // behind the folder
+    QCOMPARE(s_readyCount, mark.ready);
+    // What was found before stands elsewhere in the list by now.
+    QCOMPARE(FileIndex::search("c.txt", 9, FileIndex::Files),
+             (QVector<Entry>{{full("stop/c.txt"), "c.txt", false}}));
+    FakeFileSystem::release();
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(!isIndexed("stop/b.txt"));
+    QVERIFY(isIndexed("stop/folder/"));
+}
+
+void FileIndexFlushTest::changesDuringAScanAreDropped()
+{
+    const Mark mark;
+    FakeFileSystem::add("during/");
+    FakeFileSystem::hold();
+    QVERIFY(flush({added({"during"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QVERIFY(flush({removed({"b.txt"})}));
+    QVERIFY(isIndexed("b.txt"));
+    QCOMPARE(s_readyCount, mark.ready);
+    QVERIFY(flush({numbered("during/%1.txt", 40)}));
+    FakeFileSystem::reportOverflow();
+    QVERIFY(flush({}));
+    FakeFileSystem::release();
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("b.txt"));
+    // Neither the number nor the overflow is left over for the next flush.
+    FakeFileSystem::add("during/late.txt");
+    QVERIFY(flush({added({"during/late.txt"})}));
+    QCOMPARE(FileIndex::entries().last().path, full("during/late.txt"));
+    QCOMPARE(s_readyCount, mark.ready + 2);
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans + 1);
+}
+
+void FileIndexFlushTest::oldListServesDuringAScan()
+{
+    const Mark mark;
+    const QStringList before = indexed();
+    FakeFileSystem::add("serving/x.txt");
+    FakeFileSystem::hold();
+    QVERIFY(flush({added({"serving"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QVERIFY(FileIndex::isReady());
+    QCOMPARE(indexed(), before);
+    QCOMPARE(FileIndex::search("one.txt", 9, FileIndex::Files).size(), 1);
+    FakeFileSystem::release();
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("serving/x.txt"));
+}
+
+void FileIndexFlushTest::deliveryIsCompleteWhenItIsTold()
+{
+    // Within the call the list is the new one, nothing is remembered of the old one, and a scan
+    // may begin again.
+    const Mark mark;
+    FakeFileSystem::add("told/news.txt");
+    QVERIFY(FileIndex::search("news", 9, FileIndex::Files).isEmpty());
+    QVector<Entry> found;
+    FileIndex::setOnReady([&found] {
+        ++s_readyCount;
+        found = FileIndex::search("news.txt", 9, FileIndex::Files);
+    });
+    QVERIFY(flush({added({"told"})}));
+    QVERIFY(hasScannedSince(mark));
+    QCOMPARE(found, (QVector<Entry>{{full("told/news.txt"), "news.txt", false}}));
+    FileIndex::setOnReady([] { ++s_readyCount; });
+}
+
+void FileIndexFlushTest::callbackMayBeReplacedWithinACall()
+{
+    const int ready = s_readyCount;
+    const auto guard = std::make_shared<int>(0);
+    FileIndex::setOnReady([guard] {
+        FileIndex::setOnReady({});
+        ++*guard;
+        ++s_readyCount;
+    });
+    FakeFileSystem::add({"replace/a.txt", "replace/b.txt"});
+    QVERIFY(flush({added({"replace/a.txt"})}));
+    QCOMPARE(s_readyCount, ready + 1);
+    QCOMPARE(guard.use_count(), 1);
+    // None is as good as any.
+    QVERIFY(flush({added({"replace/b.txt"})}));
+    QVERIFY(isIndexed("replace/b.txt"));
+    QCOMPARE(s_readyCount, ready + 1);
+    FileIndex::setOnReady([] { ++s_readyCount; });
+}
+
+namespace
+{
+
+void print(const QString& line)
+{
+    QTextStream(stdout) << line << '\n';
+}
+
+void startIndex()
+{
+    FakeFileSystem::add({"A.txt", "b.txt"});
+    FileIndex::setOnReady([] { ++s_readyCount; });
+    FileIndex::build();
+}
+
+int runIgnoringCase(const QStringList&)
+{
+    FakeFileSystem::setCaseSensitivity(Qt::CaseInsensitive);
+    startIndex();
+    if (!waitFor(&FileIndex::isReady))
+        return 1;
+    FakeFileSystem::add("C.txt");
+    // Known under another case: nothing to add. Removed under another case: it goes.
+    if (!flush({added({"a.TXT", "c.txt"}) + removed({"B.TXT"})}))
+        return 1;
+    print(indexed().join(' '));
+    return 0;
+}
+
+int runWithoutWatcher(const QStringList&)
+{
+    FakeFileSystem::refuseWatcher();
+    startIndex();
+    if (!waitFor(&FileIndex::isReady))
+        return 1;
+    print(indexed().join(' '));
+    print(FakeFileSystem::isWatching() ? "watching" : "not watching");
+    QTimer::singleShot(0, &QCoreApplication::quit);
+    return QCoreApplication::exec();
+}
+
+int runWithBrokenWatch(const QStringList&)
+{
+    startIndex();
+    if (!waitFor(&FileIndex::isReady) || !waitFor(&FakeFileSystem::isWatching))
+        return 1;
+    FakeFileSystem::breakWatch();
+    FakeFileSystem::report({}); // wakes it
+    if (!waitFor([] { return FakeFileSystem::busyCount() == 0; }))
+        return 1;
+    print(FileIndex::search("a", 9, FileIndex::Files).isEmpty() ? "nothing" : "found");
+    QTimer::singleShot(0, &QCoreApplication::quit);
+    return QCoreApplication::exec();
+}
+
+/// What is left after the application: nothing may have been started or still be running.
+void printRest()
+{
+    print(QString("%1 busy, %2 scans")
+              .arg(FakeFileSystem::busyCount())
+              .arg(FakeFileSystem::scanCount()));
+}
+
+int quitApplication()
+{
+    QTimer::singleShot(0, &QCoreApplication::quit);
+    const int code = QCoreApplication::exec();
+    // What was still on its way arrives at an index that has come to its end.
+    QCoreApplication::sendPostedEvents();
+    if (isFlushDue())
+        coalesceTimer()->start(0);
+    return waitFor([] { return !isFlushDue(); }) ? code : 1;
+}
+
+int runQuit(const QStringList& arguments)
+{
+    const QString& when = arguments.first();
+    // Routines run in the opposite order, so this one comes behind the index's own.
+    qAddPostRoutine(printRest);
+    if (when == "a scan is stuck" || when == "a scan ends meanwhile")
+        FakeFileSystem::hold();
+    if (when == "a scan ends meanwhile") {
+        // Before the index is told, which then waits for the thread.
+        QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
+                         &FakeFileSystem::release);
+    }
+    startIndex();
+    if (when == "the loop never ran")
+        return 0;
+    if (when == "a scan is stuck")
+        return waitFor(&FakeFileSystem::isHeld) ? quitApplication() : 1;
+    if (when == "a scan has just begun")
+        return quitApplication();
+    if (when == "a scan ends meanwhile") {
+        const int code = waitFor(&FakeFileSystem::isHeld) ? quitApplication() : 1;
+        print(FileIndex::isReady() ? "delivered" : "not delivered");
+        return code;
+    }
+    if (!waitFor(&FileIndex::isReady))
+        return 1;
+    if (when == "changes are reported without end")
+        FakeFileSystem::reportWithoutEnd(added({"b.txt"}));
+    if (when == "a flush is due" || when == "changes are reported without end") {
+        FakeFileSystem::reportOverflow();
+        if (!waitFor(isFlushDue))
+            return 1;
+    }
+    return quitApplication();
+}
+
+} // namespace
+
+void FileIndexFlushTest::caseIsIgnoredWhereTheSystemDoes()
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("ignoring case", {});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(QString(outcome.output), "A.txt c.txt\n");
+}
+
+void FileIndexFlushTest::withoutAWatcherTheIndexStandsStill()
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("without watcher", {});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(QString(outcome.output), "A.txt b.txt\nnot watching\n");
+}
+
+void FileIndexFlushTest::brokenWatchLeavesTheIndexUsable()
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("broken watch", {});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(QString(outcome.output), "found\n");
+}
+
+void FileIndexFlushTest::quit_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("leastMs");
+    const QString clean = "0 busy, 1 scans\n";
+    QTest::newRow("the index is at rest") << clean << 0;
+    QTest::newRow("a scan has just begun") << clean << 0;
+    QTest::newRow("a scan ends meanwhile") << "not delivered\n" + clean << 0;
+    QTest::newRow("a flush is due") << clean << 0;
+    QTest::newRow("changes are reported without end") << clean << 0;
+    QTest::newRow("the loop never ran") << clean << 0;
+    // Both the threads get their time, and then the process goes its way.
+    QTest::newRow("a scan is stuck") << "1 busy, 1 scans\n" << int(FileIndex::ShutdownWaitMs);
+}
+
+void FileIndexFlushTest::quit()
+{
+    QFETCH(int, leastMs);
+    QElapsedTimer timer;
+    timer.start();
+    const FreshProcess::Outcome outcome = FreshProcess::run("quit", {QTest::currentDataTag()});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QTEST(QString(outcome.output), "output");
+    QVERIFY(timer.elapsed() >= leastMs);
+}
+
+int main(int argc, char** argv)
+{
+    if (FreshProcess::isTask(argc, argv)) {
+        return FreshProcess::runTask(argc, argv,
+                                     {{"ignoring case", runIgnoringCase},
+                                      {"without watcher", runWithoutWatcher},
+                                      {"broken watch", runWithBrokenWatch},
+                                      {"quit", runQuit}});
+    }
+    FileIndexFlushTest::initMain();
+    FileIndex::build(); // too early, and without effect
+    s_isBuiltWithoutApplication = FakeFileSystem::scanCount() > 0;
+    const QApplication application(argc, argv);
+    FileIndexFlushTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_fileindexflush.moc"
