@@ -6,8 +6,8 @@
 #include "platform/linux/Keymap.h"
 #include "platform/linux/X11.h"
 
-#include <QCoreApplication>
 #include <QDebug>
+#include <QList>
 #include <QTimer>
 #include <QVector>
 
@@ -25,6 +25,11 @@ namespace
 // Longer than any auto-repeat delay or interval: a press that comes later is a new one, even if the
 // release in between never reached this client.
 constexpr xcb_timestamp_t kLongestRepeatMs = 2000;
+
+// Another program that follows the same change of the keyboard map may hold a key for a moment that
+// is ours from now on.
+constexpr int kRegrabAttempts = 10;
+constexpr int kRegrabPauseMs = 200;
 
 struct Grab
 {
@@ -55,6 +60,8 @@ public:
         const xcb_query_extension_reply_t* xkb = xcb_get_extension_data(connection, &xcb_xkb_id);
         if (xkb && xkb->present)
             m_xkbEvent = xkb->first_event;
+        m_regrabTimer.setSingleShot(true);
+        m_regrabTimer.callOnTimeout([this] { regrab(); });
     }
 
     ~X11HotkeyBackend() override
@@ -245,17 +252,16 @@ private:
         const bool isXkbMap =
             type != XCB_MAPPING_NOTIFY &&
             (event->pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || event->pad0 == XCB_XKB_MAP_NOTIFY);
-        if (!(isCoreKeyboard || isXkbMap) || m_isRegrabPending)
+        if (!isCoreKeyboard && !isXkbMap)
             return;
         // A change of layout comes as a burst of events; one pass behind the last of them is
         // enough.
-        m_isRegrabPending = true;
-        QTimer::singleShot(0, qApp, [this] { regrab(); });
+        m_regrabsLeft = kRegrabAttempts;
+        m_regrabTimer.start(0);
     }
 
     void regrab()
     {
-        m_isRegrabPending = false;
         const Keymap keymap = Keymap::read(m_connection);
         // What stays where it was isn't let go for a moment: a press in that moment would be lost.
         const bool areLocksSame = keymap.lockVariants == m_keymap.lockVariants;
@@ -264,13 +270,19 @@ private:
                 ungrab(registration);
         }
         m_keymap = keymap;
+        QList<int> refused;
         for (Registration& registration : m_registrations) {
             if (registration.grabs.isEmpty() && !grab(registration))
-                qDebug()
-                    << "X11HotkeyBackend: Gagal mendaftarkan hotkey setelah peta tombol berubah:"
-                    << registration.id;
+                refused.append(registration.id);
         }
         xcb_flush(m_connection);
+        if (refused.isEmpty())
+            return;
+        if (--m_regrabsLeft > 0)
+            m_regrabTimer.start(kRegrabPauseMs);
+        else
+            qDebug() << "X11HotkeyBackend: Gagal mendaftarkan hotkey setelah peta tombol berubah:"
+                     << refused;
     }
 
     static constexpr int NobodysId = -1;
@@ -285,7 +297,8 @@ private:
     xcb_timestamp_t m_heldSince = 0;
     bool m_isReleased = false;
     xcb_timestamp_t m_releasedAt = 0;
-    bool m_isRegrabPending = false;
+    QTimer m_regrabTimer;
+    int m_regrabsLeft = 0;
 };
 
 /// For a display without system-wide hotkeys.
