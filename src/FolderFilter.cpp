@@ -6,9 +6,6 @@
 #include "StorageManager.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonValue>
@@ -94,11 +91,7 @@ void FolderFilter::load()
         return;
     // Set first, so that a file that is missing or broken is tried only once.
     s_loaded = true;
-    QFile file(filePath());
-    // A pipe would block and a device never end, so only a regular file counts as readable.
-    const bool isReadable = QFileInfo(file).isFile() && file.size() <= MaxFileBytes;
-    if (isReadable && file.open(QIODevice::ReadOnly))
-        list() = fromBytes(file.readAll());
+    list() = fromBytes(readFile(filePath(), MaxFileBytes));
 }
 
 void FolderFilter::save()

@@ -239,3 +239,10 @@ bool replaceFile(const QString& filePath, const QByteArray& content)
         file.cancelWriting();
     return file.commit();
 }
+
+QByteArray readFile(const QString& filePath, qint64 maxBytes)
+{
+    QFile file(filePath);
+    const bool isReadable = QFileInfo(filePath).isFile() && file.size() <= maxBytes;
+    return isReadable && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -14,6 +14,10 @@
 /// it was. A symbolic link stays one; the file it points to is replaced.
 bool replaceFile(const QString& filePath, const QByteArray& content);
 
+/// The content of a regular file of at most `maxBytes`; empty for any other, since a pipe would
+/// block and a device never end, and for one that can't be read.
+QByteArray readFile(const QString& filePath, qint64 maxBytes);
+
 /// Finds the data directory and carries the document between memory and "data.json".
 /// No state, GUI thread; shows nothing to the user and writes nothing to the log.
 class StorageManager

@@ -7,9 +7,6 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QIODevice>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -106,11 +103,7 @@ void UsageStats::load()
         return;
     // Set first, so that a file that is missing or broken is tried only once.
     s_loaded = true;
-    QFile file(filePath());
-    // A pipe would block and a device never end, so only a regular file counts as readable.
-    const bool isReadable = QFileInfo(file).isFile() && file.size() <= MaxFileBytes;
-    if (isReadable && file.open(QIODevice::ReadOnly))
-        stats() = fromBytes(file.readAll());
+    stats() = fromBytes(readFile(filePath(), MaxFileBytes));
 }
 
 void UsageStats::save()
