@@ -216,7 +216,9 @@ void FileIndex::forgetNarrowing()
 
 void FileIndex::shutdown()
 {
-    s_cancel = true;
+    // Both ends of an application call this; a thread that is stuck is waited for only once.
+    if (s_cancel.exchange(true))
+        return;
     if (s_watcher)
         s_watcher->stop();
     for (const QPointer<QThread>& thread : {s_scanThread, s_watchThread}) {
@@ -298,6 +300,8 @@ void FileIndex::deliver(QVector<Entry>&& found)
     forgetNarrowing();
     s_ready = true;
     s_scanning = false;
+    if (s_watcher)
+        s_watcher->allowWalk();
     // To free a million names takes many times as long as a frame.
     if (!outdated->isEmpty())
         QThreadPool::globalInstance()->start([outdated = std::move(outdated)] { *outdated = {}; });
@@ -440,7 +444,7 @@ bool FileIndex::applyChange(const Change& change)
 
 bool FileIndex::addPath(const QString& full)
 {
-    switch (Platform::kindOfPath(full)) {
+    switch (Platform::kindOfPath(full, rootPath())) {
     case Platform::PathKind::Missing:
         return false;
     case Platform::PathKind::Directory:

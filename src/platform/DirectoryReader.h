@@ -47,8 +47,9 @@ public:
     virtual bool list(const QString& directory, const Visitor& visit) = 0;
 };
 
-/// What stands at an absolute path with native separators. Any thread.
-PathKind kindOfPath(const QString& path);
+/// What a walk that begins at `root` would list at an absolute path, which lies below it; both with
+/// native separators. Any thread.
+PathKind kindOfPath(const QString& path, const QString& root);
 
 /// Name of the folder in a home directory in which programs keep their own files, which nobody
 /// searches for.

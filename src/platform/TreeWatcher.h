@@ -49,8 +49,15 @@ public:
     static std::unique_ptr<TreeWatcher> create();
 
     /// Watches the tree and calls the handlers, all on the calling thread, until `stop()` is called
-    /// or the watch fails for good. Blocks, without waking up while nothing happens. Once only.
+    /// or the watch fails for good. Blocks, without waking up while nothing happens; only where it
+    /// can't begin for want of means it tries again every few seconds. Once only.
+    /// Where the system watches no whole trees, `run()` has to walk through it first, which it
+    /// leaves until `allowWalk()`; if anything changed in the meantime, it tells an overflow.
     virtual void run(const QString& root, const Handlers& handlers) = 0;
+
+    /// Lets `run()` walk through the tree, also one that has yet to begin. To be called when the
+    /// tree has been read, which would take twice as long beside the walk. Any thread.
+    virtual void allowWalk() = 0;
 
     /// Ends `run()`, also one that has yet to begin. Any thread.
     virtual void stop() = 0;

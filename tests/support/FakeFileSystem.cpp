@@ -43,7 +43,9 @@ struct State
 
     bool isRefused = false;
     bool isBroken = false;
+    bool isStuck = false;
     bool isStopped = false;
+    bool isWalkAllowed = false;
     bool isWatching = false;
     QVector<std::function<void(const Platform::TreeWatcher::Handlers&)>> orders; ///< to the watch
     FakeFileSystem::Changes endless;
@@ -137,7 +139,7 @@ public:
         Q_UNUSED(root)
         std::unique_lock lock(state().mutex);
         state().isWatching = true;
-        while (!state().isBroken && !state().isStopped) {
+        while (!state().isBroken && (state().isStuck || !state().isStopped)) {
             if (state().orders.isEmpty() && state().endless.isEmpty()) {
                 state().hasChanged.wait(lock);
                 continue;
@@ -157,6 +159,12 @@ public:
                 state().hasChanged.wait_for(lock, std::chrono::milliseconds(1));
         }
         state().isWatching = false;
+    }
+
+    void allowWalk() override
+    {
+        const std::lock_guard lock(state().mutex);
+        state().isWalkAllowed = true;
     }
 
     void stop() override
@@ -261,9 +269,19 @@ void FakeFileSystem::breakWatch()
     with([] { state().isBroken = true; });
 }
 
+void FakeFileSystem::jamWatch()
+{
+    with([] { state().isStuck = true; });
+}
+
 bool FakeFileSystem::isWatching()
 {
     return with([] { return state().isWatching; });
+}
+
+bool FakeFileSystem::isWalkAllowed()
+{
+    return with([] { return state().isWalkAllowed; });
 }
 
 void FakeFileSystem::report(const QVector<Changes>& batches)
@@ -325,7 +343,7 @@ std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(con
     return std::make_unique<FakeReader>(root);
 }
 
-Platform::PathKind Platform::kindOfPath(const QString& path)
+Platform::PathKind Platform::kindOfPath(const QString& path, const QString& /*root*/)
 {
     const QString root =
         native(QStandardPaths::writableLocation(QStandardPaths::HomeLocation)) + QDir::separator();

@@ -50,7 +50,11 @@ public:
     static void refuseWatcher();
     /// Ends the watch as if it had failed, at once or when it begins.
     static void breakWatch();
+    /// Lets the watch go on whoever stops it, as long as the process lives.
+    static void jamWatch();
     static bool isWatching();
+    /// Whether the watch has been told that it may walk through the tree.
+    static bool isWalkAllowed();
     /// Has the watch thread report changes. \param changes as many calls as there are lists.
     static void report(const QVector<Changes>& batches);
     static void reportOverflow();

@@ -41,6 +41,7 @@ public:
         if (!m_watcher)
             return;
         m_thread.reset(QThread::create([this, handlers] { m_watcher->run(m_root, handlers); }));
+        m_watcher->allowWalk();
         m_thread->start();
     }
     ~WatchRun()

@@ -298,8 +298,8 @@ void DirectoryReaderTest::kindOfPath()
     QFETCH(QString, rel);
     makeDirectory("dir/.hidden");
     makeFile("dir/file");
-    QTEST(Platform::kindOfPath(path(rel)), "kind");
-    QCOMPARE(Platform::kindOfPath(QString()), PathKind::Missing);
+    QTEST(Platform::kindOfPath(path(rel), root()), "kind");
+    QCOMPARE(Platform::kindOfPath(QString(), root()), PathKind::Missing);
 }
 
 void DirectoryReaderTest::programDataFolderIsAName()

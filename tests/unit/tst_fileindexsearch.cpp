@@ -39,6 +39,7 @@ private slots:
     void tierBeatsUsageBeatsLength();
     void otherwiseTheOrderOfTheListStays();
     void poolOfATierIsLimited();
+    void longerQueryLooksAtTheHitsAlone();
     void rejectedEntriesTakeNoPlaceInThePool();
     void chosenFolderItselfIsNoResult();
     void typingAndErasing();
@@ -158,6 +159,7 @@ void FileIndexSearchTest::initTestCase()
     FakeFileSystem::add({"used/zebra", "used/zebra crossing", "used/my zebra", "used/zebra ab",
                          "used/zebra cd", "used/zebra e"});
     FakeFileSystem::add({"same/quail 1", "same/quail 2", "same/quail 3"});
+    FakeFileSystem::add("typed/lark one");
     FakeFileSystem::add(poolPaths("pool", "inner vulture %1"));
     FakeFileSystem::add(poolPaths("pool", "vulture %1"));
     FakeFileSystem::add("pool/vulture");
@@ -272,6 +274,7 @@ void FileIndexSearchTest::otherwiseTheOrderOfTheListStays()
 void FileIndexSearchTest::poolOfATierIsLimited()
 {
     const QStringList all = found("vulture");
+    QCOMPARE(FileIndex::PoolPerTier, 200);
     QCOMPARE(all.size(), 1 + 2 * FileIndex::PoolPerTier);
     QCOMPARE(all.first(), "vulture");
     QCOMPARE(all.at(1), "vulture 0000");
@@ -283,6 +286,34 @@ void FileIndexSearchTest::poolOfATierIsLimited()
     const QString last = "vulture " + padded(FileIndex::PoolPerTier - 1);
     UsageStats::record(full("pool/" + last));
     QCOMPARE(found("vulture").at(1), last);
+}
+
+void FileIndexSearchTest::longerQueryLooksAtTheHitsAlone()
+{
+    // Which entries a search looks at shows in one that comes in behind its back. The index itself
+    // never has that: whatever changes the list makes it forget the hits.
+    QCOMPARE(found("lark"), QStringList{"lark one"});
+    auto& entries = const_cast<QVector<Entry>&>(FileIndex::entries()); // not const over there
+    entries.append({full("typed/lark other"), "lark other", false});
+    const QStringList both{"lark one", "lark other"};
+
+    QCOMPARE(found("lark"), QStringList{"lark one"});
+    QCOMPARE(found("lark", FileIndex::Folders), QStringList());
+    QCOMPARE(found(" Lark O"), QStringList{"lark one"});
+    QCOMPARE(found("lark ot"), QStringList());
+    // Shorter than the last one, so that all are looked at, though it is longer than the first.
+    QCOMPARE(found("lark o"), both);
+    QCOMPARE(found("lark ot"), QStringList{"lark other"});
+
+    // Nor does one go on from a query that it has at its end.
+    QCOMPARE(found("lark"), both);
+    entries.append({full("typed/a lark"), "a lark", false});
+    QCOMPARE(found("a lark"), QStringList{"a lark"});
+    QCOMPARE(found("lark"), both + QStringList{"a lark"});
+
+    entries.resize(entries.size() - 2);
+    FileIndex::forgetNarrowing();
+    QCOMPARE(found("lark"), QStringList{"lark one"});
 }
 
 void FileIndexSearchTest::rejectedEntriesTakeNoPlaceInThePool()

@@ -14,13 +14,20 @@
 #include <QImage>
 #include <QMap>
 #include <QProcess>
+#include <QScopeGuard>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
+#include <cstdarg>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/fsuid.h>
@@ -28,9 +35,11 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+using Platform::CurrentMounts;
 using Platform::DirectoryItem;
 using Platform::DirectoryReader;
 using Platform::MountTable;
@@ -61,6 +70,7 @@ private slots:
     void deeperThanOpenFilesAllow();
     void directoryVanishesWhileItIsRead();
     void unreadableDirectories();
+    void fileSystemThatTellsNoTypes();
     void rootOfTheFileSystem();
     void pathsThatAreNone_data();
     void pathsThatAreNone();
@@ -70,11 +80,16 @@ private slots:
     void brokenMountTable();
     void mountsBelow();
     void topmostMountCounts();
+    void waysThroughRemoteMounts_data();
+    void waysThroughRemoteMounts();
+    void noDescriptorForTheMounts();
     void linksIntoRemoteMounts_data();
     void linksIntoRemoteMounts();
     void homeOnTheNetwork();
     void deadMountIsNotTouched_data();
     void deadMountIsNotTouched();
+    void mountedMeanwhile_data();
+    void mountedMeanwhile();
     void iconsOfTheTheme_data();
     void iconsOfTheTheme();
 
@@ -95,6 +110,50 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_root;
 };
+
+namespace
+{
+
+std::atomic<bool> s_areTypesBlank{false};
+std::atomic<bool> s_areMountsBarred{false}; ///< no descriptor is left for them
+QByteArray s_vanishing; ///< a file that goes as soon as its name is read; empty for none
+
+void blankTypes(char* entries, ssize_t size)
+{
+    for (ssize_t offset = 0; offset < size;) {
+        auto* entry = reinterpret_cast<dirent64*>(entries + offset);
+        entry->d_type = DT_UNKNOWN;
+        offset += entry->d_reclen;
+    }
+}
+
+} // namespace
+
+/// Stands in for the system's own, to be a file system that leaves types out of its directories.
+extern "C" ssize_t getdents64(int directory, void* buffer, size_t size) noexcept
+{
+    const ssize_t filled = ::syscall(SYS_getdents64, directory, buffer, size);
+    if (s_areTypesBlank)
+        blankTypes(static_cast<char*>(buffer), filled);
+    if (!s_vanishing.isEmpty())
+        ::unlink(s_vanishing.constData());
+    return filled;
+}
+
+/// Stands in for the system's own too. Taking all descriptors instead would leave none for the
+/// sanitizers either.
+extern "C" int openat(int directory, const char* path, int flags, ...)
+{
+    if (s_areMountsBarred && std::string_view(path) == "/proc/self/mountinfo") {
+        errno = EMFILE;
+        return -1;
+    }
+    va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return static_cast<int>(::syscall(SYS_openat, directory, path, flags, mode));
+}
 
 namespace
 {
@@ -181,13 +240,15 @@ FreshProcess::Outcome runInNamespace(const QString& task, const QStringList& arg
 }
 
 /// Mounts a file system whose program never answers: whoever touches it waits for ever.
+/// \param path a directory, or a file, which gets a file system of one file.
 /// \returns the connection to it, not open if it can't be had.
-Platform::FileDescriptor mountDead(const QString& directory)
+Platform::FileDescriptor mountDead(const QString& path)
 {
     Platform::FileDescriptor device(::open("/dev/fuse", O_RDWR | O_CLOEXEC));
-    const QByteArray options =
-        "fd=" + QByteArray::number(device.get()) + ",rootmode=40000,user_id=0,group_id=0";
-    const QByteArray target = QFile::encodeName(directory);
+    const QByteArray options = "fd=" + QByteArray::number(device.get()) +
+                               ",rootmode=" + (QFileInfo(path).isDir() ? "40000" : "100000") +
+                               ",user_id=0,group_id=0";
+    const QByteArray target = QFile::encodeName(path);
     if (device.isOpen() &&
         ::mount("dead", target.constData(), "fuse.dead", 0, options.constData()) == 0)
         return device;
@@ -199,6 +260,13 @@ int canMountDead(const QStringList& arguments)
     return mountDead(arguments.at(0)).isOpen() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+/// Not every system lets a user mount something.
+bool canMount()
+{
+    const QTemporaryDir mountPoint;
+    return runInNamespace("canMountDead", {mountPoint.path()}).exitCode == EXIT_SUCCESS;
+}
+
 void printListing(const QString& root)
 {
     const Listing listing = listingOf(root);
@@ -206,32 +274,152 @@ void printListing(const QString& root)
         std::printf("%s %d%d\n", qPrintable(it.key()), it->isDir, it->enter);
 }
 
-/// Reads and watches a tree with a dead mount in it, which is there before or comes later.
+void printKind(const QString& rel, const QString& root)
+{
+    switch (Platform::kindOfPath(root + '/' + rel, root)) {
+    case PathKind::Missing:
+        std::putchar('M');
+        break;
+    case PathKind::File:
+        std::putchar('F');
+        break;
+    case PathKind::Directory:
+        std::putchar('D');
+    }
+}
+
+/// Reads and watches a tree with dead mounts in it, which are there before or come later.
 int lookAtDeadMount(const QStringList& arguments)
 {
     const QString root = arguments.at(0);
-    const QString dead = root + "/dead";
-    Platform::FileDescriptor connection;
-    const bool comesLater = arguments.at(1) == "later";
-    if (!comesLater)
-        connection = mountDead(dead);
+    const QString when = arguments.at(1);
+    std::vector<Platform::FileDescriptor> connections;
+    const auto mountBoth = [&] {
+        connections.push_back(mountDead(root + "/dead"));
+        connections.push_back(mountDead(root + "/dead file"));
+        return connections.at(0).isOpen() && connections.at(1).isOpen();
+    };
+    s_areTypesBlank = when == "before, without types";
+    if (when.startsWith("before") && !mountBoth())
+        return 1;
     WatchRun watch(root);
     if (!watch.isWatched("alive"))
         return 2;
-    if (comesLater) {
+    if (when == "later") {
         watch.forget();
-        connection = mountDead(dead);
         // Nothing tells of what is in a mount, so it is all to be read anew.
-        if (!QTest::qWaitFor([&] { return watch.overflows() == 1; }, 10000))
+        if (!mountBoth() || !QTest::qWaitFor([&] { return watch.overflows() > 0; }, 10000))
             return 3;
     }
-    if (!connection.isOpen() || !QDir().mkpath(root + "/alive/new") ||
-        !watch.isWatched("alive/new"))
+    if (!QDir().mkpath(root + "/alive/new") || !watch.isWatched("alive/new"))
         return 4;
     printListing(root);
-    std::printf("%d %d", Platform::kindOfPath(root + "/into") == PathKind::Missing,
-                Platform::kindOfPath(root + "/through") == PathKind::Missing);
+    for (const char* rel :
+         {"dead", "dead/below", "dead/below/file", "dead file", "into", "through", "through/below"})
+        printKind(rel, root);
+    for (const char* rel : {"dead", "dead/below"})
+        printKind(rel, root + "/home");
     return 0;
+}
+
+/// Scans a tree in which something is mounted when the scan knows of it but hasn't come to it yet.
+int scanWhileMounting(const QStringList& arguments)
+{
+    const QString root = arguments.at(0);
+    const auto reader = DirectoryReader::create(root);
+    Listing listing;
+    listInto(*reader, root, listing);
+    Platform::FileDescriptor connection;
+    if (arguments.at(1) == "mount") {
+        connection = mountDead(root + "/dead");
+        if (!connection.isOpen())
+            return 1;
+    }
+    for (int i = 0; i < 64; ++i) {
+        if (!listInto(*reader, root + "/alive", listing))
+            return 2;
+    }
+    const bool isListed = listInto(*reader, root + "/dead", listing);
+    std::printf("%d%d", isListed, listInto(*reader, root + "/dead/inner", listing));
+    return 0;
+}
+
+/// Has events of a directory wait until the way to it leads into a dead mount.
+int watchWhileMounting(const QStringList& arguments)
+{
+    const QString root = arguments.at(0);
+    const QString way = arguments.at(1);
+    const QString directory = root + "/dead";
+    const QString name = directory + "/inner/file";
+    Platform::FileDescriptor connection;
+    if (way == "link")
+        connection = mountDead(root + "/other");
+    std::atomic<bool> isHeld{false};
+    QSemaphore hasCome;
+    QSemaphore mayGo;
+    WatchRun watch(root, [&] {
+        if (isHeld.exchange(false)) {
+            hasCome.release();
+            mayGo.acquire();
+        }
+    });
+    if (!watch.isWatched("dead/inner"))
+        return 2;
+    watch.forget();
+    isHeld = true;
+    if (!QDir().mkdir(directory + "/blocks"))
+        return 3;
+    hasCome.acquire();
+    // A file that moves is looked for, and so is a new directory.
+    if (!QFile::rename(name, directory + "/inner/moved") || !QDir().mkdir(directory + "/inner/new"))
+        return 4;
+    if (way == "above")
+        connection = mountDead(directory);
+    else if (way == "name" && QDir().mkdir(name))
+        connection = mountDead(name);
+    else if (way == "link" &&
+             (!QDir().rename(directory, root + "/moved") || !QFile::link("other", directory)))
+        return 5;
+    mayGo.release();
+    if (!connection.isOpen() || !watch.isWatched(way == "link" ? "moved/inner/new" : "alive"))
+        return 6;
+    // The link hides nothing that was watched.
+    if (way != "link" && !QTest::qWaitFor([&] { return watch.overflows() > 0; }, 10000))
+        return 7;
+    std::printf("%d", watch.overflows());
+    return 0;
+}
+
+/// Mounts over all directories that a watcher's first walk hasn't come to yet.
+int walkWhileMounting(const QStringList& arguments)
+{
+    const QString root = arguments.at(0);
+    std::vector<Platform::FileDescriptor> connections;
+    std::atomic<int> overflows{0};
+    std::atomic<bool> hasSeenFile{false};
+    Platform::TreeWatcher::Handlers handlers;
+    handlers.isExcludedDir = [&](const QString& name) {
+        for (const QString rel : {"alive", "dead", "other"}) {
+            if (connections.size() < 2 && rel != name)
+                connections.push_back(mountDead(root + '/' + rel));
+        }
+        return false;
+    };
+    handlers.changes = [&](QVector<Platform::TreeChange>&&) { hasSeenFile = true; };
+    handlers.overflow = [&] { ++overflows; };
+    const auto watcher = Platform::TreeWatcher::create();
+    const std::unique_ptr<QThread> thread(QThread::create([&] { watcher->run(root, handlers); }));
+    watcher->allowWalk();
+    thread->start();
+    const bool hasLost = QTest::qWaitFor([&] { return overflows > 0; }, 10000);
+    const bool isMade = QDir().mkdir(root + "/new");
+    const bool isTold = QTest::qWaitFor([&] { return hasSeenFile.load(); }, 10000);
+    watcher->stop();
+    if (!thread->wait(10000))
+        std::_Exit(1);
+    std::printf("%d", overflows.load());
+    const bool isMounted = connections.size() == 2 && connections[0].isOpen();
+    return hasLost && isMade && isTold && isMounted ? 0 : 2;
 }
 
 } // namespace
@@ -294,7 +482,7 @@ void LinuxFilesTest::links()
     QVERIFY(!listing["link"].isDir);
     QVERIFY(!listing["link"].enter);
     QVERIFY(listing.contains("file"));
-    QCOMPARE(Platform::kindOfPath(path("tree/link")),
+    QCOMPARE(Platform::kindOfPath(path("tree/link"), path("tree")),
              isListed ? PathKind::File : PathKind::Missing);
     // The same without a look at the system's own table, and with a step at a time.
     const Platform::FileDescriptor tree = Platform::openPath(bytes("tree"), O_PATH | O_DIRECTORY);
@@ -342,9 +530,9 @@ void LinuxFilesTest::specialFilesAreFiles()
     QCOMPARE(listing.keys(), QStringList({"pipe", "socket"}));
     for (const QString name : {"pipe", "socket"}) {
         QVERIFY(!listing[name].isDir);
-        QCOMPARE(Platform::kindOfPath(path(name)), PathKind::File);
+        QCOMPARE(Platform::kindOfPath(path(name), root()), PathKind::File);
     }
-    QCOMPARE(Platform::kindOfPath("/dev/null"), PathKind::File);
+    QCOMPARE(Platform::kindOfPath("/dev/null", "/"), PathKind::File);
 }
 
 void LinuxFilesTest::namesThatAreNoTextArePassedOver_data()
@@ -394,8 +582,8 @@ void LinuxFilesTest::namesOfAnyOtherKind()
     makeDirectory(name);
     makeFile(name + '/' + name);
     QCOMPARE(walk(root()), QStringList({path(name), path(name) + '/' + name}));
-    QCOMPARE(Platform::kindOfPath(path(name)), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(path(name) + '/' + name), PathKind::File);
+    QCOMPARE(Platform::kindOfPath(path(name), root()), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath(path(name) + '/' + name, root()), PathKind::File);
 }
 
 void LinuxFilesTest::pathsBeyondTheLimit()
@@ -413,16 +601,17 @@ void LinuxFilesTest::pathsBeyondTheLimit()
     QCOMPARE(found.size(), 63);
     found.sort();
     QCOMPARE(found.mid(59), QStringList({end, end + "/dir", end + "/file", end + "/to file"}));
-    QCOMPARE(Platform::kindOfPath(end), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(end + "/file"), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(end + "/to file"), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(end + "/to dir"), PathKind::Missing);
-    QCOMPARE(Platform::kindOfPath(end + "/other"), PathKind::Missing);
-    QCOMPARE(Platform::kindOfPath('/' + QString(2 * PATH_MAX, 'x') + "/file"), PathKind::Missing);
+    QCOMPARE(Platform::kindOfPath(end, root()), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath(end + "/file", root()), PathKind::File);
+    QCOMPARE(Platform::kindOfPath(end + "/to file", root()), PathKind::File);
+    QCOMPARE(Platform::kindOfPath(end + "/to dir", root()), PathKind::Missing);
+    QCOMPARE(Platform::kindOfPath(end + "/other", root()), PathKind::Missing);
+    QCOMPARE(Platform::kindOfPath('/' + QString(2 * PATH_MAX, 'x') + "/file", "/"),
+             PathKind::Missing);
     // With more slashes than it needs, at every place where it may be cut.
     const QString slashed = QString(end).replace('/', "///") + "//file//";
     for (int more = 0; more < names.constFirst().size() + 3; ++more)
-        QCOMPARE(Platform::kindOfPath(QString(more, '/') + slashed), PathKind::File);
+        QCOMPARE(Platform::kindOfPath(QString(more, '/') + slashed, "//"), PathKind::File);
     // As a root, and straight to the end.
     QCOMPARE(listingOf(end).keys(), QStringList({"dir", "file", "to file"}));
     Listing listing;
@@ -479,7 +668,7 @@ void LinuxFilesTest::unreadableDirectories()
     const bool isClosedRead = listInto(*reader, path("closed"), nothing);
     const bool isBelowClosedRead = listInto(*reader, path("closed/inner"), nothing);
     const bool isNamelessRead = listInto(*reader, path("no names"), nothing);
-    const PathKind belowClosed = Platform::kindOfPath(path("closed/inner"));
+    const PathKind belowClosed = Platform::kindOfPath(path("closed/inner"), root());
     const QStringList found = walk(root());
     ::setfsuid(static_cast<uid_t>(previous));
     QCOMPARE(::chmod(bytes("closed").constData(), 0700), 0);
@@ -493,6 +682,33 @@ void LinuxFilesTest::unreadableDirectories()
     QVERIFY(found.contains(path("open/file")));
 }
 
+void LinuxFilesTest::fileSystemThatTellsNoTypes()
+{
+    makeDirectory("dir/inner");
+    makeFile("dir/inner/file");
+    makeFile("file");
+    makeFile("gone");
+    makeLink("dir", "to dir");
+    makeLink("file", "to file");
+    QCOMPARE(::mkfifo(bytes("pipe").constData(), 0600), 0);
+    const auto restore = qScopeGuard([] {
+        s_areTypesBlank = false;
+        s_vanishing.clear();
+    });
+    s_areTypesBlank = true;
+    s_vanishing = bytes("gone");
+    const Listing listing = listingOf(root());
+    s_vanishing.clear();
+    QCOMPARE(listing.keys(), QStringList({"dir", "file", "pipe", "to file"}));
+    for (auto it = listing.cbegin(); it != listing.cend(); ++it) {
+        QCOMPARE(it->isDir, it.key() == "dir");
+        QCOMPARE(it->enter, it->isDir);
+    }
+    QVERIFY(walk(root()).contains(path("dir/inner/file")));
+    WatchRun watch(root());
+    QVERIFY(watch.isWatched("dir/inner"));
+}
+
 void LinuxFilesTest::rootOfTheFileSystem()
 {
     const Listing listing = listingOf("/");
@@ -501,9 +717,9 @@ void LinuxFilesTest::rootOfTheFileSystem()
     Listing dev;
     QVERIFY(listInto(*DirectoryReader::create("/"), "/dev", dev));
     QVERIFY(dev.contains("null"));
-    QCOMPARE(Platform::kindOfPath("/"), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath("///"), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath("/proc"), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath("/", "/"), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath("///", "/"), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath("/proc", "/"), PathKind::Directory);
 }
 
 void LinuxFilesTest::pathsThatAreNone_data()
@@ -530,15 +746,17 @@ void LinuxFilesTest::pathsThatAreNone()
     QVERIFY(!listInto(*reader, directory, listing));
     QVERIFY(listInto(*reader, path("tree/"), listing));
     QVERIFY(!listInto(*DirectoryReader::create(""), directory, listing));
-    QCOMPARE(Platform::kindOfPath(path("tree/") + QChar(0xD800)), PathKind::Missing);
+    QCOMPARE(Platform::kindOfPath(path("tree/") + QChar(0xD800), root()), PathKind::Missing);
 }
 
 void LinuxFilesTest::mountTable_data()
 {
     QTest::addColumn<QByteArray>("type");
     QTest::addColumn<bool>("isRemote");
-    for (const char* type : {"nfs", "nfs4", "cifs", "smb3", "smbfs", "9p", "afs", "ceph", "ncpfs",
-                             "coda", "fuse", "fuse.sshfs", "fuse.gvfsd-fuse", "autofs"})
+    for (const char* type :
+         {"nfs",    "nfs4",     "cifs", "smb3",       "smbfs",           "9p",     "afs", "ceph",
+          "ncpfs",  "coda",     "fuse", "fuse.sshfs", "fuse.gvfsd-fuse", "autofs", "ncp", "beegfs",
+          "lustre", "orangefs", "gpfs", "vboxsf",     "virtiofs"})
         QTest::newRow(type) << QByteArray(type) << true;
     for (const char* type : {"ext4", "btrfs", "xfs", "vfat", "fuseblk", "overlay", "tmpfs", "ntfs3",
                              "fusectl", "nfsd", "ecryptfs"})
@@ -602,6 +820,59 @@ void LinuxFilesTest::topmostMountCounts()
     QVERIFY(MountTable::parse(disk + automatic).isRemote("/home/me/a"));
 }
 
+void LinuxFilesTest::waysThroughRemoteMounts_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<bool>("isBehind");
+    QTest::newRow("home that is on one") << QByteArray("/net/me") << false;
+    QTest::newRow("in the home") << QByteArray("/net/me/dir/file") << false;
+    QTest::newRow("mount") << QByteArray("/net/me/nas") << true;
+    QTest::newRow("in the mount") << QByteArray("/net/me/nas/dir/file") << true;
+    QTest::newRow("disk in the mount") << QByteArray("/net/me/nas/disk/file") << true;
+    QTest::newRow("name that begins alike") << QByteArray("/net/me/nas2/file") << false;
+    QTest::newRow("disk") << QByteArray("/net/me/disk") << false;
+    QTest::newRow("in the disk") << QByteArray("/net/me/disk/file") << false;
+    QTest::newRow("mount in the disk") << QByteArray("/net/me/disk/nas/file") << true;
+}
+
+void LinuxFilesTest::waysThroughRemoteMounts()
+{
+    QFETCH(QByteArray, path);
+    const MountTable table = MountTable::parse(
+        mountLine("/", "9p") + mountLine("/net", "nfs4") + mountLine("/net/me", "nfs4") +
+        mountLine("/net/me/nas", "fuse.sshfs") + mountLine("/net/me/nas/disk", "ext4") +
+        mountLine("/net/me/disk", "ext4") + mountLine("/net/me/disk/nas", "cifs"));
+    QTEST(table.isBehindRemote(path, "/net/me"), "isBehind");
+    QVERIFY(table.isBehindRemote(path, "/net"));
+    QVERIFY(table.isBehindRemote(path, {}));
+    QVERIFY(table.hasRemoteBelow("/net/me/disk"));
+    QVERIFY(!table.hasRemoteBelow("/net/me/nas"));
+}
+
+/// What can't be known to answer isn't entered.
+void LinuxFilesTest::noDescriptorForTheMounts()
+{
+    makeDirectory("dir");
+    const auto reader = DirectoryReader::create(root());
+    Listing listing;
+    CurrentMounts mounts;
+    const auto restore = qScopeGuard([] { s_areMountsBarred = false; });
+    s_areMountsBarred = true;
+    QCOMPARE(mounts.look(), CurrentMounts::News::Unknown);
+    QCOMPARE(Platform::kindOfPath(path("dir"), root()), PathKind::Missing);
+    QVERIFY(!listInto(*reader, root(), listing));
+    s_areMountsBarred = false;
+    QCOMPARE(mounts.look(), CurrentMounts::News::Changed);
+    QVERIFY(listInto(*reader, root(), listing));
+    QCOMPARE(listing.keys(), QStringList("dir"));
+    // Once there is a descriptor, no other is needed.
+    s_areMountsBarred = true;
+    QCOMPARE(mounts.look(), CurrentMounts::News::None);
+    mounts.expectNews();
+    QCOMPARE(mounts.look(), CurrentMounts::News::Changed);
+    QVERIFY(!mounts.table().below({}).isEmpty());
+}
+
 void LinuxFilesTest::linksIntoRemoteMounts_data()
 {
     QTest::addColumn<QByteArray>("target");
@@ -653,25 +924,79 @@ void LinuxFilesTest::homeOnTheNetwork()
 void LinuxFilesTest::deadMountIsNotTouched_data()
 {
     QTest::addColumn<QString>("when");
-    // Not every system lets a user mount something.
-    QTemporaryDir mountPoint;
-    if (runInNamespace("canMountDead", {mountPoint.path()}).exitCode == EXIT_SUCCESS) {
-        QTest::newRow("there from the beginning") << "before";
-        QTest::newRow("mounted while the tree is watched") << "later";
+    QTest::addColumn<QByteArray>("listing");
+    QTest::addColumn<QByteArray>("kinds");
+    const QByteArray mounted = "alive 11\ndead 10\ndead file 00\n";
+    QTest::newRow("never, for comparison") << "never"
+                                           << QByteArray("alive 11\ndead 11\ndead file 00\n"
+                                                         "into 00\n")
+                                           << QByteArray("DDFFFMMDD");
+    if (canMount()) {
+        QTest::newRow("there from the beginning") << "before" << mounted << QByteArray("DMMFMMMDM");
+        QTest::newRow("mounted while the tree is watched")
+            << "later" << mounted << QByteArray("DMMFMMMDM");
+        // Nothing else tells that it is a file.
+        QTest::newRow("on a file system that tells no types")
+            << "before, without types" << QByteArray("alive 11\ndead 10\ndead file 10\n")
+            << QByteArray("DMMDMMMDM");
     }
 }
 
 void LinuxFilesTest::deadMountIsNotTouched()
 {
     QFETCH(QString, when);
-    makeDirectory("dead");
+    QFETCH(QByteArray, listing);
+    QFETCH(QByteArray, kinds);
+    makeDirectory("dead/below");
     makeDirectory("alive");
-    makeLink("dead/file", "into");
+    makeFile("dead/below/file");
+    makeFile("dead file");
+    makeLink("dead/below/file", "into");
     makeLink("alive/../dead", "through");
-    const FreshProcess::Outcome outcome = runInNamespace("lookAtDeadMount", {root(), when});
+    makeLink(".", "home");
+    const FreshProcess::Outcome outcome = when == "never"
+                                              ? FreshProcess::run("lookAtDeadMount", {root(), when})
+                                              : runInNamespace("lookAtDeadMount", {root(), when});
     QVERIFY(outcome.hasExited);
     QCOMPARE(outcome.exitCode, 0);
-    QCOMPARE(outcome.output, "alive 11\ndead 10\n1 1");
+    QCOMPARE(outcome.output, listing + kinds);
+}
+
+void LinuxFilesTest::mountedMeanwhile_data()
+{
+    QTest::addColumn<QString>("task");
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<QByteArray>("output");
+    QTest::newRow("not at all, for comparison") << "scanWhileMounting"
+                                                << "nothing" << QByteArray("11");
+    if (canMount()) {
+        QTest::newRow("while the tree is scanned") << "scanWhileMounting"
+                                                   << "mount" << QByteArray("00");
+        QTest::newRow("while events wait") << "watchWhileMounting"
+                                           << "above" << QByteArray("1");
+        QTest::newRow("where a moved file was") << "watchWhileMounting"
+                                                << "name" << QByteArray("1");
+        QTest::newRow("before a link to it comes in the way") << "watchWhileMounting"
+                                                              << "link" << QByteArray("0");
+        QTest::newRow("while the tree is walked") << "walkWhileMounting"
+                                                  << "mount" << QByteArray("1");
+    }
+}
+
+void LinuxFilesTest::mountedMeanwhile()
+{
+    QFETCH(QString, task);
+    QFETCH(QString, what);
+    makeDirectory("dead/inner");
+    makeDirectory("alive");
+    makeDirectory("other");
+    makeFile("dead/inner/file");
+    const FreshProcess::Outcome outcome = what == "nothing"
+                                              ? FreshProcess::run(task, {root(), what})
+                                              : runInNamespace(task, {root(), what});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QTEST(outcome.output, "output");
 }
 
 void LinuxFilesTest::iconsOfTheTheme_data()
@@ -717,8 +1042,12 @@ void LinuxFilesTest::iconsOfTheTheme()
 int main(int argc, char** argv)
 {
     if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(
-            argc, argv, {{"canMountDead", canMountDead}, {"lookAtDeadMount", lookAtDeadMount}});
+        return FreshProcess::runTask(argc, argv,
+                                     {{"canMountDead", canMountDead},
+                                      {"lookAtDeadMount", lookAtDeadMount},
+                                      {"scanWhileMounting", scanWhileMounting},
+                                      {"watchWhileMounting", watchWhileMounting},
+                                      {"walkWhileMounting", walkWhileMounting}});
     }
     LinuxFilesTest::initMain();
     const QApplication application(argc, argv);

@@ -23,6 +23,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <cwchar>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -33,6 +34,117 @@
 using Platform::DirectoryItem;
 using Platform::PathKind;
 using Platform::TreeChange;
+
+namespace
+{
+
+/// The system's own function, which a spy stands in front of.
+template <typename Function>
+Function systemFunction(const char* name)
+{
+    const FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
+    return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(address));
+}
+
+/// What a read of changes is said to have come to.
+enum class Result { Real, Nothing, EnumDir, OtherError };
+
+/// How the program asked the system, and what it is told instead of the truth.
+struct Spies
+{
+    std::atomic<DWORD> watchBytes = 0;
+    std::atomic<BOOL> watchesSubtree = FALSE;
+    std::atomic<DWORD> watchFilter = 0;
+    std::atomic<Result> nextResult = Result::Real; ///< of one read; that behind it is real again
+
+    FINDEX_INFO_LEVELS findLevel = FindExInfoStandard;
+    DWORD findFlags = 0;
+    DWORD linkTag = 0; ///< of what is called "link"; 0: it is what it is
+
+    static Spies& instance()
+    {
+        static Spies spies;
+        return spies;
+    }
+};
+
+BOOL WINAPI spiedRead(HANDLE directory, LPVOID buffer, DWORD bytes, BOOL subtree, DWORD filter,
+                      LPDWORD returned, LPOVERLAPPED overlapped,
+                      LPOVERLAPPED_COMPLETION_ROUTINE routine)
+{
+    static const auto real =
+        systemFunction<decltype(&ReadDirectoryChangesW)>("ReadDirectoryChangesW");
+    Spies::instance().watchBytes = bytes;
+    Spies::instance().watchesSubtree = subtree;
+    Spies::instance().watchFilter = filter;
+    return real(directory, buffer, bytes, subtree, filter, returned, overlapped, routine);
+}
+
+BOOL WINAPI spiedResult(HANDLE file, LPOVERLAPPED overlapped, LPDWORD bytes, BOOL wait)
+{
+    static const auto real = systemFunction<decltype(&GetOverlappedResult)>("GetOverlappedResult");
+    const BOOL isRead = real(file, overlapped, bytes, wait);
+    if (wait) // for the end of a read that was cancelled
+        return isRead;
+    switch (Spies::instance().nextResult.exchange(Result::Real)) {
+    case Result::Real:
+        return isRead;
+    case Result::Nothing:
+        *bytes = 0;
+        return TRUE;
+    case Result::EnumDir:
+        SetLastError(ERROR_NOTIFY_ENUM_DIR);
+        return FALSE;
+    case Result::OtherError:
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    }
+    return isRead;
+}
+
+void disguise(WIN32_FIND_DATAW* found)
+{
+    if (Spies::instance().linkTag != 0 && std::wcscmp(found->cFileName, L"link") == 0) {
+        found->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+        found->dwReserved0 = Spies::instance().linkTag;
+    }
+}
+
+HANDLE WINAPI spiedFindFirst(LPCWSTR pattern, FINDEX_INFO_LEVELS level, LPVOID found,
+                             FINDEX_SEARCH_OPS operation, LPVOID filter, DWORD flags)
+{
+    static const auto real = systemFunction<decltype(&FindFirstFileExW)>("FindFirstFileExW");
+    Spies::instance().findLevel = level;
+    Spies::instance().findFlags = flags;
+    const HANDLE find = real(pattern, level, found, operation, filter, flags);
+    if (find != INVALID_HANDLE_VALUE)
+        disguise(static_cast<WIN32_FIND_DATAW*>(found));
+    return find;
+}
+
+BOOL WINAPI spiedFindNext(HANDLE find, LPWIN32_FIND_DATAW found)
+{
+    static const auto real = systemFunction<decltype(&FindNextFileW)>("FindNextFileW");
+    const BOOL isFound = real(find, found);
+    if (isFound)
+        disguise(found);
+    return isFound;
+}
+
+} // namespace
+
+// Each call of a function of the system goes through a pointer of such a name. The linker looks for
+// them in the system's library only if there are no others.
+extern "C" {
+extern decltype(&ReadDirectoryChangesW) importedRead asm("__imp_ReadDirectoryChangesW");
+extern decltype(&GetOverlappedResult) importedResult asm("__imp_GetOverlappedResult");
+extern decltype(&FindFirstFileExW) importedFindFirst asm("__imp_FindFirstFileExW");
+extern decltype(&FindNextFileW) importedFindNext asm("__imp_FindNextFileW");
+}
+decltype(&ReadDirectoryChangesW) importedRead = &spiedRead;
+decltype(&GetOverlappedResult) importedResult = &spiedResult;
+decltype(&FindFirstFileExW) importedFindFirst = &spiedFindFirst;
+decltype(&FindNextFileW) importedFindNext = &spiedFindNext;
 
 namespace
 {
@@ -222,6 +334,9 @@ private slots:
     void manyItems();
     void foundItems_data();
     void foundItems();
+    void tagsOfAListing_data();
+    void tagsOfAListing();
+    void listingIsFast();
     void listingLeaksNothing();
 
     void kinds_data();
@@ -236,6 +351,10 @@ private slots:
     void contentIsNotReported();
     void longRootIsWatched();
     void burstIsReportedOrLost();
+    void watchIsOneForTheTree();
+    void lostChanges_data();
+    void lostChanges();
+    void failedReadEndsTheWatch();
     void watchEndsWhenStopped();
     void stoppedBeforeItRuns();
     void stoppedUnderSteadyChange();
@@ -267,6 +386,8 @@ void FilesTest::init()
 
 void FilesTest::cleanup()
 {
+    Spies::instance().nextResult = Result::Real;
+    Spies::instance().linkTag = 0;
     m_dir.reset();
 }
 
@@ -395,9 +516,9 @@ void FilesTest::longPaths()
     const Listing listing = list(directory);
     QVERIFY(listing.isRead);
     QCOMPARE(listing.names, QStringList("file.txt"));
-    QCOMPARE(Platform::kindOfPath(directory + "\\file.txt"), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(directory), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(directory + "\\gone.txt"), PathKind::Missing);
+    QCOMPARE(Platform::kindOfPath(directory + "\\file.txt", m_root), PathKind::File);
+    QCOMPARE(Platform::kindOfPath(directory, m_root), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath(directory + "\\gone.txt", m_root), PathKind::Missing);
 }
 
 void FilesTest::oddNames_data()
@@ -419,8 +540,8 @@ void FilesTest::oddNames()
     QVERIFY(writeLiterally(path(name) + "\\inside"));
     QCOMPARE(list(m_root).names, QStringList(name + '\\'));
     QCOMPARE(list(path(name)).names, QStringList("inside"));
-    QCOMPARE(Platform::kindOfPath(path(name)), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(path(name) + "\\inside"), PathKind::File);
+    QCOMPARE(Platform::kindOfPath(path(name), m_root), PathKind::Directory);
+    QCOMPARE(Platform::kindOfPath(path(name) + "\\inside", m_root), PathKind::File);
     QVERIFY(DeleteFileW(wide("\\\\?\\" + path(name) + "\\inside")));
     QVERIFY(RemoveDirectoryW(wide("\\\\?\\" + path(name))));
 }
@@ -482,6 +603,35 @@ void FilesTest::foundItems()
     }
 }
 
+void FilesTest::tagsOfAListing_data()
+{
+    QTest::addColumn<DWORD>("tag");
+    QTest::addColumn<QStringList>("names");
+    const QStringList all{"folder\\", "link\\"};
+    QTest::newRow("no reparse point") << DWORD(0) << all;
+    QTest::newRow("junction") << DWORD(0xA0000003) << QStringList("folder\\");
+    QTest::newRow("link to a folder") << DWORD(0xA000000C) << QStringList("folder\\");
+    QTest::newRow("folder of a cloud drive") << DWORD(0x9000001A) << all;
+}
+
+void FilesTest::tagsOfAListing()
+{
+    QFETCH(DWORD, tag);
+    // Wine makes no reparse points, so the kind of one of the folders is made up.
+    QVERIFY(QDir(m_root).mkdir("folder"));
+    QVERIFY(QDir(m_root).mkdir("link"));
+    Spies::instance().linkTag = tag;
+    QTEST(list(m_root).names, "names");
+}
+
+void FilesTest::listingIsFast()
+{
+    // Without the short names, and as much at a time as the system can hand over.
+    list(m_root);
+    QCOMPARE(Spies::instance().findLevel, FindExInfoBasic);
+    QCOMPARE(Spies::instance().findFlags, DWORD(FIND_FIRST_EX_LARGE_FETCH));
+}
+
 void FilesTest::listingLeaksNothing()
 {
     constexpr int kRounds = 1000;
@@ -521,7 +671,7 @@ void FilesTest::kinds()
     for (const char* file : {"file", "hidden", "folder/inside"})
         writeFile(path(file));
     setAttributes(path("hidden"), FILE_ATTRIBUTE_HIDDEN);
-    QTEST(Platform::kindOfPath(path(name)), "kind");
+    QTEST(Platform::kindOfPath(path(name), m_root), "kind");
 }
 
 void FilesTest::recordsAreRead_data()
@@ -688,6 +838,49 @@ void FilesTest::burstIsReportedOrLost()
     // It goes on afterwards.
     writeFile(path("end"));
     QTRY_VERIFY_WITH_TIMEOUT(watch.hasSeen("1 end"), kPatienceMs);
+}
+
+void FilesTest::watchIsOneForTheTree()
+{
+    Watch watch(m_root);
+    watch.startAndWait();
+    QCOMPARE(Spies::instance().watchBytes.load(), DWORD(65536));
+    QCOMPARE(Spies::instance().watchesSubtree.load(), TRUE);
+    QCOMPARE(Spies::instance().watchFilter.load(),
+             DWORD(FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME));
+}
+
+void FilesTest::lostChanges_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::newRow("a read of nothing") << static_cast<int>(Result::Nothing);
+    QTest::newRow("under the name of an error") << static_cast<int>(Result::EnumDir);
+}
+
+void FilesTest::lostChanges()
+{
+    QFETCH(int, result);
+    Watch watch(m_root);
+    watch.startAndWait();
+    QCOMPARE(watch.overflows(), 0);
+    Spies::instance().nextResult = static_cast<Result>(result);
+    writeFile(path("lost"));
+    QTRY_COMPARE_WITH_TIMEOUT(watch.overflows(), 1, kPatienceMs);
+    // It goes on afterwards.
+    writeFile(path("end"));
+    QTRY_VERIFY_WITH_TIMEOUT(watch.hasSeen("1 end"), kPatienceMs);
+    QCOMPARE(watch.overflows(), 1);
+}
+
+void FilesTest::failedReadEndsTheWatch()
+{
+    Watch watch(m_root);
+    watch.startAndWait();
+    Spies::instance().nextResult = Result::OtherError;
+    writeFile(path("cause"));
+    QVERIFY(watch.waitForEnd());
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(watch.overflows(), 0);
 }
 
 void FilesTest::watchEndsWhenStopped()

@@ -26,6 +26,11 @@ int openRetrying(int parent, const char* path, int flags)
 
 } // namespace
 
+bool Platform::isOutOfMeans(int error)
+{
+    return error == ENOSPC || error == ENOMEM || error == EMFILE || error == ENFILE;
+}
+
 QString Platform::fileNameText(std::string_view name)
 {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
@@ -44,7 +49,9 @@ std::optional<QByteArray> Platform::pathBytes(const QString& path)
     QByteArray bytes = encoder(path);
     if (encoder.hasError() || bytes.contains('\0') || !bytes.startsWith('/'))
         return std::nullopt;
-    while (bytes.endsWith('/'))
+    const auto isInVain = [](char a, char b) { return a == '/' && b == '/'; };
+    bytes.erase(std::unique(bytes.begin(), bytes.end(), isInVain), bytes.end());
+    if (bytes.endsWith('/'))
         bytes.chop(1);
     return bytes;
 }
@@ -67,10 +74,7 @@ Platform::FileDescriptor Platform::openPath(const QByteArray& path, int flags)
         reached = FileDescriptor(openRetrying(parent, piece.constData(), O_PATH | O_DIRECTORY));
         if (!reached.isOpen())
             return FileDescriptor();
-        // Behind a second slash it would be taken for a path from the root.
-        begin = end;
-        while (path.at(begin) == '/')
-            ++begin;
+        begin = end + 1; // what began with a slash would be taken for a path from the root
     }
     const int parent = reached.isOpen() ? reached.get() : AT_FDCWD;
     return FileDescriptor(openRetrying(parent, path.constData() + begin, flags));
@@ -79,6 +83,21 @@ Platform::FileDescriptor Platform::openPath(const QByteArray& path, int flags)
 Platform::FileDescriptor Platform::openSubdirectory(int parent, const char* name)
 {
     return FileDescriptor(openRetrying(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+}
+
+Platform::FileDescriptor Platform::openBelow(int top, const QByteArray& path)
+{
+    FileDescriptor reached;
+    qsizetype begin = 0;
+    for (qsizetype end = path.indexOf('/'); end >= 0; end = path.indexOf('/', begin)) {
+        const QByteArray name = path.mid(begin, end - begin);
+        reached = FileDescriptor(openRetrying(reached.isOpen() ? reached.get() : top,
+                                              name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW));
+        if (!reached.isOpen())
+            return FileDescriptor();
+        begin = end + 1;
+    }
+    return openSubdirectory(reached.isOpen() ? reached.get() : top, path.constData() + begin);
 }
 
 QByteArray Platform::canonicalPath(int directory, const QByteArray& path)

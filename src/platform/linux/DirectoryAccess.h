@@ -20,12 +20,16 @@
 namespace Platform
 {
 
+/// Whether a call failed for want of something that may come free again: watches, memory,
+/// descriptors.
+bool isOutOfMeans(int error);
+
 /// What a name given by the system reads as; null if no text leads back to it, because it is no
 /// UTF-8.
 QString fileNameText(std::string_view name);
 
-/// The bytes of an absolute path without slashes at its end, so that the root of the file system
-/// becomes empty. Nothing if no path can be like that.
+/// The bytes of an absolute path without slashes that it doesn't need, so that the root of the file
+/// system becomes empty. Nothing if no path can be like that.
 std::optional<QByteArray> pathBytes(const QString& path);
 
 /// Opens what stands at an absolute path, however long. Symbolic links are followed.
@@ -35,6 +39,10 @@ FileDescriptor openPath(const QByteArray& path, int flags);
 
 /// Opens a directory inside an open one to be read. Never what a symbolic link leads to.
 FileDescriptor openSubdirectory(int parent, const char* name);
+
+/// Opens a directory anywhere below an open one to be read. No symbolic link leads there either.
+/// \param path names with slashes between them, however long.
+FileDescriptor openBelow(int top, const QByteArray& path);
 
 /// Path of an open directory without links in it, in the form of `pathBytes`.
 /// \returns `path`, which led to it, if that is too long to be told.

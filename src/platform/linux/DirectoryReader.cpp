@@ -16,6 +16,17 @@
 namespace
 {
 
+// A walk that takes long must not enter what is mounted meanwhile; one of a million directories
+// must not take longer for that.
+constexpr int kDirectoriesPerLook = 32;
+
+/// Whether what is mounted on a name of that type, as its directory lists it, is a directory: only
+/// on one can another be mounted, and only a file on a file.
+bool canCoverDirectory(unsigned char type)
+{
+    return type == DT_DIR || type == DT_UNKNOWN;
+}
+
 /// What stands at a name of an open directory, as a `DT_` value; `DT_UNKNOWN` if nothing does.
 unsigned char typeIn(int directory, const char* name)
 {
@@ -28,19 +39,32 @@ unsigned char typeIn(int directory, const char* name)
 class ReaddirReader final : public Platform::DirectoryReader
 {
 public:
-    explicit ReaddirReader(const QString& root);
+    explicit ReaddirReader(const QString& root) : m_root(Platform::pathBytes(root)) {}
 
     bool list(const QString& directory, const Visitor& visit) override;
+    Platform::PathKind kindOf(const QString& path);
 
 private:
     int open(const QByteArray& path);
     int openRoot();
+    bool lookAtMounts();
+    void noteRemote();
     void visitEntry(std::string_view name, unsigned char type, const Visitor& visit);
-    QByteArray canonicalDirectory() const { return m_canonicalRoot + m_path.mid(m_root->size()); }
+    bool isDirectoryListed(const QByteArray& name);
+    QByteArray canonical(const QByteArray& path) const
+    {
+        return m_canonicalRoot + path.mid(m_root->size());
+    }
+    bool leadsToFile(const char* link) const
+    {
+        return Platform::linkLeadsToFile(m_directory, canonical(m_path), link, m_mounts.table());
+    }
 
     std::optional<QByteArray> m_root; ///< nothing if it can't be a path
-    QByteArray m_canonicalRoot;
-    Platform::MountTable m_mounts;
+    QByteArray m_canonicalRoot;       ///< as the mount table names it
+    Platform::CurrentMounts m_mounts;
+    int m_untilLook = 0;           ///< directories until the next look at the mounts
+    bool m_isRemoteAround = false; ///< a remote file system is mounted below the root
     Platform::EntryBuffer m_buffer;
     Platform::DirectoryChain<qsizetype> m_chain; ///< keys: length of the directory's part of m_path
     QByteArray m_path;                           ///< of the directory being listed
@@ -48,34 +72,44 @@ private:
     bool m_holdsRemote = false;                  ///< a remote file system is mounted in it
 };
 
-ReaddirReader::ReaddirReader(const QString& root)
-    : m_root(Platform::pathBytes(root)), m_mounts(Platform::MountTable::read())
-{
-    if (!m_root)
-        return;
-    const Platform::FileDescriptor directory = Platform::openPath(*m_root, O_PATH | O_DIRECTORY);
-    m_canonicalRoot =
-        directory.isOpen() ? Platform::canonicalPath(directory.get(), *m_root) : *m_root;
-}
-
 bool ReaddirReader::list(const QString& directory, const Visitor& visit)
 {
     const std::optional<QByteArray> path = Platform::pathBytes(directory);
-    if (!path || !m_root)
-        return false;
-    m_directory = open(*path);
+    m_directory = path ? open(*path) : -1;
     if (m_directory < 0)
         return false;
-    m_holdsRemote = m_mounts.hasRemote() && m_mounts.holdsRemote(canonicalDirectory());
+    m_holdsRemote = m_isRemoteAround && m_mounts.table().holdsRemote(canonical(m_path));
     return m_buffer.read(
         m_directory,
         [&](std::string_view name, unsigned char type) { visitEntry(name, type, visit); },
         [] { return false; });
 }
 
+Platform::PathKind ReaddirReader::kindOf(const QString& text)
+{
+    using Platform::PathKind;
+    const std::optional<QByteArray> path = Platform::pathBytes(text);
+    if (!path)
+        return PathKind::Missing;
+    if (path == m_root)
+        return openRoot() < 0 ? PathKind::Missing : PathKind::Directory;
+    const qsizetype slash = path->lastIndexOf('/');
+    const QByteArray name = path->mid(slash + 1);
+    m_directory = open(path->left(slash));
+    if (m_directory < 0)
+        return PathKind::Missing;
+    if (m_isRemoteAround && m_mounts.table().isRemote(canonical(*path)))
+        return isDirectoryListed(name) ? PathKind::Directory : PathKind::File;
+    const unsigned char type = typeIn(m_directory, name.constData());
+    if (type == DT_UNKNOWN || (type == DT_LNK && !leadsToFile(name.constData())))
+        return PathKind::Missing;
+    return type == DT_DIR ? PathKind::Directory : PathKind::File;
+}
+
+/// \returns negative also if the way to the directory goes through a remote file system.
 int ReaddirReader::open(const QByteArray& path)
 {
-    if (path != *m_root && !path.startsWith(*m_root + '/'))
+    if (!m_root || (path != *m_root && !path.startsWith(*m_root + '/')))
         return -1;
     const auto mismatch = std::mismatch(path.cbegin(), path.cend(), m_path.cbegin(), m_path.cend());
     const qsizetype common = mismatch.first - path.cbegin();
@@ -86,6 +120,11 @@ int ReaddirReader::open(const QByteArray& path)
     });
     if (reached < 0)
         reached = openRoot();
+    if (reached < 0 || !lookAtMounts())
+        return -1;
+    // The walk doesn't enter one that it knows of, but it may have been mounted since.
+    if (m_isRemoteAround && m_mounts.table().isBehindRemote(canonical(path), m_canonicalRoot))
+        return -1;
     // One name at a time, so that no directory that was replaced by a link lets the walk out.
     while (reached >= 0 && m_chain.lastKey() < path.size()) {
         const qsizetype begin = m_chain.lastKey() + 1;
@@ -102,7 +141,30 @@ int ReaddirReader::openRoot()
 {
     // The root itself may be a link: a home directory often is.
     Platform::FileDescriptor root = Platform::openPath(*m_root, O_RDONLY | O_DIRECTORY);
-    return root.isOpen() ? m_chain.append(m_root->size(), std::move(root)) : -1;
+    if (!root.isOpen())
+        return -1;
+    m_canonicalRoot = Platform::canonicalPath(root.get(), *m_root);
+    noteRemote();
+    return m_chain.append(m_root->size(), std::move(root));
+}
+
+/// \returns false if nothing is known of the mounts for want of means: what is entered then might
+/// never answer.
+bool ReaddirReader::lookAtMounts()
+{
+    if (m_untilLook-- > 0)
+        return true;
+    const Platform::CurrentMounts::News news = m_mounts.look();
+    if (news == Platform::CurrentMounts::News::Changed)
+        noteRemote();
+    const bool isKnown = news != Platform::CurrentMounts::News::Unknown;
+    m_untilLook = isKnown ? kDirectoriesPerLook : 0;
+    return isKnown;
+}
+
+void ReaddirReader::noteRemote()
+{
+    m_isRemoteAround = m_mounts.table().hasRemoteBelow(m_canonicalRoot);
 }
 
 void ReaddirReader::visitEntry(std::string_view name, unsigned char type, const Visitor& visit)
@@ -111,17 +173,30 @@ void ReaddirReader::visitEntry(std::string_view name, unsigned char type, const 
     QString text = Platform::fileNameText(name);
     if (text.isNull())
         return;
-    if (m_holdsRemote && m_mounts.isRemote(canonicalDirectory() + '/' + QByteArray(name.data()))) {
-        visit({std::move(text), true, false});
+    if (m_holdsRemote &&
+        m_mounts.table().isRemote(canonical(m_path) + '/' + QByteArray(name.data()))) {
+        visit({std::move(text), canCoverDirectory(type), false});
         return;
     }
     if (type == DT_UNKNOWN) // some file systems leave it out of their directories
         type = typeIn(m_directory, name.data());
-    if (type == DT_LNK &&
-        !Platform::linkLeadsToFile(m_directory, canonicalDirectory(), name.data(), m_mounts))
+    // Gone again, or nothing that is to be listed.
+    if (type == DT_UNKNOWN || (type == DT_LNK && !leadsToFile(name.data())))
         return;
     const bool isDir = type == DT_DIR;
     visit({std::move(text), isDir, isDir});
+}
+
+/// What kind of mount point a name of the open directory is, without a touch to what is mounted.
+bool ReaddirReader::isDirectoryListed(const QByteArray& name)
+{
+    bool isDirectory = true;
+    const auto compare = [&](std::string_view listed, unsigned char type) {
+        if (name == listed.data())
+            isDirectory = canCoverDirectory(type);
+    };
+    m_buffer.read(m_directory, compare, [] { return false; });
+    return isDirectory;
 }
 
 } // namespace
@@ -131,27 +206,9 @@ std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(con
     return std::make_unique<ReaddirReader>(root);
 }
 
-Platform::PathKind Platform::kindOfPath(const QString& path)
+Platform::PathKind Platform::kindOfPath(const QString& path, const QString& root)
 {
-    const std::optional<QByteArray> bytes = pathBytes(path);
-    if (!bytes)
-        return PathKind::Missing;
-    if (bytes->isEmpty())
-        return PathKind::Directory;
-    const qsizetype slash = bytes->lastIndexOf('/');
-    const QByteArray parentPath = bytes->left(slash);
-    const QByteArray name = bytes->mid(slash + 1);
-    const FileDescriptor parent = openPath(parentPath, O_PATH | O_DIRECTORY);
-    if (!parent.isOpen())
-        return PathKind::Missing;
-    const unsigned char type = typeIn(parent.get(), name.constData());
-    if (type == DT_UNKNOWN)
-        return PathKind::Missing;
-    if (type != DT_LNK)
-        return type == DT_DIR ? PathKind::Directory : PathKind::File;
-    const bool isFile = linkLeadsToFile(parent.get(), canonicalPath(parent.get(), parentPath),
-                                        name.constData(), MountTable::read());
-    return isFile ? PathKind::File : PathKind::Missing;
+    return ReaddirReader(root).kindOf(path);
 }
 
 QString Platform::programDataFolderName()

@@ -3,11 +3,18 @@
 
 #include "platform/linux/MountTable.h"
 
-#include <QFile>
+#include "platform/linux/DirectoryAccess.h"
+
 #include <QList>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <string_view>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 namespace
 {
@@ -17,8 +24,8 @@ constexpr qsizetype kMountPointField = 4;
 // "autofs" mounts what lies behind it as soon as somebody looks. "fuseblk" isn't here: a program
 // serves it, but from a disk of this machine.
 constexpr std::string_view kRemoteTypes[] = {
-    "9p",  "afs",    "autofs", "beegfs", "ceph",     "cifs", "coda",  "fuse",
-    "ncp", "lustre", "ncpfs",  "nfs",    "orangefs", "smb3", "smbfs", "nfs4"};
+    "9p",  "afs",   "autofs", "beegfs", "ceph",     "cifs", "coda",  "fuse",   "gpfs",    "lustre",
+    "ncp", "ncpfs", "nfs",    "nfs4",   "orangefs", "smb3", "smbfs", "vboxsf", "virtiofs"};
 
 bool isRemoteType(const QByteArray& type)
 {
@@ -54,12 +61,6 @@ QByteArray unescaped(const QByteArray& field)
 
 } // namespace
 
-Platform::MountTable Platform::MountTable::read()
-{
-    QFile file(QStringLiteral("/proc/self/mountinfo"));
-    return file.open(QIODevice::ReadOnly) ? parse(file.readAll()) : MountTable();
-}
-
 Platform::MountTable Platform::MountTable::parse(const QByteArray& mountInfo)
 {
     MountTable table;
@@ -94,4 +95,68 @@ QHash<QByteArray, bool> Platform::MountTable::below(const QByteArray& directory)
             found.insert(it.key(), it.value());
     }
     return found;
+}
+
+bool Platform::MountTable::hasRemoteBelow(const QByteArray& directory) const
+{
+    const QHash<QByteArray, bool> mounts = below(directory);
+    return std::find(mounts.cbegin(), mounts.cend(), true) != mounts.cend();
+}
+
+bool Platform::MountTable::isBehindRemote(const QByteArray& path, const QByteArray& root) const
+{
+    for (auto it = m_remote.cbegin(); it != m_remote.cend(); ++it) {
+        const QByteArray& point = it.key();
+        const bool isOnTheWay =
+            path.startsWith(point) && (path.size() == point.size() || path[point.size()] == '/');
+        if (it.value() && isOnTheWay && point.size() > root.size())
+            return true;
+    }
+    return false;
+}
+
+Platform::CurrentMounts::News Platform::CurrentMounts::look()
+{
+    if (!m_file.isOpen() && !open())
+        return isOutOfMeans(errno) ? News::Unknown : News::None;
+    m_isDue = hasNews() || m_isDue;
+    if (!m_isDue)
+        return News::None;
+    m_isDue = !read();
+    m_isKnown = m_isKnown || !m_isDue;
+    if (m_isDue)
+        return m_isKnown ? News::None : News::Unknown;
+    return News::Changed;
+}
+
+bool Platform::CurrentMounts::open()
+{
+    // From now on it tells of changes, also of those that come while it is read.
+    m_file = openPath("/proc/self/mountinfo", O_RDONLY);
+    return m_file.isOpen();
+}
+
+bool Platform::CurrentMounts::hasNews() const
+{
+    pollfd source{m_file.get(), POLLPRI, 0};
+    return ::poll(&source, 1, 0) > 0;
+}
+
+bool Platform::CurrentMounts::read()
+{
+    QByteArray text;
+    std::array<char, 4096> part;
+    ::lseek(m_file.get(), 0, SEEK_SET);
+    for (;;) {
+        const ssize_t size = ::read(m_file.get(), part.data(), part.size());
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size < 0)
+            return false;
+        if (size == 0)
+            break;
+        text.append(part.data(), size);
+    }
+    m_table = MountTable::parse(text);
+    return true;
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QSet>
@@ -19,9 +21,6 @@ class MountTable
 {
 public:
     MountTable() = default;
-
-    /// The mounts that this process sees; none if the system doesn't tell.
-    static MountTable read();
 
     /// \param mountInfo in the format of /proc/self/mountinfo. Lines that make no sense are left
     /// out.
@@ -41,11 +40,53 @@ public:
     /// The mount points below a directory, and whether they are remote.
     QHash<QByteArray, bool> below(const QByteArray& directory) const;
 
+    /// Whether one is mounted anywhere below this directory.
+    bool hasRemoteBelow(const QByteArray& directory) const;
+
+    /// Whether the way from `root` to a path below it goes through one, which may be mounted at the
+    /// path itself. One that holds the root is not in the way.
+    bool isBehindRemote(const QByteArray& path, const QByteArray& root) const;
+
 private:
     void add(const QByteArray& line);
 
     QHash<QByteArray, bool> m_remote; ///< by mount point
     QSet<QByteArray> m_remoteParents;
+};
+
+/// The mounts that this process sees, as they come and go. To be used by one thread.
+class CurrentMounts
+{
+public:
+    enum class News {
+        None,
+        Changed, ///< or read for the first time
+        Unknown  ///< not read yet, because the system has no means left
+    };
+
+    /// Reads the table if something was mounted or unmounted since the last time; otherwise it
+    /// takes less time than opening a file. If it can't be read the previous one stays, and the
+    /// next look tries again.
+    News look();
+
+    /// Empty if the system doesn't tell.
+    const MountTable& table() const { return m_table; }
+
+    /// Something to poll for `POLLPRI`; negative if there is nothing. It tells of each change once,
+    /// so whoever polls it has to call `expectNews` before the next look.
+    int descriptor() const { return m_file.get(); }
+    void expectNews() { m_isDue = true; }
+
+private:
+    bool open();
+    bool hasNews() const;
+    bool read();
+
+    // Stays open, so that the table can be read when there are no descriptors left.
+    FileDescriptor m_file;
+    MountTable m_table;
+    bool m_isDue = true;
+    bool m_isKnown = false;
 };
 
 } // namespace Platform

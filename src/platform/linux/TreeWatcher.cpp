@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cerrno>
 #include <ctime>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -37,14 +38,12 @@ constexpr size_t kReadBytes = size_t{64} * 1024;
 constexpr qint64 kTickNs = 20'000'000;
 constexpr qint64 kSecondNs = 1'000'000'000;
 
+constexpr int kForEver = -1;
+constexpr int kRootRetryMs = 5000;
+
 qint64 nanoseconds(const timespec& time)
 {
     return static_cast<qint64>(time.tv_sec) * kSecondNs + time.tv_nsec;
-}
-
-bool isOutOfMeans(int error)
-{
-    return error == ENOSPC || error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
 quint32 actionOf(uint32_t mask)
@@ -54,6 +53,16 @@ quint32 actionOf(uint32_t mask)
     if (mask & IN_DELETE)
         return Platform::FileRemoved;
     return mask & IN_MOVED_FROM ? Platform::FileRenamedOldName : Platform::FileRenamedNewName;
+}
+
+/// \returns false on failure.
+bool waitForAny(std::span<pollfd> sources, int timeoutMs = kForEver)
+{
+    int ready = -1;
+    do {
+        ready = ::poll(sources.data(), sources.size(), timeoutMs);
+    } while (ready < 0 && errno == EINTR);
+    return ready >= 0;
 }
 
 /// Keeps a model of the directories below the root, each with its watch, and brings it up to date
@@ -66,11 +75,15 @@ quint32 actionOf(uint32_t mask)
 class InotifyWatcher final : public Platform::TreeWatcher
 {
 public:
-    InotifyWatcher(Platform::FileDescriptor&& inotify, Platform::FileDescriptor&& stopEvent)
-        : m_inotify(std::move(inotify)), m_stopEvent(std::move(stopEvent))
+    InotifyWatcher(Platform::FileDescriptor&& inotify, Platform::FileDescriptor&& walkEvent,
+                   Platform::FileDescriptor&& stopEvent)
+        : m_inotify(std::move(inotify)),
+          m_walkEvent(std::move(walkEvent)),
+          m_stopEvent(std::move(stopEvent))
     {}
 
     void run(const QString& root, const Handlers& handlers) override;
+    void allowWalk() override;
     void stop() override;
 
 private:
@@ -82,18 +95,21 @@ private:
 
     bool isStopping() const { return m_stopping.load(); }
 
+    bool waitUntilWalkIsAllowed();
     bool waitForEvents();
+    int patienceMs() const;
     bool readEvents();
     void handleEvents(const char* events, size_t size, QVector<Platform::TreeChange>& batch);
     void handleEvent(const inotify_event& event, QVector<Platform::TreeChange>& batch);
     bool isTakenOver(Directory* parent, const inotify_event& event);
     void handleDirectory(Directory* parent, const inotify_event& event);
     void takeEventsWord(Directory* parent, const inotify_event& event);
-    void handleMounts();
+    void lookAtMounts();
 
     void settle();
     void walkAll();
     bool watchRoot(Platform::FileDescriptor& root);
+    bool failToWatchRoot(int error);
     void relistUnsettled();
     void retryLeftOut();
     void dropDetached();
@@ -105,31 +121,37 @@ private:
     bool collect(int directory, Directory* of);
     void compareTime(int directory);
     int open(Directory* directory);
+    Platform::FileDescriptor openByPath(const Directory* directory) const;
+    QByteArray canonicalPath(const Directory* directory) const;
+    bool isRemote(const Directory* parent, const std::string& name) const;
     bool isUnwanted(Directory* parent, const std::string& name) const;
     void leaveOut(Directory* parent);
     void detach(Directory* directory, uint32_t cookie);
     void drop(Directory* directory);
 
     Platform::FileDescriptor m_inotify;
+    Platform::FileDescriptor m_walkEvent;
     Platform::FileDescriptor m_stopEvent;
-    Platform::FileDescriptor m_mountEvents; ///< readable when something was mounted or unmounted
     std::atomic<bool> m_stopping{false};
 
     const Handlers* m_handlers = nullptr;
     QByteArray m_root;
     QByteArray m_canonicalRoot; ///< as the mount table names it
-    Platform::MountTable m_mounts;
+    Platform::CurrentMounts m_mounts;
+    QHash<QByteArray, bool> m_mountsInside; ///< those of the table that are below the root
     Platform::WatchedTree m_tree;
     Platform::EntryBuffer m_buffer;
     Platform::DirectoryChain<Directory*> m_chain;
     std::vector<Found> m_found; ///< still to be walked into
     uint32_t m_walk = 0;        ///< number of the current walk
     qint64 m_startedNs = 0;     ///< when `run` began
-    bool m_isFirstWalk = false; ///< the index may be ahead of it
+    bool m_isFirstWalk = false; ///< the index was ahead of it
     bool m_isWholeWalk = false; ///< also into what is known already
     bool m_needsWholeWalk = true;
     bool m_hasLost = false; ///< to be told once the model is right
     bool m_hasEnded = false;
+    bool m_isBarred = false; ///< there were no means for the last whole walk
+    bool m_isHeldUp = false; ///< there were none to look into an unsettled directory
     bool m_isOutOfWatches = false;
     bool m_hasRunOut = false;      ///< once more, since it was last set to false
     bool m_mayHaveWatches = false; ///< some came free since the last attempt
@@ -151,13 +173,18 @@ void InotifyWatcher::run(const QString& root, const Handlers& handlers)
     m_root = *path;
     m_handlers = &handlers;
     m_isFirstWalk = true;
-    // Opened before the table is read, so that no later mount is missed.
-    m_mountEvents = Platform::FileDescriptor(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+    if (!waitUntilWalkIsAllowed())
+        return;
     do {
         settle();
     } while (!m_hasEnded && waitForEvents() && readEvents());
     if (m_hasEnded && m_tree.root() && !isStopping())
         handlers.overflow();
+}
+
+void InotifyWatcher::allowWalk()
+{
+    ::eventfd_write(m_walkEvent.get(), 1);
 }
 
 void InotifyWatcher::stop()
@@ -167,28 +194,45 @@ void InotifyWatcher::stop()
     ::eventfd_write(m_stopEvent.get(), 1);
 }
 
+bool InotifyWatcher::waitUntilWalkIsAllowed()
+{
+    std::array<pollfd, 2> sources{pollfd{m_walkEvent.get(), POLLIN, 0},
+                                  pollfd{m_stopEvent.get(), POLLIN, 0}};
+    return waitForAny(sources) && !isStopping();
+}
+
 bool InotifyWatcher::waitForEvents()
 {
     std::array<pollfd, 3> sources{pollfd{m_inotify.get(), POLLIN, 0},
                                   pollfd{m_stopEvent.get(), POLLIN, 0},
-                                  pollfd{m_mountEvents.get(), POLLPRI, 0}};
-    int ready = -1;
-    do {
-        ready = ::poll(sources.data(), sources.size(), -1);
-    } while (ready < 0 && errno == EINTR);
-    if (ready < 0 || isStopping())
+                                  pollfd{m_mounts.descriptor(), POLLPRI, 0}};
+    if (!waitForAny(sources, patienceMs()) || isStopping())
         return false;
-    if (sources[2].revents != 0)
-        handleMounts();
+    if (sources[2].revents != 0) {
+        m_mounts.expectNews();
+        lookAtMounts();
+    }
     return true;
 }
 
-void InotifyWatcher::handleMounts()
+/// Nothing tells of means that come free elsewhere. Without a watch of the root there are no events
+/// either that would be an occasion to try again.
+int InotifyWatcher::patienceMs() const
 {
-    const Platform::MountTable mounts = Platform::MountTable::read();
-    if (mounts.below(m_canonicalRoot) != m_mounts.below(m_canonicalRoot))
+    if (m_isBarred)
+        return kRootRetryMs;
+    return m_needsWholeWalk ? 0 : kForEver;
+}
+
+/// No event tells of what is in a mount, nor of what it hid.
+void InotifyWatcher::lookAtMounts()
+{
+    if (m_mounts.look() != Platform::CurrentMounts::News::Changed)
+        return;
+    QHash<QByteArray, bool> inside = m_mounts.table().below(m_canonicalRoot);
+    if (m_tree.root() && inside != m_mountsInside)
         m_needsWholeWalk = m_hasLost = true;
-    m_mounts = mounts;
+    m_mountsInside = std::move(inside);
 }
 
 /// \returns false if the watch has failed or is to end.
@@ -258,7 +302,10 @@ bool InotifyWatcher::isTakenOver(Directory* parent, const inotify_event& event)
     if (!(event.mask & IN_MOVED_FROM) || event.mask & IN_ISDIR)
         return false;
     const int directory = open(parent);
-    return directory >= 0 && ::faccessat(directory, event.name, F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    if (directory < 0)
+        return false;
+    return isRemote(parent, event.name) ||
+           ::faccessat(directory, event.name, F_OK, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 /// Brings the model up to date with one name of a directory.
@@ -301,7 +348,8 @@ void InotifyWatcher::settle()
     retryLeftOut();
     // Nothing stays open while there is nothing to do: an open directory can't be unmounted.
     m_chain.clear();
-    if (m_hasLost && !isStopping()) {
+    // Not while a walk is due: whoever reads the tree before it has to do so once more behind it.
+    if (m_hasLost && !isStopping() && (!m_needsWholeWalk || m_isBarred)) {
         m_hasLost = false;
         m_handlers->overflow();
     }
@@ -312,12 +360,12 @@ void InotifyWatcher::walkAll()
 {
     m_needsWholeWalk = false;
     m_chain.clear();
-    m_unsettled.clear();
-    m_leftOut.clear();
-    ++m_walk;
     Platform::FileDescriptor root;
     if (!watchRoot(root))
         return;
+    m_unsettled.clear();
+    m_leftOut.clear();
+    ++m_walk;
     m_isWholeWalk = true;
     m_tree.root()->seen = m_walk;
     collect(root.get(), m_tree.root());
@@ -333,18 +381,18 @@ void InotifyWatcher::walkAll()
 bool InotifyWatcher::watchRoot(Platform::FileDescriptor& root)
 {
     root = Platform::openPath(m_root, O_RDONLY | O_DIRECTORY);
-    m_hasEnded = !root.isOpen();
-    if (m_hasEnded)
-        return false;
+    if (!root.isOpen())
+        return failToWatchRoot(errno);
     m_canonicalRoot = Platform::canonicalPath(root.get(), m_root);
-    m_mounts = Platform::MountTable::read();
+    // Without the table the walk might enter what never answers.
+    if (m_mounts.look() == Platform::CurrentMounts::News::Unknown)
+        return failToWatchRoot(EMFILE);
+    m_mountsInside = m_mounts.table().below(m_canonicalRoot);
     const int watch = Platform::watchDirectory(m_inotify.get(), root.get(), kRootMask);
-    if (watch < 0) {
-        m_hasEnded = !isOutOfMeans(errno);
-        if (!m_hasEnded)
-            leaveOut(nullptr);
-        return false;
-    }
+    if (watch < 0)
+        return failToWatchRoot(errno);
+    // All that happened until now was told by nobody.
+    m_hasLost = std::exchange(m_isBarred, false) || m_hasLost;
     m_hasEnded = m_tree.root() && m_tree.root()->watch != watch;
     if (!m_tree.root())
         m_tree.addRoot(watch);
@@ -353,14 +401,28 @@ bool InotifyWatcher::watchRoot(Platform::FileDescriptor& root)
     return !m_hasEnded;
 }
 
+/// The walk stays due, unless there is nothing to wait for. \returns false.
+bool InotifyWatcher::failToWatchRoot(int error)
+{
+    m_hasEnded = !Platform::isOutOfMeans(error);
+    m_isBarred = m_needsWholeWalk = !m_hasEnded;
+    if (m_isBarred)
+        leaveOut(nullptr);
+    return false;
+}
+
 void InotifyWatcher::relistUnsettled()
 {
+    const bool wasHeldUp = std::exchange(m_isHeldUp, false);
+    const size_t before = m_takenIn;
     const std::vector<Directory*> directories(m_unsettled.begin(), m_unsettled.end());
     for (Directory* directory : directories) {
         // Otherwise it has been moved on, and the event that tells where is still to come.
         if (!isStopping() && m_tree.isAttached(directory) && relist(directory))
             m_unsettled.erase(directory);
     }
+    // What happened in new ones in the meantime was told by nobody.
+    m_hasLost = m_hasLost || (wasHeldUp && m_takenIn != before);
 }
 
 /// There is no way to be told of watches that come free elsewhere, so what had to be left out is
@@ -381,7 +443,7 @@ void InotifyWatcher::retryLeftOut()
         dropDetached();
         m_mayHaveWatches = false;
     }
-    if (m_leftOut.empty() && m_tree.root())
+    if (m_leftOut.empty() && !m_isBarred)
         m_isOutOfWatches = false;
 }
 
@@ -392,12 +454,17 @@ void InotifyWatcher::dropDetached()
         drop(m_detached.begin()->first);
 }
 
-/// Looks at all names of a directory. \returns false if it isn't where it is thought to be.
+/// Looks at all names of a directory. \returns false if it isn't where it is thought to be, or
+/// can't be opened for now.
 bool InotifyWatcher::relist(Directory* directory)
 {
     const int opened = open(directory);
-    if (opened < 0)
-        return errno != ENOENT && errno != ENOTDIR && errno != ELOOP;
+    if (opened < 0) {
+        const int error = errno;
+        m_isHeldUp = m_isHeldUp || Platform::isOutOfMeans(error);
+        return error != ENOENT && error != ENOTDIR && error != ELOOP &&
+               !Platform::isOutOfMeans(error);
+    }
     ++m_walk;
     // It may have been read already on the way to others.
     ::lseek(opened, 0, SEEK_SET);
@@ -442,7 +509,7 @@ bool InotifyWatcher::enter(int parentDirectory, const Found& found)
                           ? Platform::watchDirectory(m_inotify.get(), directory.get(), kWatchMask)
                           : -1;
     if (watch < 0) {
-        if (isOutOfMeans(errno))
+        if (Platform::isOutOfMeans(errno))
             leaveOut(found.parent);
         return false;
     }
@@ -500,8 +567,8 @@ bool InotifyWatcher::collect(int directory, Directory* of)
         [this] { return isStopping(); });
 }
 
-/// The index reads the tree at the same time. What it has passed before there was a watch, and was
-/// changed in between, nobody tells; the time of the last change in the directory shows it.
+/// The index has read the tree before there was a watch. What was changed in between, nobody tells;
+/// the time of the last change in the directory shows it.
 void InotifyWatcher::compareTime(int directory)
 {
     struct stat status = {};
@@ -514,16 +581,15 @@ void InotifyWatcher::compareTime(int directory)
 /// \returns the open directory, owned by the chain; negative if it isn't where it is thought to be.
 int InotifyWatcher::open(Directory* directory)
 {
+    // Here, because all that touches the tree begins with it.
+    lookAtMounts();
     const int reached = m_chain.shorten([=](const Directory* key) { return key == directory; });
     if (reached >= 0)
         return reached;
     errno = ENOENT;
     if (!m_tree.isAttached(directory))
         return -1;
-    QByteArray path = m_root;
-    if (directory != m_tree.root())
-        path += '/' + QByteArray::fromStdString(m_tree.path(directory));
-    Platform::FileDescriptor opened = Platform::openPath(path, O_RDONLY | O_DIRECTORY);
+    Platform::FileDescriptor opened = openByPath(directory);
     if (!opened.isOpen())
         return -1;
     // Another directory may bear that name by now. Its watch is the only thing that tells.
@@ -536,18 +602,43 @@ int InotifyWatcher::open(Directory* directory)
     return -1;
 }
 
+Platform::FileDescriptor InotifyWatcher::openByPath(const Directory* directory) const
+{
+    Platform::FileDescriptor root = Platform::openPath(m_root, O_RDONLY | O_DIRECTORY);
+    if (!root.isOpen() || directory == m_tree.root())
+        return root;
+    // What was watched may be hidden by a mount by now, or have a link in its place that leads
+    // into one.
+    if (m_mounts.table().isBehindRemote(canonicalPath(directory), m_canonicalRoot)) {
+        errno = ENOENT;
+        return Platform::FileDescriptor();
+    }
+    return Platform::openBelow(root.get(), QByteArray::fromStdString(m_tree.path(directory)));
+}
+
+/// The directory must be attached.
+QByteArray InotifyWatcher::canonicalPath(const Directory* directory) const
+{
+    QByteArray path = m_canonicalRoot;
+    if (directory != m_tree.root())
+        path += '/' + QByteArray::fromStdString(m_tree.path(directory));
+    return path;
+}
+
+bool InotifyWatcher::isRemote(const Directory* parent, const std::string& name) const
+{
+    if (!m_mounts.table().hasRemote() || !m_tree.isAttached(parent))
+        return false;
+    const QByteArray path = canonicalPath(parent);
+    return m_mounts.table().holdsRemote(path) &&
+           m_mounts.table().isRemote(path + '/' + name.c_str());
+}
+
 /// Whether nothing below a directory of that place is to be looked at.
 bool InotifyWatcher::isUnwanted(Directory* parent, const std::string& name) const
 {
     const QString text = Platform::fileNameText(name);
-    if (text.isNull() || m_handlers->isExcludedDir(text))
-        return true;
-    if (!m_mounts.hasRemote() || !m_tree.isAttached(parent))
-        return false;
-    QByteArray path = m_canonicalRoot;
-    if (parent != m_tree.root())
-        path += '/' + QByteArray::fromStdString(m_tree.path(parent));
-    return m_mounts.holdsRemote(path) && m_mounts.isRemote(path + '/' + name.c_str());
+    return text.isNull() || m_handlers->isExcludedDir(text) || isRemote(parent, name);
 }
 
 /// No watch is left for a child of that directory.
@@ -586,8 +677,10 @@ void InotifyWatcher::drop(Directory* directory)
 std::unique_ptr<Platform::TreeWatcher> Platform::TreeWatcher::create()
 {
     FileDescriptor inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    FileDescriptor walkEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
     FileDescriptor stopEvent(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
-    if (!inotify.isOpen() || !stopEvent.isOpen())
+    if (!inotify.isOpen() || !walkEvent.isOpen() || !stopEvent.isOpen())
         return nullptr;
-    return std::make_unique<InotifyWatcher>(std::move(inotify), std::move(stopEvent));
+    return std::make_unique<InotifyWatcher>(std::move(inotify), std::move(walkEvent),
+                                            std::move(stopEvent));
 }

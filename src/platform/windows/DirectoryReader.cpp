@@ -54,8 +54,9 @@ std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(con
     return std::make_unique<WindowsDirectoryReader>();
 }
 
-Platform::PathKind Platform::kindOfPath(const QString& path)
+Platform::PathKind Platform::kindOfPath(const QString& path, const QString& root)
 {
+    Q_UNUSED(root); // each path tells by itself what stands there
     const DWORD attributes =
         GetFileAttributesW(reinterpret_cast<LPCWSTR>(extendedPath(path).utf16()));
     if (attributes == INVALID_FILE_ATTRIBUTES)

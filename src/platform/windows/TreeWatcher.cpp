@@ -127,6 +127,7 @@ public:
             report(watch, handlers);
     }
 
+    void allowWalk() override {} // the system watches the whole tree by itself
     void stop() override { SetEvent(m_stopEvent.get()); }
 
 private:
