@@ -55,6 +55,7 @@ private slots:
     void applicationGetsItsExactArguments();
     void failingApplicationKeepsEverything();
     void messageBusActivatesAnApplication();
+    void refusedActivationFallsBackToTheCommand_data();
     void refusedActivationFallsBackToTheCommand();
 
     void usedApplicationsRise();
@@ -72,7 +73,10 @@ private:
     std::unique_ptr<Program> makeProgram(Road road = Road::DesktopLauncher);
     void useSharedProgram(Road road = Road::DesktopLauncher);
     void startOwnProgram(std::unique_ptr<Program> program);
+    void forgetLaunches();
     void writeEntry(const char* path, QByteArray lines);
+    void writeDesktopLauncher(const QString& program);
+    QString launcherFolder() const { return m_desktop->path(QStringLiteral("launcher")); }
     QStringList iconsFor(const QString& query);
     void doubleClickAt(int belowStrip) const;
 
@@ -103,6 +107,7 @@ constexpr EntryFile kEntries[] = {
 
     {"share/applications/Org.Example.Clock.desktop",
      "Name=Text Clock\nIcon=clock\nExec=recorder clock\n"},
+    {"share/applications/damaged.desktop", "Name=Damaged\nExec=recorder damaged\n===\n"},
     {"share/applications/calendar.desktop",
      "Name=Calendar\r\nExec=recorder calendar\r\nStartupNotify=true\r\n"},
     {"share/applications/kde4/viewer.desktop",
@@ -195,6 +200,7 @@ constexpr int kListPadding = 4;
 constexpr int kHeaderHeight = 30;
 constexpr int kRowHeight = 64;
 
+const QString kDesktopLauncher = QStringLiteral("gio");
 const QString kRecorder = QStringLiteral("recorder");
 const QString kTerminal = QStringLiteral("x-terminal-emulator");
 
@@ -247,6 +253,23 @@ void E2eApplications::initTestCase()
     // The recorders need one program of the machine.
     QVERIFY(QFile::link(QStandardPaths::findExecutable(QStringLiteral("mv")),
                         m_desktop->path(QStringLiteral("bin/mv"))));
+    const QString launcher = QStandardPaths::findExecutable(kDesktopLauncher);
+    QVERIFY2(!launcher.isEmpty(), "gio is not installed");
+    writeDesktopLauncher(launcher);
+}
+
+/// The machine's own launcher, behind a script that notes what came of it.
+void E2eApplications::writeDesktopLauncher(const QString& program)
+{
+    QVERIFY(QDir().mkpath(launcherFolder()));
+    QFile script(launcherFolder() + QLatin1Char('/') + kDesktopLauncher);
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    const QString lines = QStringLiteral("#!/bin/sh\n'%1' \"$@\"\nstatus=$?\n"
+                                         "echo \"$status $*\" > '%2.part'\n"
+                                         "mv '%2.part' '%2'\nexit $status\n");
+    const QString noted = m_desktop->path(kDesktopLauncher + QStringLiteral(".out"));
+    QVERIFY(script.write(lines.arg(program, noted).toUtf8()) > 0);
+    QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
 void E2eApplications::cleanup()
@@ -278,16 +301,25 @@ std::unique_ptr<Program> E2eApplications::makeProgram(Road road)
                          m_desktop->path(QStringLiteral("share")) + QLatin1Char(':') +
                              m_desktop->path(QStringLiteral("local")));
     program->setVariable(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("Tidy:Spotless"));
-    if (road == Road::OwnLauncher)
-        program->setVariable(QStringLiteral("PATH"), m_desktop->path(QStringLiteral("bin")));
+    const QString path = QStringLiteral("PATH");
+    program->setVariable(path, road == Road::OwnLauncher
+                                   ? m_desktop->path(QStringLiteral("bin"))
+                                   : launcherFolder() + QLatin1Char(':') +
+                                         m_desktop->environment().value(path));
     return program;
+}
+
+void E2eApplications::forgetLaunches()
+{
+    m_desktop->addRecorder(kRecorder);
+    m_desktop->addRecorder(kTerminal);
+    QFile::remove(m_desktop->path(kDesktopLauncher + QStringLiteral(".out")));
 }
 
 void E2eApplications::startOwnProgram(std::unique_ptr<Program> program)
 {
     m_program = std::move(program);
-    m_desktop->addRecorder(kRecorder);
-    m_desktop->addRecorder(kTerminal);
+    forgetLaunches();
     m_program->startAndSettle();
     m_program->openSpotlight();
 }
@@ -300,8 +332,7 @@ void E2eApplications::useSharedProgram(Road road)
         return;
     }
     QFile::remove(m_desktop->path(QStringLiteral("opened")));
-    m_desktop->addRecorder(kRecorder);
-    m_desktop->addRecorder(kTerminal);
+    forgetLaunches();
     m_program->openSpotlight();
 }
 
@@ -451,30 +482,41 @@ void E2eApplications::applicationGetsItsExactArguments_data()
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("launcher"); // what the desktop's launcher notes
     const QString finder = m_desktop->path("share/applications/text-finder.desktop");
     for (const Road road : {Road::DesktopLauncher, Road::OwnLauncher}) {
-        const auto addRow = [road](const char* name, const char* query, const QString& program,
-                                   const QString& arguments, const char* key) {
-            const char* by = road == Road::OwnLauncher ? "by itself" : "by the desktop's launcher";
-            QTest::addRow("%s, %s", name, by) << int(road) << query << program << arguments << key;
+        // The file is that of an entry which is the launcher's business.
+        const auto addRow = [this, road](const char* name, const char* query,
+                                         const QString& program, const QString& arguments,
+                                         const char* key, const char* file, int status = 0) {
+            const bool isOwn = road == Road::OwnLauncher;
+            const QString path = m_desktop->path(QLatin1String(file));
+            QTest::addRow("%s, %s", name, isOwn ? "by itself" : "by the desktop's launcher")
+                << int(road) << query << program << arguments << key
+                << (isOwn || !*file ? QString()
+                                    : QStringLiteral("%1 launch %2\n").arg(status).arg(path));
         };
         addRow("the user's own", "text editor", kRecorder, "[own-editor]\n",
-               "org.example.editor.desktop");
-        addRow("upper-case id", "text clock", kRecorder, "[clock]\n", "org.example.clock.desktop");
+               "org.example.editor.desktop", "data/applications/org.example.Editor.desktop");
+        addRow("upper-case id", "text clock", kRecorder, "[clock]\n", "org.example.clock.desktop",
+               "share/applications/Org.Example.Clock.desktop");
         addRow("field codes", "text viewer", kRecorder,
                "[viewer]\n[--icon]\n[viewer]\n[--caption]\n[Text Viewer]\n[--scale=100%]\n"
                "[two words]\n",
-               "kde4-viewer.desktop");
+               "kde4-viewer.desktop", "share/applications/kde4/viewer.desktop");
         addRow("quotes", "text quoted", kRecorder,
                QStringLiteral("[quoted]\n[$HOME]\n[a\\b]\n[say \"hi\"]\n[]\n[čeština 日本]\n"),
-               "text-quoted.desktop");
+               "text-quoted.desktop", "local/applications/text-quoted.desktop");
         addRow("its own place", "text finder", kRecorder,
-               QStringLiteral("[finder]\n[%1]\n").arg(finder), "text-finder.desktop");
+               QStringLiteral("[finder]\n[%1]\n").arg(finder), "text-finder.desktop", "");
         addRow("terminal", "text console", kTerminal, "[-e]\n[recorder]\n[console]\n[two words]\n",
-               "text-console.desktop");
-        addRow("more groups", "web b", kRecorder, "[browser]\n", "web.desktop");
-        addRow("lines of another system", "calendar", kRecorder, "[calendar]\n",
-               "calendar.desktop");
+               "text-console.desktop", "");
+        addRow("more groups", "web b", kRecorder, "[browser]\n", "web.desktop",
+               "local/applications/web.desktop");
+        addRow("lines of another system", "calendar", kRecorder, "[calendar]\n", "calendar.desktop",
+               "share/applications/calendar.desktop");
+        addRow("form that is refused", "damaged", kRecorder, "[damaged]\n", "damaged.desktop",
+               "share/applications/damaged.desktop", 1);
     }
 }
 
@@ -485,11 +527,13 @@ void E2eApplications::applicationGetsItsExactArguments()
     QFETCH(QString, program);
     QFETCH(QString, arguments);
     QFETCH(QString, key);
+    QFETCH(QString, launcher);
     useSharedProgram(Road(road));
     QVERIFY(!m_program->usage().contains(key));
     m_program->type(query);
     m_program->key(QStringLiteral("Return"));
     QTRY_COMPARE(m_desktop->recorded(program), arguments);
+    QTRY_COMPARE(m_desktop->recorded(kDesktopLauncher), launcher);
     m_program->waitUntilSpotlightIsGone();
     QCOMPARE(m_program->usage().value(key).toObject().value(QStringLiteral("c")).toInt(), 1);
     QCOMPARE(m_desktop->opened(), QStringList());
@@ -530,12 +574,25 @@ void E2eApplications::messageBusActivatesAnApplication()
     QDBusConnection::disconnectFromBus(connection);
 }
 
+void E2eApplications::refusedActivationFallsBackToTheCommand_data()
+{
+    QTest::addColumn<int>("road");
+    QTest::addColumn<QString>("launcher");
+    const QString entry = m_desktop->path("share/applications/org.example.Door.desktop");
+    QTest::newRow("by the desktop's launcher")
+        << int(Road::DesktopLauncher) << "0 launch " + entry + "\n";
+    QTest::newRow("by itself") << int(Road::OwnLauncher) << QString();
+}
+
 void E2eApplications::refusedActivationFallsBackToTheCommand()
 {
-    useSharedProgram(Road::OwnLauncher); // the desktop's launcher doesn't ask the bus
+    QFETCH(int, road);
+    QFETCH(QString, launcher);
+    useSharedProgram(Road(road));
     m_program->type(QStringLiteral("door"));
     m_program->key(QStringLiteral("Return"));
     QTRY_COMPARE(m_desktop->recorded(kRecorder), QStringLiteral("[door]\n"));
+    QTRY_COMPARE(m_desktop->recorded(kDesktopLauncher), launcher);
     m_program->waitUntilSpotlightIsGone();
 }
 

@@ -156,6 +156,11 @@ void AppIndexTest::entriesThatCount_data()
     QTest::newRow("the first of a key counts")
         << QStringList{"app A", "/a", "same", "app B", "/b", "other", "app C", "/c", "same"}
         << QStringList{"app A|/a|same", "app B|/b|other"};
+    // The systems that tell ids apart by their case write keys in lower case nevertheless.
+    QTest::newRow("ids that differ in case alone")
+        << QStringList{"app A", "/a/Tool.desktop", "tool.desktop",
+                       "app B", "/a/tool.desktop", "tool.desktop"}
+        << QStringList{"app A|/a/Tool.desktop|tool.desktop"};
     QTest::newRow("one left out holds no key")
         << QStringList{"app A", "", "same", "", "/b", "same", "app C", "/c", "same"}
         << QStringList{"app C|/c|same"};

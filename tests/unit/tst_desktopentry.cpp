@@ -81,8 +81,6 @@ private slots:
     void fieldCodesTakeTheEntrysValues();
     void busNameComesFromTheFile_data();
     void busNameComesFromTheFile();
-    void strictFormIsTold_data();
-    void strictFormIsTold();
     void damagedEntriesAreSurvived();
     void hugeLineIsSurvived();
 
@@ -563,31 +561,6 @@ void DesktopEntryTest::busNameComesFromTheFile()
 {
     QFETCH(QString, path);
     QTEST(DesktopEntry::busName(path), "name");
-}
-
-void DesktopEntryTest::strictFormIsTold_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("isStrict");
-    const auto row = [](const char* title, const QByteArray& content, bool isStrict) {
-        QTest::newRow(title) << content << isStrict;
-    };
-    row("usual", inGroup("# c\n\nName[de]=a\r\n[Desktop Action A]\nExec=b\n"), true);
-    row("empty value", inGroup("Name=\n"), true);
-    row("nothing", "", false);
-    row("comments alone", "# a\n", false);
-    row("stray line", inGroup("stray\n"), false);
-    row("stray line in a later group", inGroup("[A]\nstray\n"), false);
-    row("no key", inGroup("=a\n"), false);
-    row("open header", inGroup("[A\n"), false);
-    row("value before the group", "A=b\n" + inGroup(""), false);
-    row("byte order mark", "\xef\xbb\xbf" + inGroup(""), false);
-}
-
-void DesktopEntryTest::strictFormIsTold()
-{
-    QFETCH(QByteArray, content);
-    QTEST(DesktopEntry::isStrictlyFormed(content), "isStrict");
 }
 
 /// A whole entry, cut off or changed in any one place, gives a part of it or nothing.

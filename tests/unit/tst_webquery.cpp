@@ -196,6 +196,13 @@ void WebQueryTest::looksLikeLink_data()
     row(true, "255.255.255.255");
     row(true, "192.168.1.1:8080/admin");
     row(true, "010.000.0.001");
+    row(true, "10.0.0.+1"); // a sign makes it no less a number
+    row(true, "10.0.0.-0");
+    row(true, "+10.-0.+0.+255");
+    row(false, "10.0.0.+256");
+    row(false, "10.0.0.+-1");
+    row(false, "10.0.0.1+");
+    row(false, "10.0.0.+");
     row(false, "10.0.0.256");
     row(false, "256.0.0.1");
     row(false, "10.0.0.-1");
@@ -323,6 +330,8 @@ void WebQueryTest::suggestionsFor_data()
     row("http://x ", {open("http://x")});
     row("example.c ", {search("example.c", "example.c")});
     row("10.0.0.1 ", {open("10.0.0.1")});
+    row("10.0.0.+1 ", {open("10.0.0.+1")});
+    row("10.0.0.-0 ", {open("10.0.0.-0")});
     row("10.0.0.256 ", {search("10.0.0.256", "10.0.0.256")});
     row("localhost:8080/x ", {open("localhost:8080/x")});
     row("someone@example.com ", {open("someone@example.com")});

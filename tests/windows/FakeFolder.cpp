@@ -58,6 +58,10 @@ public:
         *count = 0;
         if (m_next == m_folder->children.size())
             return S_FALSE;
+        if (m_next == m_folder->failsAt) {
+            ++m_next; // whoever asks again gets the next one
+            return m_folder->failure;
+        }
         if (!m_folder->saysYesWithoutChild) {
             *items = ILCloneChild(m_folder->children.at(m_next).id);
             *count = 1;
@@ -91,8 +95,9 @@ HRESULT FakeFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** list)
 HRESULT FakeFolder::GetDisplayNameOf(PCUITEMID_CHILD id, SHGDNF form, STRRET* name)
 {
     const auto child = std::find_if(children.cbegin(), children.cend(), [id](const Child& one) {
-        return ILIsEqual(reinterpret_cast<PCIDLIST_ABSOLUTE>(one.id),
-                         reinterpret_cast<PCIDLIST_ABSOLUTE>(id));
+        return one.id == id || (one.id && id &&
+                                ILIsEqual(reinterpret_cast<PCIDLIST_ABSOLUTE>(one.id),
+                                          reinterpret_cast<PCIDLIST_ABSOLUTE>(id)));
     });
     if (child == children.cend())
         return E_INVALIDARG;

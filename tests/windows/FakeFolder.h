@@ -32,7 +32,9 @@ public:
     QVector<Child> children;
     HRESULT enumResult = S_OK;        ///< anything else: no children are handed out
     bool saysYesWithoutChild = false; ///< the enumeration succeeds and hands out nothing
-    SHCONTF askedFor = 0;             ///< the flags of the last enumeration
+    qsizetype failsAt = -1;           ///< the child in whose place comes `failure`, if there is one
+    HRESULT failure = E_FAIL;
+    SHCONTF askedFor = 0; ///< the flags of the last enumeration
 
     ULONG references() const { return m_references; }
     ULONG enumerations() const { return m_enumerations; }

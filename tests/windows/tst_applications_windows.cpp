@@ -37,8 +37,8 @@ constexpr int kNamedSizePx = 48;
 const QString kPrograms = QStringLiteral("/Microsoft/Windows/Start Menu/Programs/");
 const QString kMachine = QStringLiteral("HKEY_LOCAL_MACHINE");
 const QString kUser = QStringLiteral("HKEY_CURRENT_USER");
-const QString kAppPaths =
-    QStringLiteral("\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths");
+const QString kCurrentVersion = QStringLiteral("\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion");
+const QString kAppPaths = kCurrentVersion + QStringLiteral("\\App Paths");
 
 LPCWSTR wide(const QString& text)
 {
@@ -161,6 +161,33 @@ QSettings appPaths(const QString& root)
     return QSettings(root + kAppPaths, QSettings::NativeFormat);
 }
 
+/// The names of all keys and the values in them, from where `settings` stands downwards.
+QStringList contentsOf(QSettings& settings)
+{
+    QStringList contents;
+    const QStringList names = settings.childKeys();
+    for (const QString& name : names)
+        contents.append(settings.group() + "/" + name + "=" + settings.value(name).toString());
+    const QStringList groups = settings.childGroups();
+    for (const QString& group : groups) {
+        settings.beginGroup(group);
+        contents.append(settings.group() + "/");
+        contents += contentsOf(settings);
+        settings.endGroup();
+    }
+    return contents;
+}
+
+/// What a root holds of all that a listing looks at, and what lies beside that.
+QStringList registryOf(const QString& root)
+{
+    // From the key above, since settings create the one that they are opened on.
+    QSettings settings(root + kCurrentVersion, QSettings::NativeFormat);
+    const QStringList beside = settings.childGroups();
+    settings.beginGroup("App Paths");
+    return beside + contentsOf(settings);
+}
+
 QVector<InstalledApplication> list()
 {
     QVector<InstalledApplication> found;
@@ -196,6 +223,7 @@ private slots:
     void appPathIsLeftOut_data();
     void appPathIsLeftOut();
     void sourcesComeInOrder();
+    void listingWritesNothing_data();
     void listingWritesNothing();
 
     void storeAppIsCollected_data();
@@ -203,8 +231,11 @@ private slots:
     void storeAppsKeepTheirOrder();
     void storeFolderThatFails_data();
     void storeFolderThatFails();
+    void storeFolderThatBreaksOff_data();
+    void storeFolderThatBreaksOff();
     void storeAppHasItsIcon();
     void storeAppWithoutIcon();
+    void storeAppWithoutIdList();
     void storeMemoryIsFreed();
     void displayNameForms_data();
     void displayNameForms();
@@ -532,16 +563,33 @@ void ApplicationsTest::sourcesComeInOrder()
                                  program.toUpper(), native(path("last.exe")), program}));
 }
 
+void ApplicationsTest::listingWritesNothing_data()
+{
+    QTest::addColumn<bool>("hasKeys");
+    QTest::newRow("keys that are there") << true;
+    QTest::newRow("key that is missing") << false;
+}
+
 void ApplicationsTest::listingWritesNothing()
 {
-    const QStringList before =
-        QSettings(kUser + "\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion", QSettings::NativeFormat)
-            .childGroups();
-    list();
-    const QStringList after =
-        QSettings(kUser + "\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion", QSettings::NativeFormat)
-            .childGroups();
-    QCOMPARE(after, before);
+    QFETCH(bool, hasKeys);
+    // The other cases leave the user's key behind, empty. The machine's holds what is installed.
+    const QString own = kAppPaths.mid(1);
+    const LSTATUS removed = RegDeleteTreeW(HKEY_CURRENT_USER, wide(own));
+    QVERIFY(removed == ERROR_SUCCESS || removed == ERROR_FILE_NOT_FOUND);
+    if (hasKeys) {
+        writeFile(path("program.exe"));
+        setAppPath(kUser, "orlimo-test.exe", native(path("program.exe")));
+        setAppPath(kMachine, "orlimo-test.exe", native(path("gone.exe")));
+    }
+    const QStringList user = registryOf(kUser);
+    const QStringList machine = registryOf(kMachine);
+    QCOMPARE(user.contains("App Paths"), hasKeys);
+    QCOMPARE(user.filter("orlimo-test.exe").isEmpty(), !hasKeys);
+    QCOMPARE(machine.filter("orlimo-test.exe").isEmpty(), !hasKeys);
+    QCOMPARE(namesOfOwn(), hasKeys ? QStringList{"program"} : QStringList());
+    QCOMPARE(registryOf(kUser), user);
+    QCOMPARE(registryOf(kMachine), machine);
 }
 
 namespace
@@ -677,6 +725,46 @@ void ApplicationsTest::storeFolderThatFails()
     QCOMPARE(folder.enumerations(), 0UL);
 }
 
+void ApplicationsTest::storeFolderThatBreaksOff_data()
+{
+    QTest::addColumn<int>("failsAt");
+    QTest::addColumn<int>("failure");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("at once") << 0 << int(E_FAIL) << QStringList();
+    QTest::newRow("in the middle") << 1 << int(E_FAIL) << QStringList{"A"};
+    QTest::newRow("in the middle, for want of memory")
+        << 1 << int(E_OUTOFMEMORY) << QStringList{"A"};
+    QTest::newRow("before the last") << 2 << int(E_UNEXPECTED) << QStringList({"A", "B"});
+    QTest::newRow("never") << -1 << int(E_FAIL) << QStringList({"A", "B", "C"});
+}
+
+/// What comes before the failure counts; what might come after isn't asked for.
+void ApplicationsTest::storeFolderThatBreaksOff()
+{
+    QFETCH(int, failsAt);
+    QFETCH(int, failure);
+    QFETCH(QStringList, names);
+    const Com com;
+    for (const char* name : {"a.txt", "b.txt", "c.txt"})
+        writeFile(path(name));
+    const ItemOfFile a(path("a.txt"));
+    const ItemOfFile b(path("b.txt"));
+    const ItemOfFile c(path("c.txt"));
+    FakeFolder folder;
+    folder.children = {{a.child(), {"A"}, {"A!App"}},
+                       {b.child(), {"B"}, {"B!App"}},
+                       {c.child(), {"C"}, {"C!App"}}};
+    folder.failsAt = failsAt;
+    folder.failure = failure;
+    QStringList found;
+    const QVector<InstalledApplication> all = collect(&folder, a.parent());
+    for (const InstalledApplication& one : all)
+        found.append(one.name);
+    QCOMPARE(found, names);
+    QCOMPARE(folder.enumerations(), 0UL);
+    QCOMPARE(folder.references(), 1UL);
+}
+
 void ApplicationsTest::storeAppHasItsIcon()
 {
     const Com com;
@@ -707,6 +795,20 @@ void ApplicationsTest::storeAppWithoutIcon()
     // Below a file there is nothing that the shell could look at.
     const QVector<InstalledApplication> found = collect(&folder, item.whole());
     QCOMPARE(found.size(), 1);
+    QVERIFY(found.first().presetIcon.isNull());
+}
+
+void ApplicationsTest::storeAppWithoutIdList()
+{
+    const Com com;
+    QVERIFY(!ILCombine(nullptr, nullptr)); // as for want of memory
+    FakeFolder folder;
+    folder.children = {{nullptr, {"A"}, {"A!App"}}};
+    // Listed nevertheless, without the icon, which nothing else leads to.
+    const QVector<InstalledApplication> found = collect(&folder, nullptr);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(found.first().name, QString("A"));
+    QCOMPARE(found.first().launchPath, QString("shell:AppsFolder\\A!App"));
     QVERIFY(found.first().presetIcon.isNull());
 }
 

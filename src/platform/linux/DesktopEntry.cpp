@@ -523,22 +523,6 @@ std::optional<DesktopEntry> DesktopEntry::parse(QByteArrayView content, const En
     return entry;
 }
 
-bool DesktopEntry::isStrictlyFormed(QByteArrayView content)
-{
-    bool isInGroup = false;
-    while (!content.isEmpty()) {
-        const QByteArrayView line = takeLine(content);
-        if (isComment(line))
-            continue;
-        const bool isHeader = line.startsWith('[') && line.endsWith(']');
-        const bool isPair = isInGroup && !line.startsWith('[') && line.indexOf('=') > 0;
-        if (!isHeader && !isPair)
-            return false;
-        isInGroup = true;
-    }
-    return isInGroup;
-}
-
 bool DesktopEntry::isShownIn(const QStringList& desktops) const
 {
     for (const QString& desktop : desktops) {

@@ -57,10 +57,6 @@ struct DesktopEntry
     /// looked at. Of two values for one key the later counts.
     static std::optional<DesktopEntry> parse(QByteArrayView content, const EntryLocale& locale);
 
-    /// Whether the whole of `content` has the form of a key file, as the desktop's own launcher
-    /// demands, which refuses a file for one stray line in any group.
-    static bool isStrictlyFormed(QByteArrayView content);
-
     /// \param desktops names of the running desktop, the most specific first.
     bool isShownIn(const QStringList& desktops) const;
 

@@ -16,6 +16,7 @@ namespace
 
 // Larger pictures are made smaller, since whoever asks keeps the icon.
 constexpr int kLargestIconPx = 256;
+constexpr int kTriedIconPx = 48;
 
 /// Lists what the entries of all folders for data offer, each id once.
 class ApplicationList
@@ -80,6 +81,10 @@ QIcon imageIcon(const QString& path)
     // Plain files only: to read a pipe would hold up whoever paints.
     if (!QFileInfo(path).isFile())
         return {};
+    // What draws itself anew in each size has none of its own. Nor has what can't be read.
+    const QIcon drawing(path);
+    if (drawing.availableSizes().isEmpty())
+        return drawing.pixmap(kTriedIconPx).isNull() ? QIcon() : drawing;
     const QPixmap image(path);
     const bool isLarge = qMax(image.width(), image.height()) > kLargestIconPx;
     const QPixmap kept = isLarge ? image.scaled(kLargestIconPx, kLargestIconPx, Qt::KeepAspectRatio,

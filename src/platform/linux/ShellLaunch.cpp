@@ -19,6 +19,8 @@
 #include <algorithm>
 #include <array>
 
+#include <unistd.h>
+
 namespace
 {
 
@@ -47,7 +49,6 @@ struct FoundEntry
 {
     QString path;
     DesktopEntry entry;
-    bool isStrictlyFormed = false;
 };
 
 QString pathOf(const QString& value)
@@ -67,17 +68,37 @@ std::optional<FoundEntry> findEntry(const QString& value)
     std::optional<DesktopEntry> entry = DesktopEntry::parse(content, EntryLocale::ofEnvironment());
     if (!entry)
         return std::nullopt;
-    return FoundEntry{path, std::move(*entry), DesktopEntry::isStrictlyFormed(content)};
+    return FoundEntry{path, std::move(*entry)};
 }
 
-/// Whether the desktop's launcher is sure to do justice to an entry. It is started detached, so
-/// nobody would learn that it refused one; what it can't do goes the program's own road, on which a
-/// failure is seen.
+/// The desktop's launcher at work. Its end says whether it has started the program. One that is
+/// still at it when this object goes is left alone.
+class DesktopLauncher : public QProcess
+{
+public:
+    explicit DesktopLauncher(QObject* parent) : QProcess(parent)
+    {
+        // No pipes: the launched program inherits its channels, and has them for longer than this
+        // one lives.
+        setProcessChannelMode(QProcess::ForwardedChannels);
+        setInputChannelMode(QProcess::ForwardedInputChannel);
+        // What ends this program's session, such as a terminal that closes, is not to end others.
+        setChildProcessModifier([] { ::setsid(); });
+    }
+
+    ~DesktopLauncher() override
+    {
+        // Of a process that it knows to be running the base class complains, and kills it.
+        setProcessState(QProcess::NotRunning);
+    }
+};
+
+/// Whether the desktop's launcher can do justice to an entry. What it is known to refuse goes the
+/// program's own road, on which a failure is seen at once.
 ///
-/// The launcher refuses a file that isn't strictly formed, one whose program or "TryExec" is
-/// missing or whose folder is, and one for a terminal unless it finds one of the few that it knows,
-/// to which neither $TERMINAL nor Debian's alternative belongs. And it is given the content of the
-/// file rather than its place, so it has nothing to put for %k and calls nobody on the message bus.
+/// The launcher is given the content of the file rather than its place, so it has nothing to put
+/// for %k. And it starts nothing in a terminal but one of the few that it knows, to which neither
+/// $TERMINAL nor Debian's alternative belongs.
 bool suitsDesktopLauncher(const FoundEntry& found)
 {
     const DesktopEntry& entry = found.entry;
@@ -85,16 +106,9 @@ bool suitsDesktopLauncher(const FoundEntry& found)
         return !program.isEmpty() && !DesktopEntries::isProgram(program);
     };
     const std::optional<QStringList> command = entry.command(found.path);
-    return found.isStrictlyFormed && !entry.isTerminal && command &&
-           !isMissing(command->constFirst()) && !isMissing(entry.tryExec) &&
-           !entry.exec.contains(QLatin1String("%k")) &&
+    return !entry.isTerminal && command && !isMissing(command->constFirst()) &&
+           !isMissing(entry.tryExec) && !entry.exec.contains(QLatin1String("%k")) &&
            (entry.workingDirectory.isEmpty() || QFileInfo(entry.workingDirectory).isDir());
-}
-
-bool startWithDesktopLauncher(const QString& path)
-{
-    return QProcess::startDetached(kDesktopLauncher, {QStringLiteral("launch"), path}, QString(),
-                                   nullptr);
 }
 
 QLatin1String optionOf(const QString& terminal)
@@ -143,6 +157,48 @@ bool startByCommandLine(const DesktopEntry& entry, const QString& path)
     return QProcess::startDetached(program, *command, entry.workingDirectory, nullptr);
 }
 
+void reportFailure(const FoundEntry& found, const QString& reason)
+{
+    qWarning() << "Gagal menjalankan aplikasi:" << found.path << reason;
+}
+
+/// What becomes of a launch that the desktop's launcher wouldn't do, for reasons that are its own:
+/// it is stricter about the form of a file, and in early versions it launches nothing at all.
+void onLauncherFailed(const FoundEntry& found, const QString& reason)
+{
+    if (!startByCommandLine(found.entry, found.path))
+        reportFailure(found, reason);
+}
+
+/// \returns false if there is no such launcher. Whether it does its work is told later.
+bool startByDesktopLauncher(const FoundEntry& found)
+{
+    if (!suitsDesktopLauncher(found) || !DesktopEntries::isProgram(kDesktopLauncher))
+        return false;
+    auto* launcher = new DesktopLauncher(QCoreApplication::instance());
+    QObject::connect(launcher, &QProcess::finished, launcher,
+                     [launcher, found](int exitCode, QProcess::ExitStatus status) {
+                         launcher->deleteLater();
+                         if (status != QProcess::NormalExit || exitCode != 0)
+                             onLauncherFailed(found, kDesktopLauncher + QLatin1Char(' ') +
+                                                         QString::number(exitCode));
+                     });
+    QObject::connect(launcher, &QProcess::errorOccurred, launcher,
+                     [launcher, found](QProcess::ProcessError error) {
+                         if (error != QProcess::FailedToStart) // the others come to an end as well
+                             return;
+                         launcher->deleteLater();
+                         onLauncherFailed(found, launcher->errorString());
+                     });
+    launcher->start(kDesktopLauncher, {QStringLiteral("launch"), found.path});
+    return true;
+}
+
+bool startWithoutBus(const FoundEntry& found)
+{
+    return startByDesktopLauncher(found) || startByCommandLine(found.entry, found.path);
+}
+
 /// The object of an application stands at its name, with slashes.
 QDBusMessage activationOf(const QString& busName)
 {
@@ -154,32 +210,32 @@ QDBusMessage activationOf(const QString& busName)
     return request;
 }
 
-/// What becomes of an activation that was turned down: the command line is the second way.
-void onActivated(const QDBusMessage& reply, const DesktopEntry& entry, const QString& path)
+/// What becomes of an activation that was turned down: the entry's other ways are left.
+void onActivated(const QDBusMessage& reply, const FoundEntry& found)
 {
     if (reply.type() != QDBusMessage::ErrorMessage)
         return;
-    // One that is slow to answer may yet come up, and then there would be two of it.
     const QDBusError::ErrorType type = QDBusError(reply).type();
-    if (type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut)
-        return;
-    if (!startByCommandLine(entry, path))
-        qWarning() << "Gagal menjalankan aplikasi:" << path << reply.errorMessage();
+    const bool isSlow =
+        type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
+    // One that is slow to answer may yet come up, and then there would be two of it.
+    if (isSlow || !startWithoutBus(found))
+        reportFailure(found, reply.errorMessage());
 }
 
 /// \returns false if there is nobody to ask. Whether the application comes up is told later.
-bool startByBus(const DesktopEntry& entry, const QString& path)
+bool startByBus(const FoundEntry& found)
 {
-    const QString busName = DesktopEntry::busName(path);
-    if (!entry.isBusActivatable || busName.isEmpty() || !hasSessionBus())
+    const QString busName = DesktopEntry::busName(found.path);
+    if (!found.entry.isBusActivatable || busName.isEmpty() || !hasSessionBus())
         return false;
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return false;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(activationOf(busName)),
                                                 QCoreApplication::instance());
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, entry, path] {
-        onActivated(watcher->reply(), entry, path);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, found] {
+        onActivated(watcher->reply(), found);
         watcher->deleteLater();
     });
     return true;
@@ -192,7 +248,6 @@ bool Platform::launchShellItem(const QString& value)
     const std::optional<FoundEntry> found = findEntry(value);
     if (!found)
         return false;
-    if (suitsDesktopLauncher(*found) && startWithDesktopLauncher(found->path))
-        return true;
-    return startByBus(found->entry, found->path) || startByCommandLine(found->entry, found->path);
+    // An entry that asks for the bus may have a command line as well, for desktops without one.
+    return startByBus(*found) || startWithoutBus(*found);
 }

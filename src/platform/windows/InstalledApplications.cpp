@@ -22,7 +22,8 @@ namespace
 using Add = std::function<void(const Platform::InstalledApplication&)>;
 
 constexpr QLatin1String kStartMenu("/Microsoft/Windows/Start Menu/Programs");
-constexpr QLatin1String kAppPaths("\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths");
+constexpr QLatin1String kCurrentVersion("\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion");
+constexpr QLatin1String kAppPaths("App Paths");
 constexpr QLatin1String kProgramSuffix(".exe");
 constexpr QLatin1String kShortcutSuffix(".lnk");
 
@@ -66,7 +67,9 @@ void addStartMenu(const QString& dir, const Add& add)
 
 void addAppPaths(const QString& root, const Add& add)
 {
-    const QSettings programs(root + kAppPaths, QSettings::NativeFormat);
+    // Not opened on the key itself, which that would create where it is missing.
+    QSettings programs(root + kCurrentVersion, QSettings::NativeFormat);
+    programs.beginGroup(kAppPaths);
     const QStringList groups = programs.childGroups();
     for (const QString& group : groups) {
         if (!group.endsWith(kProgramSuffix, Qt::CaseInsensitive))
