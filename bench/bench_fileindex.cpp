@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-// The file index over generated home directories of 10,000, 100,000 and, if the arguments say so,
-// other numbers of entries: the first scan beside `find` over the same tree, the memory of an
-// entry, a keystroke for each letter and the next one after it, the longest time for which the GUI
-// thread is busy at 32 changes and at 10,000, the wake-ups of an idle process, and the way out of a
-// scan that has just begun. Every tree has a process of its own, since an index lasts as long.
+// The file index over home directories with generated trees of 10,000, 100,000 and, if the
+// arguments say so, other numbers of entries: the first scan beside `find` over the same tree, the
+// memory of an entry, a keystroke for each letter and the next one after it, the longest time for
+// which the GUI thread is busy at 32 changes and at 10,000, the wake-ups of an idle process, and
+// the way out of a scan that has just begun. Every tree has a process of its own, since an index
+// lasts as long. All that is made and removed lies in one folder of a private home.
 //
 //     bench_fileindex [entries...]
 
@@ -120,6 +121,12 @@ void makeTree(const QString& root, int entries)
 QString home()
 {
     return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+}
+
+/// The only place in the home directory in which anything is made or removed.
+QString corner()
+{
+    return home() + QStringLiteral("/bench");
 }
 
 double findTime()
@@ -249,17 +256,22 @@ void measureFlush()
 {
     QStringList removed;
     const QVector<FileIndex::Entry>& all = FileIndex::entries();
+    const QString within = QDir::toNativeSeparators(corner() + '/');
+    const auto isOwnFile = [&within](const FileIndex::Entry& entry) {
+        return !entry.isDir && entry.path.startsWith(within);
+    };
     for (int i = 1; removed.size() < FileIndex::MaxIncremental / 2; ++i) {
-        const auto file =
-            std::find_if(all.begin() + all.size() / FileIndex::MaxIncremental * i, all.end(),
-                         [](const FileIndex::Entry& entry) { return !entry.isDir; });
+        const auto file = std::find_if(all.begin() + all.size() / FileIndex::MaxIncremental * i,
+                                       all.end(), isOwnFile);
+        if (file == all.end())
+            qFatal("too few files to remove some");
         removed.append(file->path);
     }
-    const QString last = home() + "/zz last";
+    const QString last = corner() + "/zz last";
     for (const QString& path : std::as_const(removed))
         QFile::remove(path);
     for (int i = 1; i < FileIndex::MaxIncremental / 2; ++i)
-        makeFile(home() + QString("/zz new %1").arg(i));
+        makeFile(corner() + QString("/zz new %1").arg(i));
     makeFile(last);
     const double block = longestBlock([path = QDir::toNativeSeparators(last)] {
         return FileIndex::entries().constLast().path == path;
@@ -271,7 +283,7 @@ void measureBurst()
 {
     int deliveries = 0;
     FileIndex::setOnReady([&deliveries] { ++deliveries; });
-    const QString folder = home() + "/zz burst";
+    const QString folder = corner() + "/zz burst";
     QProcess maker; // in a process of its own: this one's threads have enough to do
     FreshProcess::start(maker, "burst", {folder});
     const double block = longestBlock(
@@ -391,7 +403,9 @@ int runQuit(const QStringList&)
 
 void measureTree(int entries)
 {
-    makeTree(home(), entries);
+    if (!QDir().mkdir(corner()))
+        qFatal("cannot make %s, or it is there already", qPrintable(corner()));
+    makeTree(corner(), entries);
     std::printf("%d entries\n", entries);
     measureScan();
     std::fflush(stdout);
@@ -402,12 +416,8 @@ void measureTree(int entries)
         std::printf("%s", process.readAllStandardOutput().constData());
         std::fflush(stdout);
     }
-    const QStringList made = QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    for (const QString& name : made) {
-        const QString path = home() + '/' + name;
-        if (!QFile::remove(path))
-            QDir(path).removeRecursively();
-    }
+    if (!QDir(corner()).removeRecursively())
+        qFatal("cannot remove %s", qPrintable(corner()));
 }
 
 } // namespace
@@ -421,7 +431,7 @@ int main(int argc, char** argv)
                                       {"quit", runQuit},
                                       {"burst", runBurst}});
     }
-    TestHome::install();
+    TestHome::installWithHome();
     const QCoreApplication application(argc, argv);
     QStringList sizes = QCoreApplication::arguments().mid(1);
     if (sizes.isEmpty())

@@ -4,12 +4,14 @@
 #
 # Cross-builds Orlimo for 64-bit Windows and packs it with all it needs:
 #
-#   build/windows/Orlimo/                  the folder that runs anywhere
+#   build/windows/Orlimo/                  the folder, which needs nothing but Windows 10 or later
 #   build/windows/Orlimo-<version>-win64.zip
+#   build/windows/unpacked/Orlimo/         what is in the zip, checked and for the tests to start
 #
 #   scripts/build-windows.sh [target...]   (default: everything, the tests too)
 #
-# The first run builds Qt as well, which takes a while (see scripts/build-qt-windows.sh).
+# The program itself is built in any case. The first run builds Qt as well, which takes a while (see
+# scripts/build-qt-windows.sh).
 
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -17,6 +19,7 @@ cd "$root"
 
 build_dir=build/windows
 folder=$build_dir/Orlimo
+unpacked=$build_dir/unpacked
 
 qt_libraries=(Qt6Core Qt6Gui Qt6Network Qt6Widgets)
 compiler_libraries=(libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
@@ -40,12 +43,23 @@ copy_libraries() {
     printf '[Paths]\nPrefix = .\nPlugins = .\n' >"$folder/qt.conf"
 }
 
+# A Qt that scripts/build-qt-windows.sh hasn't built may come without them.
+copy_qt_licences() { # directory
+    local missing='The Qt in this folder came without its licences. They belong in here before it is passed on.'
+    if [[ -d $ORLIMO_QT_WIN64/licences ]]; then
+        cp "$ORLIMO_QT_WIN64"/licences/* "$1/"
+        return
+    fi
+    printf '%s\n' "$missing" >"$1/MISSING.txt"
+    echo "build-windows.sh: $1: $missing" >&2
+}
+
 copy_licences() {
     local licences=$folder/licences
     mkdir -p "$licences/qt"
     cp LICENSE "$licences/Orlimo.txt"
     cp fonts/*.txt "$licences/"
-    cp "$ORLIMO_QT_WIN64"/licences/* "$licences/qt/"
+    copy_qt_licences "$licences/qt"
     cp /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright "$licences/gcc-runtime.txt"
     cp /usr/share/doc/mingw-w64-x86-64-dev/copyright "$licences/mingw-w64.txt"
     cp packaging/windows/licences.txt "$licences/README.txt"
@@ -60,15 +74,31 @@ pack() {
     find "$folder" \( -name '*.exe' -o -name '*.dll' \) -exec x86_64-w64-mingw32-strip {} +
 }
 
-compress() { # version
-    local archive=Orlimo-$1-win64.zip
+compress() { # zip
     rm -f "$build_dir"/Orlimo-*-win64.zip
-    (cd "$build_dir" && zip -q -r -X -9 "$archive" Orlimo)
-    du -sh "$folder" "$build_dir/$archive"
+    (cd "$build_dir" && zip -q -r -X -9 "$1" Orlimo)
+    du -sh "$folder" "$build_dir/$1"
 }
 
-version_of_build() {
-    sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build_dir/CMakeCache.txt"
+# The zip is what people get, so what is checked and tested comes out of it.
+unpack() { # zip
+    rm -rf "$unpacked"
+    mkdir "$unpacked"
+    unzip -q "$build_dir/$1" -d "$unpacked"
+    diff -r "$folder" "$unpacked/Orlimo"
+}
+
+from_cache() { # variable
+    sed -n "s/^$1:[A-Z]*=//p" "$build_dir/CMakeCache.txt"
+}
+
+# A build tree keeps the Qt that it was first configured with, whatever it is told later.
+configure() {
+    local fresh=()
+    if [[ -f $build_dir/CMakeCache.txt ]]; then
+        [[ $(from_cache CMAKE_TOOLCHAIN_FILE) == "$ORLIMO_QT_WIN64"/* ]] || fresh=(--fresh)
+    fi
+    cmake --preset windows "${fresh[@]}"
 }
 
 begin_phase "Set-up"
@@ -78,15 +108,17 @@ ORLIMO_QT_WIN64=$(scripts/build-qt-windows.sh)
 export ORLIMO_QT_WIN64
 
 begin_phase "Configure (windows)"
-cmake --preset windows
+configure
 
 begin_phase "Build (windows)"
 targets=()
-[[ $# -eq 0 ]] || targets=(--target "$@")
+[[ $# -eq 0 ]] || targets=(--target orlimo "$@")
 cmake --build --preset windows --parallel "$(nproc)" "${targets[@]}"
 
 begin_phase "Pack"
 pack
-scripts/check-windows-folder.sh "$folder"
-compress "$(version_of_build)"
+archive=Orlimo-$(from_cache CMAKE_PROJECT_VERSION)-win64.zip
+compress "$archive"
+unpack "$archive"
+scripts/check-windows-folder.sh "$unpacked/Orlimo"
 end_phase

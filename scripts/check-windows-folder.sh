@@ -12,6 +12,7 @@ set -euo pipefail
 folder=$1
 program=$folder/Orlimo.exe
 failures=0
+declare -A imports=() # of each file that can load others: names in lower case, one a line
 
 # Part of every Windows 10 and later. A name is added here after looking it up, never because
 # something happens to load it.
@@ -32,6 +33,19 @@ imports_of() {
     x86_64-w64-mingw32-objdump -p "$1" | sed -n 's/^\tDLL Name: //p' | tr '[:upper:]' '[:lower:]'
 }
 
+# What can't be read fails the check here. So does what loads nothing: it isn't what it should be.
+read_imports() {
+    local binary binaries names
+    binaries=$(find "$folder" -name '*.exe' -o -name '*.dll')
+    while IFS= read -r binary; do
+        if names=$(imports_of "$binary") && [[ -n $names ]]; then
+            imports[$binary]=$names
+        else
+            complain "$binary has no list of the libraries that it loads"
+        fi
+    done <<<"$binaries"
+}
+
 is_part_of_windows() { # file name in lower case
     local library
     for library in "${system_libraries[@]}"; do
@@ -47,19 +61,18 @@ is_beside_program() { # file name in lower case
 
 check_imports() {
     local binary name
-    while IFS= read -r -d '' binary; do
+    for binary in "${!imports[@]}"; do
         while IFS= read -r name; do
             is_beside_program "$name" || is_part_of_windows "$name" ||
                 complain "$binary loads $name, which is neither in the folder nor part of Windows"
-        done < <(imports_of "$binary")
-    done < <(find "$folder" \( -name '*.exe' -o -name '*.dll' \) -print0)
+        done <<<"${imports[$binary]}"
+    done
 }
 
 # A library that nothing loads has no place in the folder.
 check_libraries_are_used() {
     local library all_imports
-    all_imports=$(find "$folder" \( -name '*.exe' -o -name '*.dll' \) -print0 |
-        while IFS= read -r -d '' binary; do imports_of "$binary"; done)
+    all_imports=$(printf '%s\n' "${imports[@]}")
     for library in "$folder"/*.dll; do
         grep -qixF "$(basename "$library")" <<<"$all_imports" || complain "nothing loads $library"
     done
@@ -83,9 +96,26 @@ check_resources() {
     done
     [[ $(grep -c 'RT_MANIFEST' <<<"$resources") -eq 1 ]] ||
         complain "$program has not exactly one manifest"
-    # The manifest is stored as it was written.
-    for text in PerMonitorV2 '<longPathAware' Microsoft.Windows.Common-Controls 'level="asInvoker"'; do
-        grep -qaF "$text" "$program" || complain "the manifest of $program lacks $text"
+}
+
+# On one line, without comments. It is stored in the program as it was written.
+manifest_of_program() {
+    tr -d '\0\r' <"$program" | tr '\n' ' ' | LC_ALL=C grep -aoE '<assembly .*</assembly>' |
+        LC_ALL=C sed -E 's/<!--([^-]|-[^-])*-->//g'
+}
+
+check_manifest() {
+    local manifest expression
+    if ! manifest=$(manifest_of_program); then
+        complain "$program has no manifest that can be read"
+        return
+    fi
+    for expression in \
+        '<longPathAware( [^>]*)?>true</longPathAware>' \
+        '<dpiAwareness( [^>]*)?>PerMonitorV2(,[^<]*)?</dpiAwareness>' \
+        '<requestedExecutionLevel( [^>]*)? level="asInvoker"' \
+        '<dependency> *<dependentAssembly> *<assemblyIdentity( [^>]*)? name="Microsoft\.Windows\.Common-Controls" +version="6\.0\.0\.0"'; do
+        grep -qE "$expression" <<<"$manifest" || complain "the manifest of $program lacks $expression"
     done
 }
 
@@ -93,9 +123,11 @@ if [[ ! -f $program ]]; then
     complain "no $program"
     exit 1
 fi
+read_imports
 check_imports
 check_libraries_are_used
 check_is_windowed
 check_resources
+check_manifest
 [[ $failures -eq 0 ]] || exit 1
 echo "$folder: complete, $(find "$folder" -name '*.dll' | wc -l) libraries"

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Cross-builds Orlimo for Windows, packs it, and runs every test of that build under Wine, each with
-# a Windows profile of its own; the end-to-end tests start the packed program on a virtual screen.
+# a Windows profile of its own; the end-to-end tests start what is in the zip, on a virtual screen.
 #
 #   scripts/test-windows.sh
 #

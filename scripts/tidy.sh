@@ -5,7 +5,8 @@
 # Runs clang-tidy over the program's own sources with the checks of .clang-tidy. Needs the preset
 # `dev` built, for its compile commands and the files that moc has made.
 #
-#   scripts/tidy.sh [file...]     (default: all of src/ that this system compiles)
+#   scripts/tidy.sh [file...]     (default: all of src/ that this system compiles, which leaves out
+#                                  src/platform/windows)
 #
 # BUILD_DIR in the environment names another build tree to take the compile commands from.
 

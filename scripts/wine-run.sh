@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Orlimo authors
 # SPDX-License-Identifier: MIT
 #
-# Runs a Windows program under Wine with a profile of its own, which is gone afterwards. CTest calls
-# it for each test executable of a cross-build.
+# Runs a Windows program under Wine with a profile of its own, which is gone afterwards (see
+# scripts/wine.sh). CTest calls it for each test executable of a cross-build.
 #
 #   scripts/wine-run.sh [--qt DIR] program.exe [argument...]
 #

@@ -2,7 +2,11 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 #
-# A Windows profile that is made for one run and thrown away. To be sourced; afterwards
+# A Windows profile that is made for one run and thrown away: the registry, the users' folders and
+# that of all users. The system's own files and those of programs (C:\windows, C:\Program Files) are
+# links to ones that all runs share, so nothing that runs here may write there.
+#
+# To be sourced; afterwards
 #
 #   start_wine_profile [directory...]    sets WINEPREFIX and all else that `wine` looks at; programs
 #                                        find the libraries in the given directories
@@ -12,13 +16,15 @@
 
 wine_run_directory=
 
-# A new profile takes seconds and most of a gigabyte, so each run gets the registry and the users'
-# folders of one that was made before, the one of all users among them, and links to the system's
-# files in it.
+# A new profile takes seconds and most of a gigabyte, so each run gets a copy of what is its own from
+# one that was made before. Another version of Wine, or of what makes it here, takes a new one.
 wine_template() {
-    local version
+    local version recipe
     version=$(WINEDEBUG=-all wine --version)
-    printf '%s/orlimo/%s\n' "${XDG_CACHE_HOME:-$HOME/.cache}" "${version//[^A-Za-z0-9.+-]/_}"
+    recipe=$(declare -f export_wine_environment replace_links_of_users make_wine_template |
+        sha256sum | cut -c 1-12)
+    printf '%s/orlimo/%s-%s\n' "${XDG_CACHE_HOME:-$HOME/.cache}" \
+        "${version//[^A-Za-z0-9.+-]/_}" "$recipe"
 }
 
 # What a program sees of this machine is the same everywhere; dialogs that offer to download parts

@@ -3,6 +3,8 @@
 
 #include "SingleInstance.h"
 
+#include "platform/Foreground.h"
+
 #include <QCryptographicHash>
 #include <QDebug>
 #include <QLocalServer>
@@ -79,6 +81,8 @@ void SingleInstance::handOver(const QString& ipcServerName)
         qWarning("Instance lain terdeteksi (Mutex) tapi gagal terhubung ke IPC server-nya.");
         return;
     }
+    // Before the message, since the first instance acts on it at once.
+    Platform::passForegroundOn();
     if (!send(socket, kWakeMessage))
         qWarning("Gagal mengirim sinyal SHOW ke instance yang sudah berjalan.");
     socket.disconnectFromServer();

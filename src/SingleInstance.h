@@ -33,8 +33,8 @@ public:
     static QString ipcServerName(const QString& instanceKey);
     static QString mutexName(const QString& instanceKey);
 
-    /// Wakes the running instance. Blocks for at most 2,550 ms if nobody answers; failures are
-    /// logged and otherwise silent.
+    /// Wakes the running instance and leaves it the right to come to the foreground. Blocks for at
+    /// most 2,550 ms if nobody answers; failures are logged and otherwise silent.
     static void handOver(const QString& ipcServerName);
 
     /// Makes `server` listen under the name, in place of what a crashed run may have left there,

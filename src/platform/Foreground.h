@@ -13,4 +13,10 @@ namespace Platform
 /// soon as it is on the screen. GUI thread.
 void bringToForeground(WId windowId);
 
+/// Lets another process, whichever asks next, bring a window of its own to the foreground. For a
+/// process that the user has just started and that leaves the rest to one that runs already: some
+/// systems grant the foreground to the first of the two alone. Needs no application object; any
+/// thread.
+void passForegroundOn();
+
 } // namespace Platform

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -16,6 +17,7 @@ namespace
 {
 
 constexpr char kDataVariable[] = "XDG_DATA_HOME";
+const QString kHomeFolder = QStringLiteral("home");
 
 std::unique_ptr<QTemporaryDir> s_home;
 
@@ -47,6 +49,13 @@ QString dataLocation()
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
+bool holdsAnyFile(const QString& directory)
+{
+    return QDirIterator(directory, QDir::Files | QDir::System | QDir::Hidden,
+                        QDirIterator::Subdirectories)
+        .hasNext();
+}
+
 } // namespace
 
 void TestHome::install()
@@ -54,7 +63,7 @@ void TestHome::install()
     s_home = std::make_unique<QTemporaryDir>();
     if (!s_home->isValid())
         qFatal("no temporary directory: %s", qPrintable(s_home->errorString()));
-    pointInto("HOME", QStringLiteral("home"));
+    pointInto("HOME", kHomeFolder);
     pointInto(kDataVariable, QStringLiteral("data"));
     pointInto("XDG_CONFIG_HOME", QStringLiteral("config"));
     pointInto("XDG_CACHE_HOME", QStringLiteral("cache"));
@@ -71,6 +80,16 @@ void TestHome::install()
         QCoreApplication::setOrganizationName(QFileInfo(s_home->path()).fileName());
         s_corner = std::make_unique<ProfileCorner>(QFileInfo(dataLocation()).path());
     }
+}
+
+void TestHome::installWithHome()
+{
+    install();
+    const QString home = QFileInfo(QDir::homePath()).canonicalFilePath();
+    const bool isOwn = home == QFileInfo(s_home->filePath(kHomeFolder)).canonicalFilePath();
+    if (home.isEmpty() || (!isOwn && holdsAnyFile(home)))
+        qFatal("Not run: it would work in the home directory %s, which is somebody's.",
+               qPrintable(QDir::homePath()));
 }
 
 void TestHome::enterTestMode()

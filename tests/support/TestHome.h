@@ -5,7 +5,8 @@
 
 #include <QString>
 
-/// Gives a test process a private home, so that no test reads or leaves anything in the real one.
+/// Gives a test process directories of its own, so that no test reads or leaves anything in those
+/// of whoever runs it.
 class TestHome
 {
 public:
@@ -14,7 +15,15 @@ public:
     /// Points HOME, XDG_* and the run-time directory into a fresh temporary directory, selects the
     /// offscreen platform and sets the application's identity. Call it from `initMain()`, before
     /// the application object exists. The directory goes with the process.
+    ///
+    /// What the program keeps is kept apart on every system, the home directory itself only where
+    /// the system takes it from the environment; Windows doesn't.
     static void install();
+
+    /// The same for a test that makes, lists or removes something in the home directory itself.
+    /// Ends the run with a fatal message unless that is the directory of `install()`, or one
+    /// without a single file in it, which nobody lives in.
+    static void installWithHome();
 
     /// Where the system doesn't take the data directory from the environment, keeps this process to
     /// Qt's directories for tests. `install()` does so too; this is for the processes that a test

@@ -24,7 +24,7 @@ class FileIndexTest : public QObject
     Q_OBJECT
 
 public:
-    static void initMain() { TestHome::install(); }
+    static void initMain() { TestHome::installWithHome(); }
 
 private slots:
     void initTestCase();

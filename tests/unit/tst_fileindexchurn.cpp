@@ -27,7 +27,7 @@ class FileIndexChurnTest : public QObject
     Q_OBJECT
 
 public:
-    static void initMain() { TestHome::install(); }
+    static void initMain() { TestHome::installWithHome(); }
 
 private slots:
     void initTestCase();

@@ -6,11 +6,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 #include <windows.h>
 
-int main()
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
 {
     std::array<wchar_t, MAX_PATH> path = {};
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), MAX_PATH);
@@ -18,6 +17,7 @@ int main()
     if (length == 0 || length + kSuffix.size() > path.size())
         return 1;
     std::copy(kSuffix.begin(), kSuffix.end(), path.begin() + length);
-    std::FILE* file = _wfopen(path.data(), L"w");
-    return file && std::fclose(file) == 0 ? 0 : 1;
+    const HANDLE file = CreateFileW(path.data(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file) ? 0 : 1;
 }

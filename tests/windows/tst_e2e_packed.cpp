@@ -19,7 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <memory>
+#include <windows.h>
 
 namespace
 {
@@ -31,7 +31,10 @@ const QString kOtherHotkey = QStringLiteral("Ctrl+Shift+K");
 const QString kStartMenu = QStringLiteral("\\Microsoft\\Windows\\Start Menu\\Programs");
 const QString kAppPaths =
     QStringLiteral("HKEY_CURRENT_USER\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths");
+// Wine looks for the openers of files among the machine's alone.
+const QString kClasses = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes");
 const QString kSpotlightSetting = QStringLiteral("Hotkey/SpotlightCombo");
+const QString kScopeSetting = QStringLiteral("Spotlight/DefaultScope");
 
 QString packedFolder()
 {
@@ -104,6 +107,41 @@ private:
     QProcess m_process;
 };
 
+/// A window of another program's, this one's, in front of all.
+class OtherWindow
+{
+public:
+    OtherWindow()
+        : m_window(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                   200, nullptr, nullptr, nullptr, nullptr))
+    {
+        SetForegroundWindow(m_window);
+    }
+    ~OtherWindow() { DestroyWindow(m_window); }
+    OtherWindow(const OtherWindow&) = delete;
+    OtherWindow& operator=(const OtherWindow&) = delete;
+
+    bool isForeground() const { return m_window && GetForegroundWindow() == m_window; }
+
+private:
+    HWND m_window;
+};
+
+bool makeFile(const QString& path)
+{
+    return QFile(path).open(QIODevice::WriteOnly);
+}
+
+void startAgain()
+{
+    QProcess second;
+    second.setProcessEnvironment(bareEnvironment());
+    second.start(programIn(packedFolder()), QStringList());
+    QVERIFY(second.waitForFinished(kPatienceMs));
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+}
+
 } // namespace
 
 /// The packed program at its main job.
@@ -118,13 +156,16 @@ private slots:
     void bothHotkeysFire();
     void snippetLandsOnTheClipboard();
     void secondStartWakesTheFirst();
+    void secondStartRaisesWhatIsShown();
     void copyElsewhereRunsBesideIt();
     void takenHotkeyFallsBack();
     void installedApplicationIsFoundAndStarted_data();
     void installedApplicationIsFoundAndStarted();
+    void newFileIsFoundAndOpened();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
+    void set(const QString& key, const QString& value) const;
     void write(const QString& name, const QByteArray& content) const;
     QByteArray read(const QString& name) const;
     void hideHome(const Program& program) const;
@@ -153,6 +194,12 @@ void E2ePacked::write(const QString& name, const QByteArray& content) const
     QFile file(path(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
+}
+
+void E2ePacked::set(const QString& key, const QString& value) const
+{
+    QSettings settings(path(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    settings.setValue(key, value);
 }
 
 QByteArray E2ePacked::read(const QString& name) const
@@ -213,14 +260,27 @@ void E2ePacked::secondStartWakesTheFirst()
     hideHome(program);
     if (QTest::currentTestFailed())
         return;
-    QProcess second;
-    second.setProcessEnvironment(bareEnvironment());
-    second.start(programIn(packedFolder()), QStringList());
-    QVERIFY(second.waitForFinished(kPatienceMs));
-    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(second.exitCode(), 0);
-    QTRY_VERIFY(program.home().exists());
+    startAgain();
+    if (QTest::currentTestFailed())
+        return;
+    QTRY_VERIFY(program.home().isForeground);
     QVERIFY(program.isRunning());
+}
+
+void E2ePacked::secondStartRaisesWhatIsShown()
+{
+    const Program program;
+    QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
+    // A window that has only just come stays when another takes the keyboard from it.
+    const OtherWindow other;
+    QTRY_VERIFY(other.isForeground());
+    QVERIFY(program.home().exists());
+    QVERIFY(!program.home().isForeground);
+    startAgain();
+    if (QTest::currentTestFailed())
+        return;
+    QTRY_VERIFY(program.home().isForeground);
+    QVERIFY(!other.isForeground());
 }
 
 void E2ePacked::copyElsewhereRunsBesideIt()
@@ -237,10 +297,7 @@ void E2ePacked::copyElsewhereRunsBesideIt()
 
 void E2ePacked::takenHotkeyFallsBack()
 {
-    {
-        QSettings settings(path(QStringLiteral("settings.ini")), QSettings::IniFormat);
-        settings.setValue(kSpotlightSetting, kOtherHotkey);
-    }
+    set(kSpotlightSetting, kOtherHotkey);
     const NativeDesktop::TakenHotkey taken(kOtherHotkey);
     QVERIFY(taken.isTaken());
     const Program program;
@@ -293,6 +350,52 @@ void E2ePacked::installedApplicationIsFoundAndStarted()
     const QJsonObject usage = QJsonDocument::fromJson(read(QStringLiteral("usage.json"))).object();
     QCOMPARE(usage.keys().size(), 1);
     QCOMPARE(QDir::fromNativeSeparators(usage.keys().constFirst()), program.toLower());
+}
+
+void E2ePacked::newFileIsFoundAndOpened()
+{
+    // Another program that opens files of this kind.
+    const QTemporaryDir installed;
+    const QString opener = installed.filePath(QStringLiteral("opener.exe"));
+    QVERIFY(QFile::copy(QStringLiteral(ORLIMO_RECORDER), opener));
+    QSettings classes(kClasses, QSettings::NativeFormat);
+    classes.setValue(QStringLiteral(".orlimomemo/Default"), QStringLiteral("Orlimo.Memo"));
+    classes.setValue(QStringLiteral("Orlimo.Memo/shell/open/command/Default"),
+                     QStringLiteral("\"%1\" \"%2\"")
+                         .arg(QDir::toNativeSeparators(opener), QStringLiteral("%1")));
+    classes.sync();
+    // So that there is no row but that of the file, and Enter does nothing before it is there.
+    set(kScopeSetting, QStringLiteral("File"));
+    const QString started = opener + QStringLiteral(".started");
+    const QString older = QDir::home().filePath(QStringLiteral("Gorsewood.orlimomemo"));
+    const QString newer = QDir::home().filePath(QStringLiteral("Thistledown.orlimomemo"));
+    QVERIFY(makeFile(older));
+
+    const Program launcher;
+    hideHome(launcher);
+    if (QTest::currentTestFailed())
+        return;
+    // Once the older one is found the first scan is over, and the newer one can only be news.
+    for (const QString& file : {older, newer}) {
+        NativeDesktop::pressKeys(kSpotlightHotkey);
+        QTRY_VERIFY(launcher.spotlight().isForeground);
+        NativeDesktop::type(QFileInfo(file).completeBaseName());
+        QVERIFY(makeFile(file));
+        const auto isOpened = [&started] {
+            NativeDesktop::pressKeys(QStringLiteral("Return"));
+            return QFileInfo::exists(started);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isOpened(), kPatienceMs);
+        QTRY_VERIFY(!launcher.spotlight().exists());
+        // It may still be open.
+        QTRY_VERIFY(QFile::remove(started) || !QFileInfo::exists(started));
+        const QJsonObject usage =
+            QJsonDocument::fromJson(read(QStringLiteral("usage.json"))).object();
+        QVERIFY2(usage.contains(QDir::toNativeSeparators(file)),
+                 QJsonDocument(usage).toJson().constData());
+    }
+    QVERIFY(QFile::remove(older));
+    QVERIFY(QFile::remove(newer));
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)

@@ -153,3 +153,6 @@ void Platform::bringToForeground(WId windowId)
         return;
     ForegroundRequest::requestOf(window)->start();
 }
+
+void Platform::passForegroundOn()
+{} // asking as a pager does needs nobody's leave

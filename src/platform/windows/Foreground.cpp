@@ -9,3 +9,8 @@ void Platform::bringToForeground(WId windowId)
 {
     SetForegroundWindow(reinterpret_cast<HWND>(windowId));
 }
+
+void Platform::passForegroundOn()
+{
+    AllowSetForegroundWindow(ASFW_ANY); // refused to a process that hasn't the right itself
+}

@@ -8,6 +8,10 @@
 namespace
 {
 
+// Combinations are handed on as they are stored, in the numbers of `HotkeyManager`.
+static_assert(MOD_ALT == 1 && MOD_CONTROL == 2 && MOD_SHIFT == 4 && MOD_WIN == 8);
+static_assert(HotkeyBackend::NoRepeat == MOD_NOREPEAT);
+
 class WindowsHotkeyBackend : public HotkeyBackend
 {
 public:
