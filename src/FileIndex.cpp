@@ -39,6 +39,7 @@ constexpr std::array<QLatin1String, 5> kExcludedNames = {
     QLatin1String("__pycache__"), QLatin1String(".venv")};
 
 constexpr int kTiers = 3;
+constexpr qsizetype kLookAhead = 16; // names; takes about as long as the memory to answer
 constexpr qsizetype kMaxPosition = std::numeric_limits<quint16>::max();
 
 /// As `QString::toLower`, in the memory of the name where that is possible.
@@ -69,6 +70,14 @@ Qt::CaseSensitivity pathCase()
 QString fullPath(const FileIndex::Change& change)
 {
     return FileIndex::rootPath() % QDir::separator() % change.rel;
+}
+
+/// Asks for memory that is to be read soon. Only a hint, and none with some compilers.
+void prefetch([[maybe_unused]] const void* address)
+{
+#ifdef __GNUC__
+    __builtin_prefetch(address);
+#endif
 }
 
 /// Tells quickly of nearly every path that it is none of a few.
@@ -524,6 +533,12 @@ const QVector<FileIndex::Hit>& FileIndex::narrow(const QString& q)
     const qsizetype candidateCount = s_lastHits.size();
     qsizetype hitCount = 0;
     for (qsizetype i = 0; i < candidateCount; ++i) {
+        // Earlier hits lie scattered, so each would be a wait for the memory. All entries in their
+        // order are fetched well ahead by the processor itself.
+        if (isExtension && i + 2 * kLookAhead < candidateCount) {
+            prefetch(&all[hits[i + 2 * kLookAhead].index].lowerName);
+            prefetch(all[hits[i + kLookAhead].index].lowerName.constData());
+        }
         Hit hit = isExtension ? hits[i] : Hit{static_cast<int>(i), 0, all[i].isDir};
         const Entry& entry = all[hit.index];
         if (!matcher.canBeIn(entry.pairs))
