@@ -84,6 +84,14 @@ FreshProcess::Outcome FreshProcess::run(const QString& task, const QStringList& 
     return runCommand(commandLine(task, arguments));
 }
 
+QStringList FreshProcess::linesOf(const QString& task, const QStringList& arguments)
+{
+    const Outcome outcome = run(task, arguments);
+    if (!outcome.hasExited || outcome.exitCode != 0)
+        qFatal("the task \"%s\" did not end well", qPrintable(task));
+    return QString::fromUtf8(outcome.output).split('\n', Qt::SkipEmptyParts);
+}
+
 bool FreshProcess::canLimitFileSize()
 {
     // The root tells a system that only emulates the path from one that has the shell.

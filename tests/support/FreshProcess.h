@@ -41,6 +41,9 @@ public:
     /// Starts the task and waits for its end.
     static Outcome run(const QString& task, const QStringList& arguments);
 
+    /// Runs the task and gives the lines that it printed, without empty ones. Fatal if it fails.
+    static QStringList linesOf(const QString& task, const QStringList& arguments);
+
     /// True where there is a shell that limits the size of files.
     static bool canLimitFileSize();
 

@@ -106,10 +106,7 @@ int runScript(const QStringList& words)
 /// The lines that the script printed in a process of its own.
 QStringList run(const QStringList& script)
 {
-    const FreshProcess::Outcome outcome = FreshProcess::run("script", script);
-    if (!outcome.hasExited || outcome.exitCode != 0)
-        qFatal("the script did not end well");
-    return QString::fromUtf8(outcome.output).split('\n', Qt::SkipEmptyParts);
+    return FreshProcess::linesOf("script", script);
 }
 
 } // namespace

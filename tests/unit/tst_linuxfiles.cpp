@@ -3,6 +3,7 @@
 
 #include "FreshProcess.h"
 #include "TestHome.h"
+#include "UserNamespace.h"
 #include "WatchRun.h"
 #include "platform/DirectoryReader.h"
 #include "platform/FileTypeIcon.h"
@@ -207,38 +208,6 @@ QByteArray mountLine(const QByteArray& mountPoint, const QByteArray& type)
     return "36 35 98:0 /mnt1 " + mountPoint + " rw,noatime master:1 - " + type + " /dev/x rw\n";
 }
 
-bool writeAll(const char* path, const char* text, size_t size)
-{
-    const int file = ::open(path, O_WRONLY);
-    const bool isWritten = file >= 0 && ::write(file, text, size) == static_cast<ssize_t>(size);
-    ::close(file);
-    return isWritten;
-}
-
-/// Starts a task as the superuser of a namespace of its own, who may mount.
-FreshProcess::Outcome runInNamespace(const QString& task, const QStringList& arguments)
-{
-    char users[64] = {};
-    char groups[64] = {};
-    std::snprintf(users, sizeof users, "0 %u 1", ::geteuid());
-    std::snprintf(groups, sizeof groups, "0 %u 1", ::getegid());
-    QProcess process;
-    process.setChildProcessModifier([=] {
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 ||
-            !writeAll("/proc/self/setgroups", "deny", 4) ||
-            !writeAll("/proc/self/uid_map", users, qstrlen(users)) ||
-            !writeAll("/proc/self/gid_map", groups, qstrlen(groups)))
-            ::_exit(EXIT_FAILURE);
-    });
-    FreshProcess::start(process, task, arguments);
-    FreshProcess::Outcome outcome;
-    outcome.hasExited =
-        process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;
-    outcome.exitCode = process.exitCode();
-    outcome.output = process.readAllStandardOutput();
-    return outcome;
-}
-
 /// Mounts a file system whose program never answers: whoever touches it waits for ever.
 /// \param path a directory, or a file, which gets a file system of one file.
 /// \returns the connection to it, not open if it can't be had.
@@ -264,7 +233,8 @@ int canMountDead(const QStringList& arguments)
 bool canMount()
 {
     const QTemporaryDir mountPoint;
-    return runInNamespace("canMountDead", {mountPoint.path()}).exitCode == EXIT_SUCCESS;
+    return UserNamespace::run("canMountDead", {mountPoint.path()}, CLONE_NEWNS).exitCode ==
+           EXIT_SUCCESS;
 }
 
 void printListing(const QString& root)
@@ -954,9 +924,9 @@ void LinuxFilesTest::deadMountIsNotTouched()
     makeLink("dead/below/file", "into");
     makeLink("alive/../dead", "through");
     makeLink(".", "home");
-    const FreshProcess::Outcome outcome = when == "never"
-                                              ? FreshProcess::run("lookAtDeadMount", {root(), when})
-                                              : runInNamespace("lookAtDeadMount", {root(), when});
+    const FreshProcess::Outcome outcome =
+        when == "never" ? FreshProcess::run("lookAtDeadMount", {root(), when})
+                        : UserNamespace::run("lookAtDeadMount", {root(), when}, CLONE_NEWNS);
     QVERIFY(outcome.hasExited);
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.output, listing + kinds);
@@ -991,9 +961,9 @@ void LinuxFilesTest::mountedMeanwhile()
     makeDirectory("alive");
     makeDirectory("other");
     makeFile("dead/inner/file");
-    const FreshProcess::Outcome outcome = what == "nothing"
-                                              ? FreshProcess::run(task, {root(), what})
-                                              : runInNamespace(task, {root(), what});
+    const FreshProcess::Outcome outcome =
+        what == "nothing" ? FreshProcess::run(task, {root(), what})
+                          : UserNamespace::run(task, {root(), what}, CLONE_NEWNS);
     QVERIFY(outcome.hasExited);
     QCOMPARE(outcome.exitCode, 0);
     QTEST(outcome.output, "output");

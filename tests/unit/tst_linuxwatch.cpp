@@ -3,6 +3,7 @@
 
 #include "FreshProcess.h"
 #include "TestHome.h"
+#include "UserNamespace.h"
 #include "WatchRun.h"
 #include "platform/linux/Inotify.h"
 
@@ -26,7 +27,6 @@
 #include <string_view>
 
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -203,44 +203,10 @@ bool exchange(const QByteArray& a, const QByteArray& b)
     return ::renameat2(AT_FDCWD, a.constData(), AT_FDCWD, b.constData(), RENAME_EXCHANGE) == 0;
 }
 
-bool writeAll(const char* path, const char* text, size_t size)
-{
-    const int file = ::open(path, O_WRONLY);
-    const bool isWritten = file >= 0 && ::write(file, text, size) == static_cast<ssize_t>(size);
-    ::close(file);
-    return isWritten;
-}
-
-/// Starts a task as the superuser of a namespace of its own, where it has its own limits.
-FreshProcess::Outcome runInNamespace(const QString& task, const QStringList& arguments)
-{
-    char users[64] = {};
-    char groups[64] = {};
-    std::snprintf(users, sizeof users, "0 %u 1", ::geteuid());
-    std::snprintf(groups, sizeof groups, "0 %u 1", ::getegid());
-    QProcess process;
-    process.setChildProcessModifier([=] {
-        if (::unshare(CLONE_NEWUSER) != 0 || !writeAll("/proc/self/setgroups", "deny", 4) ||
-            !writeAll("/proc/self/uid_map", users, qstrlen(users)) ||
-            !writeAll("/proc/self/gid_map", groups, qstrlen(groups)))
-            ::_exit(EXIT_FAILURE);
-    });
-    FreshProcess::start(process, task, arguments);
-    FreshProcess::Outcome outcome;
-    outcome.hasExited =
-        process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit;
-    outcome.exitCode = process.exitCode();
-    outcome.output = process.readAllStandardOutput();
-    return outcome;
-}
-
 int limitWatches(const QStringList& arguments)
 {
     const QByteArray limit = arguments.at(0).toLatin1();
-    return writeAll("/proc/sys/user/max_inotify_watches", limit.constData(),
-                    static_cast<size_t>(limit.size()))
-               ? 0
-               : 1;
+    return UserNamespace::write("/proc/sys/user/max_inotify_watches", limit) ? 0 : 1;
 }
 
 /// Watches a tree under a real limit, if one is given, and prints how many watches there were and
@@ -801,7 +767,7 @@ void LinuxWatchTest::limitOfTheSystem_data()
     QTest::addColumn<QByteArray>("output");
     QTest::newRow("none, for comparison") << "" << QByteArray("21 0 1");
     // Not every system lets a user have limits of their own.
-    if (runInNamespace("limitWatches", {"5"}).exitCode == 0)
+    if (UserNamespace::run("limitWatches", {"5"}).exitCode == 0)
         QTest::newRow("of a namespace") << "5" << QByteArray("5 1 1");
 }
 
@@ -813,7 +779,7 @@ void LinuxWatchTest::limitOfTheSystem()
     const QStringList arguments{limit, root()};
     const FreshProcess::Outcome outcome = limit.isEmpty()
                                               ? FreshProcess::run("watchUnderLimit", arguments)
-                                              : runInNamespace("watchUnderLimit", arguments);
+                                              : UserNamespace::run("watchUnderLimit", arguments);
     QVERIFY(outcome.hasExited);
     QCOMPARE(outcome.exitCode, 0);
     QTEST(outcome.output, "output");

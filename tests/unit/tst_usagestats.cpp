@@ -117,14 +117,9 @@ int runScript(const QStringList& words)
 /// the clock goes on.
 QList<double> run(const QStringList& script)
 {
-    const FreshProcess::Outcome outcome = FreshProcess::run("script", script);
-    if (!outcome.hasExited || outcome.exitCode != 0)
-        qFatal("the script did not end well");
     QList<double> scores;
-    for (const QByteArray& line : outcome.output.split('\n')) {
-        if (!line.isEmpty())
-            scores.append(std::round(line.toDouble() * 1000.0) / 1000.0);
-    }
+    for (const QString& line : FreshProcess::linesOf("script", script))
+        scores.append(std::round(line.toDouble() * 1000.0) / 1000.0);
     return scores;
 }
 
