@@ -85,20 +85,20 @@ bool ReaddirReader::list(const QString& directory, const Visitor& visit)
         [] { return false; });
 }
 
-Platform::PathKind ReaddirReader::kindOf(const QString& text)
+Platform::PathKind ReaddirReader::kindOf(const QString& path)
 {
     using Platform::PathKind;
-    const std::optional<QByteArray> path = Platform::pathBytes(text);
-    if (!path)
+    const std::optional<QByteArray> bytes = Platform::pathBytes(path);
+    if (!bytes)
         return PathKind::Missing;
-    if (path == m_root)
+    if (bytes == m_root)
         return openRoot() < 0 ? PathKind::Missing : PathKind::Directory;
-    const qsizetype slash = path->lastIndexOf('/');
-    const QByteArray name = path->mid(slash + 1);
-    m_directory = open(path->left(slash));
+    const qsizetype slash = bytes->lastIndexOf('/');
+    const QByteArray name = bytes->mid(slash + 1);
+    m_directory = open(bytes->left(slash));
     if (m_directory < 0)
         return PathKind::Missing;
-    if (m_isRemoteAround && m_mounts.table().isRemote(canonical(*path)))
+    if (m_isRemoteAround && m_mounts.table().isRemote(canonical(*bytes)))
         return isDirectoryListed(name) ? PathKind::Directory : PathKind::File;
     const unsigned char type = typeIn(m_directory, name.constData());
     if (type == DT_UNKNOWN || (type == DT_LNK && !leadsToFile(name.constData())))
