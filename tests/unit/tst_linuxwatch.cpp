@@ -112,6 +112,7 @@ std::atomic<int> s_limitError{ENOSPC};
 std::atomic<int> s_watchTries{0};
 std::atomic<bool> s_areMountsBarred{false};      ///< no descriptor is left for them
 std::atomic<bool> s_areDirectoriesBarred{false}; ///< nor for any directory
+std::atomic<int> s_refusedOpens{0};              ///< for want of descriptors
 std::atomic<int> s_walkDelays{0};                ///< the next so many directories take 1 ms each
 
 /// Holds the watching thread up, so that changes pile up before it looks at the first of them.
@@ -254,6 +255,7 @@ extern "C" int openat(int directory, const char* path, int flags, ...)
     const bool isMounts = std::string_view(path) == "/proc/self/mountinfo";
     const bool isDirectory = flags & O_DIRECTORY;
     if ((isMounts && s_areMountsBarred) || (isDirectory && s_areDirectoriesBarred)) {
+        ++s_refusedOpens;
         errno = EMFILE;
         return -1;
     }
@@ -276,6 +278,7 @@ void LinuxWatchTest::init()
     s_watchLimit = INT_MAX;
     s_limitError = ENOSPC;
     s_watchTries = 0;
+    s_refusedOpens = 0;
     s_areMountsBarred = s_areDirectoriesBarred = false;
     m_root = std::make_unique<QTemporaryDir>(TestHome::path() + "/tree-XXXXXX");
     m_elsewhere = std::make_unique<QTemporaryDir>(TestHome::path() + "/elsewhere-XXXXXX");
@@ -703,6 +706,7 @@ void LinuxWatchTest::rootIsWatchedAsSoonAsItCanBe()
     QVERIFY(!watch.hasSeen(FileAdded, "missed"));
     const qint64 before = sleepsOfTheWatcher();
     QVERIFY(before > 0);
+    // Beyond the time after which it would try again.
     QTest::qWait(6000);
     QCOMPARE(sleepsOfTheWatcher(), before);
     QCOMPARE(watch.overflows(), 2);
@@ -724,6 +728,8 @@ void LinuxWatchTest::noDescriptorForTheRoot()
     s_areDirectoriesBarred = isRootBarred;
     WatchRun watch(root());
     QTRY_COMPARE(watch.overflows(), 1);
+    QVERIFY(s_refusedOpens > 0);
+    // A watch that gives up would end now; the next try comes much later.
     QTest::qWait(200);
     QVERIFY(!watch.hasEnded());
     QCOMPARE(watchCount(), 0);
@@ -748,7 +754,8 @@ void LinuxWatchTest::noDescriptorForADirectory()
     s_areDirectoriesBarred = true;
     gate.open();
     QTRY_VERIFY(watch.hasSeen(FileAdded, "a/new"));
-    // Time to look at it in vain.
+    QTRY_VERIFY(s_refusedOpens > 0);
+    // Nothing comes that could be waited for: what mustn't happen would happen now.
     QTest::qWait(500);
     QCOMPARE(watch.overflows(), 0);
     QCOMPARE(watchCount(), 2);

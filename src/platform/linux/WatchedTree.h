@@ -73,8 +73,6 @@ public:
     /// Forgets a directory and all below it. Calls `forget` for each before it is gone.
     void remove(Directory* directory, const std::function<void(Directory*)>& forget);
 
-    size_t size() const { return m_byWatch.size(); }
-
 private:
     struct Place
     {
