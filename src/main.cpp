@@ -50,16 +50,6 @@ void loadTextFont()
             QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
 }
 
-void wake(MainWindow& window)
-{
-    if (window.isHidden() || window.windowOpacity() < 1.0) {
-        window.show();
-        return;
-    }
-    window.activateWindow();
-    window.raise();
-}
-
 void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer& server)
 {
     QObject::connect(&window, &MainWindow::becameVisible, &spotlight,
@@ -68,7 +58,7 @@ void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer
                      &MainWindow::hideForOtherWindow);
     QObject::connect(&spotlight, &SpotlightWindow::appearanceChanged, &window,
                      &MainWindow::rebuildUIPreservingFocus);
-    SingleInstance::serve(server, &window, [&window] { wake(window); });
+    SingleInstance::serve(server, &window, [&window] { window.wake(); });
 }
 
 int runPrimary(const QString& ipcServerName)

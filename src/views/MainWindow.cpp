@@ -165,10 +165,22 @@ void MainWindow::toggleVisibility()
 
 void MainWindow::showOrRaise()
 {
-    if (isToggledToShow()) {
+    if (isToggledToShow())
         show();
-        return;
-    }
+    else
+        bringToFront();
+}
+
+void MainWindow::wake()
+{
+    if (isHidden() || windowOpacity() < 1.0)
+        show();
+    else
+        bringToFront();
+}
+
+void MainWindow::bringToFront()
+{
     activateWindow();
     raise();
 }

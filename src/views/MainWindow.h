@@ -55,6 +55,11 @@ public:
     /// is lost: the fade runs to its end.
     void toggleVisibility();
 
+    /// What a further start of the program asks for: shows the window if it is hidden, else brings
+    /// it in front. While it is half transparent, on its way out or in a change of page, nothing
+    /// happens: `show()` on a window that is still visible changes nothing.
+    void wake();
+
     /// The one way to dismiss the window; nothing if it is on its way out already.
     void fadeOutAndHide();
 
@@ -101,6 +106,7 @@ private:
     void chooseValidCategory();
     bool isToggledToShow() const;
     void showOrRaise();
+    void bringToFront();
     void stopPageAnimation();
     void connectBlindSwap(QAbstractAnimation* fadeOut, QAbstractAnimation* group,
                           const std::function<void()>& swap);

@@ -79,6 +79,13 @@ private slots:
     void toggleInTheSecondHalfOfASwap();
     void othersPressesDoNothing();
 
+    void wakeWhenHidden();
+    void wakeWhenShown();
+    void wakeDuringTheFade_data();
+    void wakeDuringTheFade();
+    void wakeDuringADip_data();
+    void wakeDuringADip();
+
     void showAppearsAtOnce();
     void showEmitsEachTime();
     void showGoesBackToTheFirstPage();
@@ -191,6 +198,21 @@ public:
 
 private:
     QWindow m_window;
+};
+
+/// Takes the activation as a dialog of this program does.
+class OwnWindow
+{
+public:
+    void takeFocus()
+    {
+        m_window.show();
+        m_window.activateWindow();
+        QTRY_VERIFY(m_window.isActiveWindow());
+    }
+
+private:
+    QWidget m_window;
 };
 
 void sendMouse(QWidget* widget, QEvent::Type type, const QPoint& global, Qt::MouseButton button)
@@ -621,6 +643,82 @@ void MainWindowTest::othersPressesDoNothing()
                               QSystemTrayIcon::Trigger, QSystemTrayIcon::MiddleClick})
         emit tray->activated(reason);
     QVERIFY(m_window->isHidden());
+}
+
+void MainWindowTest::wakeWhenHidden()
+{
+    construct();
+    QSignalSpy shown(m_window.get(), &MainWindow::becameVisible);
+    m_window->wake();
+    QCOMPARE(shown.count(), 1);
+    QVERIFY(m_window->isVisible());
+    QTRY_VERIFY(m_window->isActiveWindow());
+}
+
+void MainWindowTest::wakeWhenShown()
+{
+    constructAndShow();
+    QSignalSpy shown(m_window.get(), &MainWindow::becameVisible);
+    OwnWindow other;
+    other.takeFocus();
+    m_window->wake();
+    QTRY_VERIFY(m_window->isActiveWindow());
+    QVERIFY(!runningFade());
+    QCOMPARE(shown.count(), 0);
+}
+
+void MainWindowTest::wakeDuringTheFade_data()
+{
+    QTest::addColumn<double>("opacity");
+    QTest::newRow("no step made yet") << 1.0;
+    QTest::newRow("half way") << 0.5;
+}
+
+void MainWindowTest::wakeDuringTheFade()
+{
+    QFETCH(double, opacity);
+    constructAndShow();
+    QSignalSpy shown(m_window.get(), &MainWindow::becameVisible);
+    m_window->fadeOutAndHide();
+    m_window->setWindowOpacity(opacity);
+    m_window->wake();
+    QVERIFY(runningFade());
+    QTRY_VERIFY(m_window->isHidden());
+    QCOMPARE(shown.count(), 0);
+}
+
+void MainWindowTest::wakeDuringADip_data()
+{
+    QTest::addColumn<bool>("isSecondHalf");
+    QTest::newRow("first half") << false;
+    QTest::newRow("second half") << true;
+}
+
+void MainWindowTest::wakeDuringADip()
+{
+    // Unlike the tray's entry it takes every transparency for a window that is going.
+    QFETCH(bool, isSecondHalf);
+    constructAndShow();
+    QSignalSpy shown(m_window.get(), &MainWindow::becameVisible);
+    OwnWindow other;
+    other.takeFocus();
+    int swapped = 0;
+    m_window->runBlindSwap([&, isSecondHalf] {
+        ++swapped;
+        if (isSecondHalf)
+            m_window->wake();
+    });
+    if (!isSecondHalf) {
+        m_window->setWindowOpacity(0.5);
+        m_window->wake();
+    }
+    QVERIFY(isDipping());
+    QTRY_VERIFY(!isDipping());
+    QCOMPARE(swapped, 1);
+    QVERIFY(m_window->isVisible());
+    QVERIFY(!m_window->isActiveWindow());
+    QCOMPARE(m_window->windowOpacity(), 1.0);
+    QCOMPARE(shown.count(), 0);
 }
 
 void MainWindowTest::showAppearsAtOnce()
