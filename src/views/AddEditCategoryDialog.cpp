@@ -7,6 +7,7 @@
 #include "CustomDialogs.h"
 #include "CustomMessageBox.h"
 #include "GlyphWidgets.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
 
@@ -146,7 +147,7 @@ void AddEditCategoryDialog::doSave()
 
 void AddEditCategoryDialog::keyPressEvent(QKeyEvent* event)
 {
-    if (CustomDialogs::isEnterKey(event->key())) {
+    if (Keys::isEnter(event->key())) {
         doSave();
         return;
     }
@@ -176,7 +177,7 @@ bool AddEditCategoryDialog::handleKey(QObject* watched, int key)
 
 bool AddEditCategoryDialog::handleNameKey(int key)
 {
-    if (CustomDialogs::isEnterKey(key)) {
+    if (Keys::isEnter(key)) {
         doSave();
         return true;
     }
@@ -188,7 +189,7 @@ bool AddEditCategoryDialog::handleNameKey(int key)
 
 bool AddEditCategoryDialog::handleIconKey(int index, int key)
 {
-    if (CustomDialogs::isEnterKey(key) || key == Qt::Key_Space) {
+    if (Keys::isEnter(key) || key == Qt::Key_Space) {
         iconBtns.at(index)->click();
         return true;
     }
@@ -197,7 +198,7 @@ bool AddEditCategoryDialog::handleIconKey(int index, int key)
 
 bool AddEditCategoryDialog::handleButtonKey(QPushButton* button, int key)
 {
-    if (CustomDialogs::isEnterKey(key))
+    if (Keys::isEnter(key))
         button->click();
     else if (key == Qt::Key_Right && button == m_cancelBtn)
         m_saveBtn->setFocus();

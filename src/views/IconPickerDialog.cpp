@@ -7,6 +7,7 @@
 #include "CustomDialogs.h"
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
 
@@ -142,7 +143,7 @@ bool IconPickerDialog::handleKey(QObject* watched, int key)
 
 bool IconPickerDialog::handleIconKey(int index, int key)
 {
-    if (CustomDialogs::isEnterKey(key)) {
+    if (Keys::isEnter(key)) {
         m_iconBtns.at(index)->click();
         return true;
     }
@@ -152,7 +153,7 @@ bool IconPickerDialog::handleIconKey(int index, int key)
 bool IconPickerDialog::handleButtonKey(const QList<QPushButton*>& row, int index, int key)
 {
     const int last = static_cast<int>(row.size()) - 1;
-    if (CustomDialogs::isEnterKey(key))
+    if (Keys::isEnter(key))
         row.at(index)->click();
     else if (key == Qt::Key_Left) // at either end the key is taken and goes nowhere
         row.at(std::max(index - 1, 0))->setFocus();

@@ -6,6 +6,7 @@
 #include "CardShape.h"
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
 
@@ -30,12 +31,6 @@ void repaintRows(const QMenu* menu)
         if (row && row->defaultWidget())
             row->defaultWidget()->update();
     }
-}
-
-/// `text` for an action, in which an ampersand would make the next letter a key that triggers it.
-QString withoutMnemonics(QString text)
-{
-    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 } // namespace
@@ -122,7 +117,7 @@ QAction* ActionsMenu::addRow(QMenu& menu, uint glyph, const QString& text,
                              std::function<bool()> checkedProbe)
 {
     auto* action = new QWidgetAction(&menu);
-    action->setText(withoutMnemonics(text)); // not shown, but read out by a screen reader
+    action->setText(Keys::withoutShortcut(text)); // not shown, but read out by a screen reader
     auto* row = new ActionsMenuRow(&menu, action, glyph, text, tokens, reserveCheck,
                                    std::move(checkedProbe));
     action->setDefaultWidget(row);
@@ -207,7 +202,7 @@ bool ActionsMenu::ToggleFilter::eventFilter(QObject* watched, QEvent* event)
 
 bool ActionsMenu::ToggleFilter::handleKey(int key)
 {
-    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space)
+    if (!Keys::isEnter(key) && key != Qt::Key_Space)
         return false;
     QAction* active = m_menu->activeAction();
     if (!m_watched.contains(active))

@@ -5,6 +5,7 @@
 
 #include "CardShape.h"
 #include "GlyphWidgets.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
 
@@ -32,7 +33,7 @@ constexpr int kHeaderedShadowAlpha = 60;
 
 bool handleDialogBackKey(QDialog* dialog, QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Escape && event->key() != Qt::Key_Backspace)
+    if (!Keys::isBack(event->key()))
         return false;
     dialog->reject();
     return true;
@@ -182,9 +183,4 @@ bool CustomDialogs::moveInIconGrid(const QList<GlyphButton*>& buttons, int colum
     default:
         return false;
     }
-}
-
-bool CustomDialogs::isEnterKey(int key)
-{
-    return key == Qt::Key_Return || key == Qt::Key_Enter;
 }

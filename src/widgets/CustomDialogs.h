@@ -81,7 +81,4 @@ void focusIconOf(const QList<GlyphButton*>& buttons, unsigned int glyph);
 bool moveInIconGrid(const QList<GlyphButton*>& buttons, int columns, int index, int key,
                     QWidget* above, QWidget* below);
 
-/// True for the Return key and the Enter key of the number pad.
-bool isEnterKey(int key);
-
 } // namespace CustomDialogs

@@ -4,6 +4,7 @@
 #include "CustomMessageBox.h"
 
 #include "CustomDialogs.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
 
@@ -193,7 +194,7 @@ void CustomMessageBox::keyPressEvent(QKeyEvent* event)
         moveFocus(-1);
     else if (event->key() == Qt::Key_Right)
         moveFocus(1);
-    else if (CustomDialogs::isEnterKey(event->key()) && focused >= 0)
+    else if (Keys::isEnter(event->key()) && focused >= 0)
         m_buttons.at(focused)->click();
     else
         QDialog::keyPressEvent(event);

@@ -4,6 +4,7 @@
 #include "GlyphWidgets.h"
 
 #include "IconHelper.h"
+#include "Keys.h"
 #include "Theme.h"
 
 #include <QFontMetrics>
@@ -37,12 +38,6 @@ bool isGlyphSet(uint glyph, int px)
 QPointF centerOf(const QWidget& widget)
 {
     return QRectF(widget.rect()).center();
-}
-
-/// A push button reads "&" as a mnemonic mark; a folder's name has none.
-QString withoutMnemonics(QString text)
-{
-    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 } // namespace
@@ -88,6 +83,11 @@ GlyphButton::GlyphButton(QWidget* parent) : QPushButton(parent)
 
 GlyphButton::GlyphButton(const QString& text, QWidget* parent) : QPushButton(text, parent)
 {}
+
+void GlyphButton::setLabel(const QString& text)
+{
+    setText(Keys::withoutShortcut(text));
+}
 
 void GlyphButton::setGlyph(uint glyph, int px, const QString& color)
 {
@@ -334,7 +334,7 @@ void PillStyle::applyFilterChip(GlyphButton* chip, uint glyph, const QString& la
     const QString bg = c.primaryContainer;
     const QString ink = c.onPrimaryContainer;
 
-    chip->setText(withoutMnemonics(label));
+    chip->setLabel(label);
     chip->setStyleSheet(
         QStringLiteral("QPushButton { background: %1; color: %2; border: none; border-radius: "
                        "%3px; padding-left: %4px; padding-right: %5px; }QPushButton:hover { "

@@ -46,6 +46,9 @@ public:
     explicit GlyphButton(QWidget* parent = nullptr);
     explicit GlyphButton(const QString& text, QWidget* parent = nullptr);
 
+    /// Shows `text` as it stands: an ampersand stays one and makes no shortcut, unlike in
+    /// `setText()`. For names that somebody has given.
+    void setLabel(const QString& text);
     /// Sets the leading glyph; `px` is its size in pixels, and `color` serves both glyphs.
     void setGlyph(uint glyph, int px, const QString& color);
     void setGlyphColor(const QString& color);

@@ -177,6 +177,7 @@ private slots:
     void pillLit_data();
     void pillLit();
     void pillLitPaints();
+    void labelKeepsItsAmpersands();
     void filterChip_data();
     void filterChip();
     void filterChipShowsItsGlyphs();
@@ -779,6 +780,19 @@ void GlyphWidgetsTest::pillLitPaints()
     QVERIFY(Pixels::isCentredOn(ink.translated(8, 4), QPointF(19.5, 14)));
     QVERIFY(ink.width() > 6 && ink.width() <= 13);
     QVERIFY(!Pixels::boxOfColor(image, QColor(tones.onKey), 40).isEmpty());
+}
+
+void GlyphWidgetsTest::labelKeepsItsAmpersands()
+{
+    GlyphButton button;
+    const QString name = QStringLiteral("Research&Development of everything");
+    button.setText(name);
+    QVERIFY(!button.shortcut().isEmpty()); // what a label must not have
+    const int narrow = button.sizeHint().width();
+    button.setLabel(name);
+    QVERIFY(button.shortcut().isEmpty());
+    const int ampersand = button.fontMetrics().horizontalAdvance(QLatin1Char('&'));
+    QVERIFY(button.sizeHint().width() >= narrow + ampersand - 1);
 }
 
 void GlyphWidgetsTest::filterChip_data()
