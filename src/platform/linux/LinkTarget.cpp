@@ -31,8 +31,9 @@ enum class Step {
 class LinkWalk
 {
 public:
-    LinkWalk(const QByteArray& directory, const Platform::MountTable& mounts)
-        : m_start(directory + '/'), m_directory(directory), m_mounts(mounts)
+    /// \param links those that were gone along already.
+    LinkWalk(const QByteArray& directory, const Platform::MountTable& mounts, int links)
+        : m_start(directory + '/'), m_directory(directory), m_mounts(mounts), m_links(links)
     {}
 
     Step follow(const QByteArray& target)
@@ -105,7 +106,7 @@ private:
     QByteArray m_directory; ///< where the walk stands; empty for the root
     const Platform::MountTable& m_mounts;
     QByteArray m_ahead; ///< names still to be gone along, each ended by a slash
-    int m_links = 1;
+    int m_links;
 };
 
 bool leadsToFileAnywhere(int parent, const char* name)
@@ -125,8 +126,18 @@ bool Platform::linkLeadsToFile(int parent, const QByteArray& parentPath, const c
     const ssize_t size = ::readlinkat(parent, name, target.data(), target.size());
     if (size <= 0)
         return true;
-    LinkWalk walk(parentPath, mounts);
+    LinkWalk walk(parentPath, mounts, 1);
     const Step end = walk.follow(QByteArray(target.data(), size));
     // That far down nothing is mounted as a rule, so the system may be asked.
     return end == Step::TooLong ? leadsToFileAnywhere(parent, name) : end == Step::File;
+}
+
+bool Platform::pathLeadsToRemote(const QByteArray& path, const QByteArray& home,
+                                 const MountTable& mounts)
+{
+    if (!mounts.hasRemote())
+        return false;
+    LinkWalk walk(home, mounts, 0);
+    const Step end = walk.follow(path);
+    return end == Step::Remote || end == Step::TooLong;
 }

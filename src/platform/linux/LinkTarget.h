@@ -16,4 +16,11 @@ class MountTable;
 bool linkLeadsToFile(int parent, const QByteArray& parentPath, const char* name,
                      const MountTable& mounts);
 
+/// Whether the way to a path goes onto a remote file system, at the path itself or before it. Links
+/// are followed; nothing remote is touched. False as well where the way ends before: at a name that
+/// isn't there.
+/// \param path in the form of `pathBytes`.
+/// \param home in the same form and without links. A file system that holds it doesn't count.
+bool pathLeadsToRemote(const QByteArray& path, const QByteArray& home, const MountTable& mounts);
+
 } // namespace Platform

@@ -7,6 +7,7 @@
 #include "WatchRun.h"
 #include "platform/DirectoryReader.h"
 #include "platform/FileTypeIcon.h"
+#include "platform/PathLocality.h"
 #include "platform/linux/DirectoryAccess.h"
 #include "platform/linux/LinkTarget.h"
 #include "platform/linux/MountTable.h"
@@ -87,6 +88,9 @@ private slots:
     void linksIntoRemoteMounts_data();
     void linksIntoRemoteMounts();
     void homeOnTheNetwork();
+    void pathsThatLeadAway_data();
+    void pathsThatLeadAway();
+    void chainOfLinksThatLeadsAway();
     void deadMountIsNotTouched_data();
     void deadMountIsNotTouched();
     void mountedMeanwhile_data();
@@ -289,6 +293,8 @@ int lookAtDeadMount(const QStringList& arguments)
         printKind(rel, root);
     for (const char* rel : {"dead", "dead/below"})
         printKind(rel, root + "/home");
+    for (const char* rel : {"alive", "dead", "dead/below/file", "dead file", "into", "through"})
+        std::putchar(Platform::isLocalPath(root + '/' + rel) ? 'L' : 'R');
     return 0;
 }
 
@@ -891,6 +897,62 @@ void LinuxFilesTest::homeOnTheNetwork()
     QVERIFY(!Platform::linkLeadsToFile(home.get(), here, "to dir", mounts));
 }
 
+void LinuxFilesTest::pathsThatLeadAway_data()
+{
+    QTest::addColumn<QByteArray>("rel");
+    QTest::addColumn<bool>("isRemote");
+    QTest::newRow("file of the disk") << QByteArray("home/file") << false;
+    QTest::newRow("name that begins alike") << QByteArray("nas2/file") << false;
+    QTest::newRow("mount") << QByteArray("nas") << true;
+    QTest::newRow("in the mount") << QByteArray("nas/dir/file") << true;
+    QTest::newRow("back out of it") << QByteArray("nas/../home/file") << true;
+    QTest::newRow("by way of the parent") << QByteArray("home/../nas/file") << true;
+    QTest::newRow("by way of a link") << QByteArray("home/to nas/file") << true;
+    QTest::newRow("by way of a link to a link") << QByteArray("home/to link/file") << true;
+    QTest::newRow("link to the mount itself") << QByteArray("home/to nas") << true;
+    QTest::newRow("link to what isn't there") << QByteArray("home/to nowhere") << false;
+    QTest::newRow("link in a circle") << QByteArray("home/circle") << false;
+    QTest::newRow("below a file") << QByteArray("home/file/nas") << false;
+    QTest::newRow("home that is mounted") << QByteArray("far/home/file") << false;
+    QTest::newRow("beside that home, in the same mount") << QByteArray("far/other/file") << false;
+    QTest::newRow("mount in that home") << QByteArray("far/home/nas/file") << true;
+}
+
+void LinuxFilesTest::pathsThatLeadAway()
+{
+    QFETCH(QByteArray, rel);
+    for (const char* directory : {"home", "nas/dir", "nas2", "far/home/nas", "far/other"})
+        makeDirectory(directory);
+    for (const char* file : {"home/file", "nas/dir/file", "far/home/file", "far/home/nas/file"})
+        makeFile(file);
+    const QByteArray here = QFile::encodeName(QDir(root()).canonicalPath());
+    makeLink(here + "/nas", "home/to nas");
+    makeLink("to nas", "home/to link");
+    makeLink("nowhere", "home/to nowhere");
+    makeLink("circle", "home/circle");
+    const MountTable mounts =
+        MountTable::parse(mountLine(here + "/nas", "nfs4") + mountLine(here + "/far", "nfs4") +
+                          mountLine(here + "/far/home/nas", "cifs"));
+    QTEST(Platform::pathLeadsToRemote(here + '/' + rel, here + "/far/home", mounts), "isRemote");
+    QVERIFY(!Platform::pathLeadsToRemote(here + '/' + rel, here, MountTable()));
+}
+
+/// The system follows forty links, so no fewer may hide where they lead.
+void LinuxFilesTest::chainOfLinksThatLeadsAway()
+{
+    makeDirectory("nas");
+    const QByteArray here = QFile::encodeName(QDir(root()).canonicalPath());
+    makeLink("nas", "1");
+    for (int i = 2; i <= 41; ++i)
+        makeLink(QByteArray::number(i - 1), QString::number(i));
+    struct stat status = {};
+    QCOMPARE(::stat((here + "/40").constData(), &status), 0);
+    QCOMPARE(::stat((here + "/41").constData(), &status), -1);
+    const MountTable mounts = MountTable::parse(mountLine(here + "/nas", "nfs4"));
+    QVERIFY(Platform::pathLeadsToRemote(here + "/40", {}, mounts));
+    QVERIFY(!Platform::pathLeadsToRemote(here + "/41", {}, mounts));
+}
+
 void LinuxFilesTest::deadMountIsNotTouched_data()
 {
     QTest::addColumn<QString>("when");
@@ -900,15 +962,16 @@ void LinuxFilesTest::deadMountIsNotTouched_data()
     QTest::newRow("never, for comparison") << "never"
                                            << QByteArray("alive 11\ndead 11\ndead file 00\n"
                                                          "into 00\n")
-                                           << QByteArray("DDFFFMMDD");
+                                           << QByteArray("DDFFFMMDDLLLLLL");
     if (canMount()) {
-        QTest::newRow("there from the beginning") << "before" << mounted << QByteArray("DMMFMMMDM");
+        QTest::newRow("there from the beginning")
+            << "before" << mounted << QByteArray("DMMFMMMDMLRRRRR");
         QTest::newRow("mounted while the tree is watched")
-            << "later" << mounted << QByteArray("DMMFMMMDM");
+            << "later" << mounted << QByteArray("DMMFMMMDMLRRRRR");
         // Nothing else tells that it is a file.
         QTest::newRow("on a file system that tells no types")
             << "before, without types" << QByteArray("alive 11\ndead 10\ndead file 10\n")
-            << QByteArray("DMMDMMMDM");
+            << QByteArray("DMMDMMMDMLRRRRR");
     }
 }
 

@@ -5,6 +5,7 @@
 #include "TestHome.h"
 #include "platform/DirectoryReader.h"
 #include "platform/FileTypeIcon.h"
+#include "platform/PathLocality.h"
 #include "platform/TreeWatcher.h"
 #include "platform/windows/ExtendedPath.h"
 #include "platform/windows/FoundItem.h"
@@ -321,6 +322,8 @@ private slots:
     void namesOfTheSystem();
     void extendedPaths_data();
     void extendedPaths();
+    void pathsThatLeadAway_data();
+    void pathsThatLeadAway();
 
     void directoryIsListed();
     void listingIsOfOneLevel();
@@ -433,6 +436,31 @@ void FilesTest::extendedPaths()
 {
     QFETCH(QString, path);
     QTEST(Platform::extendedPath(path), "expected");
+}
+
+void FilesTest::pathsThatLeadAway_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isLocal");
+    const QString drive = QDir::toNativeSeparators(QDir::rootPath());
+    QTest::newRow("drive") << drive << true;
+    QTest::newRow("nothing there") << drive + R"(nothing\there)" << true;
+    QTest::newRow("slashes") << QDir::rootPath() + "nothing/there" << true;
+    QTest::newRow("drive as it stands") << R"(\?\)" + drive + "picture.png" << true;
+    QTest::newRow("from the root of the drive") << R"(\nothing\there)" << true;
+    QTest::newRow("share") << R"(\server\share\picture.png)" << false;
+    QTest::newRow("share with slashes") << "//server/share/picture.png" << false;
+    QTest::newRow("share with both") << R"(\/server\share/picture.png)" << false;
+    QTest::newRow("share as it stands") << R"(\?\UNC\server\share\picture.png)" << false;
+    QTest::newRow("share by its object") << R"(\??\UNC\server\share\picture.png)" << false;
+    QTest::newRow("device") << R"(\.\C:\picture.png)" << false;
+    QTest::newRow("drive that there is not") << R"(\\?\1:\picture.png)" << false;
+}
+
+void FilesTest::pathsThatLeadAway()
+{
+    QFETCH(QString, path);
+    QTEST(Platform::isLocalPath(path), "isLocal");
 }
 
 void FilesTest::directoryIsListed()
