@@ -11,7 +11,6 @@
 #include "CustomWidgets.h"
 #include "FileIndex.h"
 #include "FlowLayout.h"
-#include "FramelessWindow.h"
 #include "GlobalHotkeyController.h"
 #include "GlyphWidgets.h"
 #include "HotkeyManager.h"
@@ -19,15 +18,13 @@
 #include "Localization.h"
 #include "SpotlightResultDelegate.h"
 #include "Theme.h"
-#include "platform/Foreground.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPainterPath>
-#include <QPropertyAnimation>
+#include <QPointer>
 #include <QRegion>
 #include <QScreen>
 #include <QSettings>
@@ -78,15 +75,8 @@ QSettings openSettings()
 } // namespace
 
 SpotlightWindow::SpotlightWindow(LauncherModel* model, QWidget* parent)
-    : QWidget(parent), m_model(model)
+    : FramelessWindow(parent), m_model(model)
 {
-    setAttribute(Qt::WA_TranslucentBackground, true);
-    setWindowFlags(Qt::FramelessWindowHint | Qt::Tool);
-    setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
-    m_showGuardTimer = new QTimer(this);
-    m_showGuardTimer->setSingleShot(true);
-    connect(m_showGuardTimer, &QTimer::timeout, this, [this] { m_isShowing = false; });
-
     buildShell();
     buildSearchStrip();
     buildResultsPanel();
@@ -113,7 +103,7 @@ void SpotlightWindow::buildShell()
     m_shadowLayer->setObjectName(QStringLiteral("spotlightShadowLayer"));
     m_shadowLayer->setFrameShape(QFrame::NoFrame);
     m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_dropShadow = FramelessWindow::addShadow(m_shadowLayer);
+    m_dropShadow = addShadow(m_shadowLayer);
 
     m_shell = new QFrame(this);
     m_shell->setObjectName(QStringLiteral("spotlightShell"));
@@ -323,50 +313,7 @@ void SpotlightWindow::syncShadowLayers()
 
 // Showing and hiding
 
-void SpotlightWindow::toggleVisibility()
-{
-    if (isHidden() || windowOpacity() < 1.0)
-        show();
-    else
-        fadeOutAndHide();
-}
-
-void SpotlightWindow::hideForOtherWindow()
-{
-    if (!isHidden())
-        fadeOutAndHide();
-}
-
-void SpotlightWindow::fadeOutAndHide()
-{
-    if (m_isClosing)
-        return;
-    m_isClosing = true;
-    m_fadeAnim = FramelessWindow::startFadeOut(this, [this] {
-        m_fadeAnim.clear();
-        hide();
-    });
-}
-
-void SpotlightWindow::showEvent(QShowEvent* event)
-{
-    const AutoQuitBlocker blocker;
-    m_isShowing = true;
-    m_showGuardTimer->start(ShowGuardMs);
-    resetForShow();
-    QWidget::showEvent(event);
-    placeOnScreen();
-    if (m_fadeAnim) {
-        m_fadeAnim->stop();
-        m_fadeAnim.clear();
-    }
-    m_isClosing = false;
-    setWindowOpacity(1.0);
-    takeForeground();
-    emit becameVisible();
-}
-
-void SpotlightWindow::resetForShow()
+void SpotlightWindow::prepareShow()
 {
     m_anchorValid = false;
     m_panelHeight = -1;
@@ -391,25 +338,14 @@ void SpotlightWindow::placeOnScreen()
     m_anchorValid = true;
 }
 
-void SpotlightWindow::takeForeground()
+void SpotlightWindow::finishShow()
 {
-    raise();
-    activateWindow();
-    Platform::bringToForeground(winId());
     m_searchInput->setFocus();
-}
-
-void SpotlightWindow::changeEvent(QEvent* event)
-{
-    // The hand-over of the foreground at a show can report a loss of focus that is none.
-    if (FramelessWindow::isLeftForAnotherProgram(this, event) && !m_isShowing)
-        fadeOutAndHide();
-    QWidget::changeEvent(event);
 }
 
 void SpotlightWindow::resizeEvent(QResizeEvent* event)
 {
-    QWidget::resizeEvent(event);
+    FramelessWindow::resizeEvent(event);
     syncShadowLayers();
 }
 
@@ -422,7 +358,7 @@ bool SpotlightWindow::eventFilter(QObject* watched, QEvent* event)
         if (handleFieldKey(key->key(), key->modifiers()))
             return true;
     }
-    return QWidget::eventFilter(watched, event);
+    return FramelessWindow::eventFilter(watched, event);
 }
 
 bool SpotlightWindow::handleFieldKey(int key, Qt::KeyboardModifiers modifiers)
@@ -456,7 +392,7 @@ void SpotlightWindow::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape)
         fadeOutAndHide();
     else
-        QWidget::keyPressEvent(event);
+        FramelessWindow::keyPressEvent(event);
 }
 
 void SpotlightWindow::moveSelection(int delta)
@@ -476,30 +412,14 @@ void SpotlightWindow::moveSelection(int delta)
         m_resultsList->setCurrentRow(row);
 }
 
-void SpotlightWindow::mousePressEvent(QMouseEvent* event)
+void SpotlightWindow::dragged()
 {
-    if (event->button() == Qt::LeftButton) {
-        m_dragging = true;
-        m_dragPosition = event->globalPosition().toPoint() - frameGeometry().topLeft();
-        event->accept();
-    }
-    QWidget::mousePressEvent(event);
+    m_anchorPos = pos();
 }
 
-void SpotlightWindow::mouseMoveEvent(QMouseEvent* event)
+bool SpotlightWindow::isDragEndedBy(Qt::MouseButton /*button*/) const
 {
-    if (m_dragging) {
-        move(event->globalPosition().toPoint() - m_dragPosition);
-        m_anchorPos = pos();
-        event->accept();
-    }
-    QWidget::mouseMoveEvent(event);
-}
-
-void SpotlightWindow::mouseReleaseEvent(QMouseEvent* event)
-{
-    m_dragging = false;
-    QWidget::mouseReleaseEvent(event);
+    return true;
 }
 
 // Scopes
@@ -665,7 +585,7 @@ void SpotlightWindow::applyThemeColors()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(kShellRadius));
-    FramelessWindow::tintShadow(m_dropShadow);
+    tintShadow(m_dropShadow);
     applySearchStripStyle();
     m_addFilterBtn->setText(Tr::t(QStringLiteral("spotlight.filter_add")));
     PillStyle::applyResting(m_addFilterBtn, Glyph::Add, false);

@@ -6,15 +6,14 @@
 #include "AppIndex.h"
 #include "Calculator.h"
 #include "FileIndex.h"
+#include "FramelessWindow.h"
 #include "SearchEngine.h"
 #include "SpotlightResultDelegate.h"
 #include "WebQuery.h"
 
 #include <QPoint>
-#include <QPointer>
 #include <QStringList>
 #include <QVector>
-#include <QWidget>
 
 class ConfirmDot;
 class FlowLayout;
@@ -28,18 +27,15 @@ class QGraphicsDropShadowEffect;
 class QListWidget;
 class QListWidgetItem;
 class QMenu;
-class QPropertyAnimation;
-class QTimer;
 
 /// The search window: a strip with a field, a row of filter chips, and a panel of results that is
 /// either closed or open at its full height. Its hotkey toggles it; each show starts empty at the
 /// same place. It runs what the user chooses and remembers the choice. GUI thread only.
-class SpotlightWindow : public QWidget
+class SpotlightWindow : public FramelessWindow
 {
     Q_OBJECT
 
 public:
-    static constexpr int SHADOW_MARGIN = 32; ///< transparent margin on all four sides, in pixels
     static constexpr int WINDOW_WIDTH = 584;
     static constexpr int PILL_HEIGHT = 80;
     static constexpr int SEARCH_BOX_HEIGHT = 44;
@@ -53,7 +49,6 @@ public:
     static constexpr int VISIBLE_ROWS = 5;
     static constexpr int APP_LIMIT = 12;  ///< applications of one search, before usage ranks them
     static constexpr int FILE_LIMIT = 12; ///< files, or folders, where nothing else is searched for
-    static constexpr int ShowGuardMs = 1500; ///< how long a show ignores the loss of focus
     /// Item role: under what key a launch of the row is remembered.
     static constexpr int RoleUsageKey = SpotlightResultDelegate::RoleNextFree;
 
@@ -68,13 +63,6 @@ public:
     SpotlightWindow(LauncherModel* model, QWidget* parent);
 
     GlobalHotkeyController* hotkeyController() const { return m_hotkeyController; }
-
-    /// The hotkey: shows the window if it is hidden, else dismisses it. A press during the fade is
-    /// lost: the fade runs to its end.
-    void toggleVisibility();
-
-    /// The one way to dismiss the window; nothing if it is on its way out already.
-    void fadeOutAndHide();
 
     /// Every kind of result, in the order of chips, menu rows and stored keys.
     static const QVector<ScopeDef>& scopeDefs();
@@ -112,23 +100,19 @@ public:
     /// Reads colours and texts anew.
     void applyThemeColors();
 
-public slots:
-    void hideForOtherWindow();
-
 signals:
-    void becameVisible();
     /// Something that the other window shows too was changed from here.
     void appearanceChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void prepareShow() override;
+    void placeOnScreen() override;
+    void finishShow() override;
+    bool isDragEndedBy(Qt::MouseButton button) const override;
+    void dragged() override;
 
 private:
     struct Group;
@@ -141,9 +125,6 @@ private:
     void clipRowsToPanel();
     void setUpHotkey();
     void startIndexing();
-    void resetForShow();
-    void placeOnScreen();
-    void takeForeground();
     bool handleFieldKey(int key, Qt::KeyboardModifiers modifiers);
 
     void refreshFilterChips();
@@ -193,14 +174,8 @@ private:
     SpotlightResultDelegate* m_rowDelegate = nullptr;
     GlobalHotkeyController* m_hotkeyController = nullptr;
     QGraphicsDropShadowEffect* m_dropShadow = nullptr;
-    bool m_isClosing = false;
-    bool m_dragging = false;
-    QPoint m_dragPosition;
     QPoint m_anchorPos; ///< where the window stands before it grows
     bool m_anchorValid = false;
     int m_panelHeight = -1; ///< last applied
     int m_stripHeight = -1; ///< last applied
-    bool m_isShowing = false;
-    QTimer* m_showGuardTimer = nullptr;
-    QPointer<QPropertyAnimation> m_fadeAnim;
 };

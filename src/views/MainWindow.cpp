@@ -5,7 +5,6 @@
 
 #include "AutoQuitBlocker.h"
 #include "CardShape.h"
-#include "FramelessWindow.h"
 #include "GlobalHotkeyController.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
@@ -13,14 +12,13 @@
 #include "Localization.h"
 #include "StorageManager.h"
 #include "Theme.h"
-#include "platform/Foreground.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPropertyAnimation>
 #include <QScreen>
 #include <QSequentialAnimationGroup>
@@ -60,16 +58,11 @@ void applyApplicationFont()
 
 } // namespace
 
-MainWindow::MainWindow(QWidget* parent) : QWidget(parent)
+MainWindow::MainWindow(QWidget* parent) : FramelessWindow(parent)
 {
-    m_showGuardTimer = new QTimer(this);
-    m_showGuardTimer->setSingleShot(true);
-    connect(m_showGuardTimer, &QTimer::timeout, this, [this] { m_isShowing = false; });
     Theme::loadSettings();
     Tr::loadSettings();
     loadModel();
-    setAttribute(Qt::WA_TranslucentBackground, true);
-    setWindowFlags(Qt::FramelessWindowHint | Qt::Tool);
     // The hotkey needs a native window before the first show.
     const QString hotkeyWarning =
         HotkeyManager::loadSettings(HotkeyManager::mainWindowSlot, winId());
@@ -77,7 +70,6 @@ MainWindow::MainWindow(QWidget* parent) : QWidget(parent)
     setUpTray(hotkeyWarning);
     setUpHotkey();
     setFixedSize(WINDOW_WIDTH_GRID, WINDOW_HEIGHT_GRID);
-    setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
     setupUI();
@@ -151,16 +143,8 @@ GlobalHotkeyController* MainWindow::spotlightHotkeyController() const
 
 bool MainWindow::isToggledToShow() const
 {
-    // Opacity tells a window that is fading out, unless it is dipping for a change of page.
-    return isHidden() || (windowOpacity() < 1.0 && !m_pageTransitioning);
-}
-
-void MainWindow::toggleVisibility()
-{
-    if (isToggledToShow())
-        show();
-    else
-        fadeOutAndHide();
+    // A window that dips for a change of page stands in full view all the same.
+    return isHidden() || (!m_pageTransitioning && FramelessWindow::isToggledToShow());
 }
 
 void MainWindow::showOrRaise()
@@ -173,7 +157,7 @@ void MainWindow::showOrRaise()
 
 void MainWindow::wake()
 {
-    if (isHidden() || windowOpacity() < 1.0)
+    if (FramelessWindow::isToggledToShow())
         show();
     else
         bringToFront();
@@ -183,12 +167,6 @@ void MainWindow::bringToFront()
 {
     activateWindow();
     raise();
-}
-
-void MainWindow::hideForOtherWindow()
-{
-    if (!isHidden() && !m_isClosing)
-        fadeOutAndHide();
 }
 
 void MainWindow::quitApplication()
@@ -206,17 +184,10 @@ void MainWindow::saveLastCategory()
     settings.sync();
 }
 
-void MainWindow::fadeOutAndHide()
+void MainWindow::prepareFade()
 {
-    if (m_isClosing)
-        return;
     stopPageAnimation();
     saveLastCategory();
-    m_isClosing = true;
-    m_fadeAnim = FramelessWindow::startFadeOut(this, [this] {
-        m_fadeAnim.clear();
-        hide();
-    });
 }
 
 void MainWindow::goToPage(int index)
@@ -346,7 +317,7 @@ void MainWindow::buildBackground()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(Theme::Rad_Lg));
-    FramelessWindow::addShadow(m_bgContainer);
+    addShadow(m_bgContainer);
     layout()->addWidget(m_bgContainer);
     CardShape::attach(this, m_bgContainer, Theme::Rad_Lg);
 }
@@ -404,73 +375,28 @@ void MainWindow::rebuildNow(const QString& focusName)
         widget->setFocus();
 }
 
-void MainWindow::showEvent(QShowEvent* event)
+void MainWindow::placeOnScreen()
 {
-    const AutoQuitBlocker blocker;
-    m_isShowing = true;
-    m_showGuardTimer->start(ShowGuardMs);
-    QWidget::showEvent(event);
     centerOnScreen();
-    if (m_fadeAnim) {
-        m_fadeAnim->stop();
-        m_fadeAnim.clear();
-    }
-    m_isClosing = false;
-    setWindowOpacity(1.0);
-    raise();
-    activateWindow();
-    Platform::bringToForeground(winId());
+}
+
+void MainWindow::finishShow()
+{
     m_mainStack->setCurrentIndex(0);
-    emit becameVisible();
-}
-
-void MainWindow::changeEvent(QEvent* event)
-{
-    if (FramelessWindow::isLeftForAnotherProgram(this, event) && !m_isShowing)
-        fadeOutAndHide();
-    QWidget::changeEvent(event);
-}
-
-void MainWindow::mousePressEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton) {
-        m_dragging = true;
-        m_dragPosition = event->globalPosition().toPoint() - frameGeometry().topLeft();
-        event->accept();
-    }
-    QWidget::mousePressEvent(event);
-}
-
-void MainWindow::mouseMoveEvent(QMouseEvent* event)
-{
-    if (m_dragging) {
-        move(event->globalPosition().toPoint() - m_dragPosition);
-        event->accept();
-    }
-    QWidget::mouseMoveEvent(event);
-}
-
-void MainWindow::mouseReleaseEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton) {
-        m_dragging = false;
-        event->accept();
-    }
-    QWidget::mouseReleaseEvent(event);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (m_rebuildInProgress)
-        return QWidget::eventFilter(watched, event);
+        return FramelessWindow::eventFilter(watched, event);
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || widget->window() != this)
-        return QWidget::eventFilter(watched, event);
+        return FramelessWindow::eventFilter(watched, event);
     // Taken here, Tab arrives as a key press instead of moving the focus.
     if (event->type() == QEvent::ShortcutOverride &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
         event->accept();
         return true;
     }
-    return QWidget::eventFilter(watched, event);
+    return FramelessWindow::eventFilter(watched, event);
 }

@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include <QPoint>
+#include "FramelessWindow.h"
+
 #include <QPointer>
 #include <QSystemTrayIcon>
-#include <QWidget>
 
 #include <functional>
 
@@ -16,26 +16,22 @@ class QAbstractAnimation;
 class QAction;
 class QFrame;
 class QMenu;
-class QPropertyAnimation;
 class QStackedWidget;
-class QTimer;
 
 /// The frameless home window. Owns the document's model, the tray icon and the hotkey that summons
 /// it. It appears at the centre of the primary screen, goes away by a short fade when it loses the
 /// focus, and rebuilds everything in it when colours or language change. GUI thread only.
-class MainWindow : public QWidget
+class MainWindow : public FramelessWindow
 {
     Q_OBJECT
 
 public:
-    static constexpr int SHADOW_MARGIN = 32; ///< transparent margin on all four sides, in pixels
     static constexpr int WINDOW_WIDTH_GRID = 617;
     static constexpr int WINDOW_HEIGHT_GRID = 616;
     static constexpr int WINDOW_WIDTH_SETTINGS = 820;
     static constexpr int WINDOW_HEIGHT_SETTINGS = 580;
     static constexpr int GRID_CELL = 132;
     static constexpr int GRID_COLS_DESIGN = 4; ///< grid columns that the size was designed for
-    static constexpr int ShowGuardMs = 1500;   ///< how long a show ignores the loss of focus
     static constexpr int PageFadeOutMs = 110;
     static constexpr int PageFadeInMs = 170;
 
@@ -51,17 +47,10 @@ public:
     void setSpotlightHotkeyController(GlobalHotkeyController* controller);
     GlobalHotkeyController* spotlightHotkeyController() const;
 
-    /// Shows the window if it is hidden or fading out, else dismisses it. A press during the fade
-    /// is lost: the fade runs to its end.
-    void toggleVisibility();
-
     /// What a further start of the program asks for: shows the window if it is hidden, else brings
     /// it in front. While it is half transparent, on its way out or in a change of page, nothing
     /// happens: `show()` on a window that is still visible changes nothing.
     void wake();
-
-    /// The one way to dismiss the window; nothing if it is on its way out already.
-    void fadeOutAndHide();
 
     void quitApplication();
     void saveLastCategory();
@@ -83,18 +72,13 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public slots:
-    void hideForOtherWindow();
     void rebuildUIPreservingFocus();
 
-signals:
-    void becameVisible();
-
 protected:
-    void showEvent(QShowEvent* event) override;
-    void changeEvent(QEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    bool isToggledToShow() const override;
+    void placeOnScreen() override;
+    void finishShow() override;
+    void prepareFade() override;
 
 private:
     void loadModel();
@@ -104,7 +88,6 @@ private:
     void buildBackground();
     void buildPages();
     void chooseValidCategory();
-    bool isToggledToShow() const;
     void showOrRaise();
     void bringToFront();
     void stopPageAnimation();
@@ -122,12 +105,6 @@ private:
     QAction* m_trayQuitAction = nullptr;
     QFrame* m_bgContainer = nullptr;
     QStackedWidget* m_mainStack = nullptr;
-    bool m_isClosing = false;
-    bool m_dragging = false;
-    QPoint m_dragPosition;
-    bool m_isShowing = false;
-    QTimer* m_showGuardTimer = nullptr;
-    QPointer<QPropertyAnimation> m_fadeAnim;
     QPointer<QAbstractAnimation> m_pageAnim;
     bool m_pageTransitioning = false;
     bool m_rebuildInProgress = false;

@@ -5,12 +5,13 @@
 
 #include "AutoQuitBlocker.h"
 #include "Theme.h"
+#include "platform/Foreground.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QGraphicsDropShadowEffect>
+#include <QMouseEvent>
 #include <QPropertyAnimation>
-#include <QWidget>
+#include <QTimer>
 
 namespace
 {
@@ -22,6 +23,135 @@ constexpr int kShadowAlphaDark = 150;
 constexpr int kShadowAlphaLight = 40;
 
 } // namespace
+
+FramelessWindow::FramelessWindow(QWidget* parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_TranslucentBackground, true);
+    setWindowFlags(Qt::FramelessWindowHint | Qt::Tool);
+    setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
+    m_showGuardTimer = new QTimer(this);
+    m_showGuardTimer->setSingleShot(true);
+    connect(m_showGuardTimer, &QTimer::timeout, this, [this] { m_isShowing = false; });
+}
+
+bool FramelessWindow::isToggledToShow() const
+{
+    // Opacity tells a window that is fading out.
+    return isHidden() || windowOpacity() < 1.0;
+}
+
+void FramelessWindow::toggleVisibility()
+{
+    if (isToggledToShow())
+        show();
+    else
+        fadeOutAndHide();
+}
+
+void FramelessWindow::hideForOtherWindow()
+{
+    if (!isHidden())
+        fadeOutAndHide();
+}
+
+void FramelessWindow::fadeOutAndHide()
+{
+    if (m_isClosing)
+        return;
+    prepareFade();
+    m_isClosing = true;
+    m_fadeAnim = new QPropertyAnimation(this, "windowOpacity", this);
+    m_fadeAnim->setDuration(kFadeOutMs);
+    m_fadeAnim->setStartValue(windowOpacity());
+    m_fadeAnim->setEndValue(0.0);
+    m_fadeAnim->setEasingCurve(QEasingCurve::Linear);
+    connect(m_fadeAnim, &QPropertyAnimation::finished, this, [this] {
+        m_fadeAnim.clear();
+        hide();
+    });
+    m_fadeAnim->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void FramelessWindow::showEvent(QShowEvent* event)
+{
+    const AutoQuitBlocker blocker;
+    m_isShowing = true;
+    m_showGuardTimer->start(ShowGuardMs);
+    // A window that is hidden in the middle of a drag never hears of the release.
+    m_dragging = false;
+    prepareShow();
+    QWidget::showEvent(event);
+    placeOnScreen();
+    endFade();
+    takeForeground();
+    finishShow();
+    emit becameVisible();
+}
+
+void FramelessWindow::endFade()
+{
+    if (m_fadeAnim) {
+        m_fadeAnim->stop();
+        m_fadeAnim.clear();
+    }
+    m_isClosing = false;
+    setWindowOpacity(1.0);
+}
+
+void FramelessWindow::takeForeground()
+{
+    raise();
+    activateWindow();
+    Platform::bringToForeground(winId());
+}
+
+bool FramelessWindow::isLeftForAnotherProgram(const QEvent* event) const
+{
+    return event->type() == QEvent::ActivationChange && !isActiveWindow() &&
+           !QApplication::activeWindow() && !g_blockAutoQuit;
+}
+
+void FramelessWindow::changeEvent(QEvent* event)
+{
+    // The hand-over of the foreground at a show can report a loss of focus that is none.
+    if (isLeftForAnotherProgram(event) && !m_isShowing)
+        fadeOutAndHide();
+    QWidget::changeEvent(event);
+}
+
+void FramelessWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = true;
+        m_dragPosition = event->globalPosition().toPoint() - frameGeometry().topLeft();
+        event->accept();
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void FramelessWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_dragging) {
+        move(event->globalPosition().toPoint() - m_dragPosition);
+        dragged();
+        event->accept();
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+bool FramelessWindow::isDragEndedBy(Qt::MouseButton button) const
+{
+    return button == Qt::LeftButton;
+}
+
+void FramelessWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (isDragEndedBy(event->button())) {
+        m_dragging = false;
+        event->accept();
+    }
+    QWidget::mouseReleaseEvent(event);
+}
 
 QGraphicsDropShadowEffect* FramelessWindow::addShadow(QWidget* card)
 {
@@ -36,23 +166,4 @@ QGraphicsDropShadowEffect* FramelessWindow::addShadow(QWidget* card)
 void FramelessWindow::tintShadow(QGraphicsDropShadowEffect* shadow)
 {
     shadow->setColor(QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
-}
-
-QPropertyAnimation* FramelessWindow::startFadeOut(QWidget* window,
-                                                  const std::function<void()>& onFinished)
-{
-    auto* fade = new QPropertyAnimation(window, "windowOpacity", window);
-    fade->setDuration(kFadeOutMs);
-    fade->setStartValue(window->windowOpacity());
-    fade->setEndValue(0.0);
-    fade->setEasingCurve(QEasingCurve::Linear);
-    QObject::connect(fade, &QPropertyAnimation::finished, window, onFinished);
-    fade->start(QAbstractAnimation::DeleteWhenStopped);
-    return fade;
-}
-
-bool FramelessWindow::isLeftForAnotherProgram(const QWidget* window, const QEvent* event)
-{
-    return event->type() == QEvent::ActivationChange && !window->isActiveWindow() &&
-           !QApplication::activeWindow() && !g_blockAutoQuit;
 }

@@ -3,29 +3,83 @@
 
 #pragma once
 
-#include <functional>
+#include <QPoint>
+#include <QPointer>
+#include <QWidget>
 
-class QEvent;
 class QGraphicsDropShadowEffect;
 class QPropertyAnimation;
-class QWidget;
+class QTimer;
 
-/// What the two windows without a frame have in common. GUI thread only.
-namespace FramelessWindow
+/// What the windows without a frame have in common: they are summoned and dismissed by one toggle,
+/// appear at once, go by a short fade as soon as the user turns to another program, can be dragged
+/// by any part that doesn't take the mouse, and cast a shadow into a transparent margin.
+/// A subclass says where the window goes and what state every show begins in. GUI thread only.
+class FramelessWindow : public QWidget
 {
+    Q_OBJECT
 
-/// Gives `card` the shadow of a window; the card owns it.
-QGraphicsDropShadowEffect* addShadow(QWidget* card);
+public:
+    static constexpr int SHADOW_MARGIN = 32; ///< transparent margin on all four sides, in pixels
+    static constexpr int ShowGuardMs = 1500; ///< how long a show ignores the loss of focus
 
-/// Gives the shadow the strength that fits the present mode, light or dark.
-void tintShadow(QGraphicsDropShadowEffect* shadow);
+    /// Shows the window if it is hidden or fading out, else dismisses it. A press during the fade
+    /// is lost: the fade runs to its end.
+    void toggleVisibility();
 
-/// Starts the fade in which a window goes, and calls `onFinished` at its end, but not if it is
-/// stopped before. The animation belongs to the window and deletes itself.
-QPropertyAnimation* startFadeOut(QWidget* window, const std::function<void()>& onFinished);
+    /// The one way to dismiss the window; nothing if it is on its way out already.
+    void fadeOutAndHide();
 
-/// True if `event` tells that the user has gone from `window` to another program, while no dialog
-/// or menu of this one is, or was just now, in the way.
-bool isLeftForAnotherProgram(const QWidget* window, const QEvent* event);
+public slots:
+    void hideForOtherWindow();
 
-} // namespace FramelessWindow
+signals:
+    /// At the end of each show, when the window has its place and has asked for the keyboard.
+    void becameVisible();
+
+protected:
+    /// The window stays hidden.
+    explicit FramelessWindow(QWidget* parent);
+
+    /// True if a toggle now would show the window and not dismiss it.
+    virtual bool isToggledToShow() const;
+
+    /// The steps of a show that are a window's own, in this order: what it clears while nobody sees
+    /// it yet; its place; what it does once it is in the foreground.
+    virtual void prepareShow() {}
+    virtual void placeOnScreen() = 0;
+    virtual void finishShow() {}
+
+    /// Before a fade that wasn't under way already.
+    virtual void prepareFade() {}
+
+    /// True if the release of that button ends a drag.
+    virtual bool isDragEndedBy(Qt::MouseButton button) const;
+
+    /// The window has just followed the pointer.
+    virtual void dragged() {}
+
+    /// Gives `card` the shadow of a window; the card owns it.
+    static QGraphicsDropShadowEffect* addShadow(QWidget* card);
+
+    /// Gives the shadow the strength that fits the present mode, light or dark.
+    static void tintShadow(QGraphicsDropShadowEffect* shadow);
+
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+    bool m_isClosing = false; ///< a fade-out has begun and no show has followed
+    bool m_isShowing = false; ///< the show guard runs
+    bool m_dragging = false;
+    QPoint m_dragPosition; ///< of the pointer, relative to the corner of the window
+    QTimer* m_showGuardTimer = nullptr;
+    QPointer<QPropertyAnimation> m_fadeAnim;
+
+private:
+    bool isLeftForAnotherProgram(const QEvent* event) const;
+    void takeForeground();
+    void endFade();
+};

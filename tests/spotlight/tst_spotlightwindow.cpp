@@ -209,6 +209,7 @@ private slots:
     void dragMovesTheWindow();
     void dragNeedsTheLeftButton();
     void dragEndsWithTheRelease();
+    void dragIsForgottenAtTheNextShow();
     void fieldDoesNotDrag();
     void draggedWindowGrowsWhereItIs();
     void anchoredY_data();
@@ -1077,6 +1078,23 @@ void SpotlightWindowTest::dragEndsWithTheRelease()
         sendMouse(f->pill(), QEvent::MouseMove, grab + QPoint(50, 50));
         QCOMPARE(f->window.pos(), start);
     }
+}
+
+void SpotlightWindowTest::dragIsForgottenAtTheNextShow()
+{
+    show();
+    const QPoint start = f->window.pos();
+    const QPoint grab = start + QPoint(300, 36);
+    sendMouse(f->pill(), QEvent::MouseButtonPress, grab);
+    sendMouse(f->pill(), QEvent::MouseMove, grab + QPoint(50, 50));
+    QCOMPARE(f->window.pos(), start + QPoint(50, 50));
+    // The button is released over whatever is there then.
+    f->window.fadeOutAndHide();
+    QTRY_VERIFY(f->window.isHidden());
+    show();
+    QCOMPARE(f->window.pos(), start);
+    sendMouse(f->pill(), QEvent::MouseMove, grab + QPoint(70, -30));
+    QCOMPARE(f->window.pos(), start);
 }
 
 void SpotlightWindowTest::fieldDoesNotDrag()

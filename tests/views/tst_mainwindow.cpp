@@ -1339,11 +1339,18 @@ void MainWindowTest::dragThroughAChild()
 void MainWindowTest::dragIsForgottenAtTheNextShow()
 {
     constructAndShow();
-    m_window->move(500, 100);
+    const QPoint start = m_window->pos();
+    const QPoint grip = start + QPoint(40, 40);
+    sendMouse(m_window.get(), QEvent::MouseButtonPress, grip, Qt::LeftButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(30, -20), Qt::NoButton);
+    QCOMPARE(m_window->pos(), start + QPoint(30, -20));
+    // The button is released over whatever is there then.
     m_window->fadeOutAndHide();
     QTRY_VERIFY(m_window->isHidden());
     m_window->show();
-    QCOMPARE(m_window->pos(), QPoint(292, 168));
+    QCOMPARE(m_window->pos(), start);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(70, 50), Qt::NoButton);
+    QCOMPARE(m_window->pos(), start);
 }
 
 void MainWindowTest::tabIsTakenFromTheFocusChain_data()
