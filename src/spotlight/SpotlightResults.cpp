@@ -25,11 +25,6 @@ const QString kFile = QStringLiteral("File");
 const QString kFolder = QStringLiteral("Folder");
 const QString kUrl = QStringLiteral("URL");
 
-QString typeOf(const LauncherElement& element)
-{
-    return element.shortcutType.isEmpty() ? kUrl : element.shortcutType;
-}
-
 /// The most used first; what is used equally keeps its order. Scores are taken once, since they
 /// decay while a sort runs and a sort needs a firm order.
 template <typename Entry, typename KeyOf>
@@ -70,28 +65,6 @@ QString engineTitle(const WebQuery::EngineMatch& em)
     return Tr::t(QStringLiteral("web.engine_group")).arg(em.engineName, em.query);
 }
 
-/// The row of an item that isn't stored anywhere, as yet without an icon.
-std::unique_ptr<QListWidgetItem> makeSyntheticItem(const LauncherElement& element)
-{
-    auto item = std::make_unique<QListWidgetItem>(element.name);
-    item->setData(Delegate::RoleItemType, element.shortcutType);
-    item->setData(Delegate::RoleReserved, 0);
-    item->setData(Delegate::RoleSynthetic, true);
-    item->setData(Delegate::RoleValue, element.value);
-    return item;
-}
-
-/// The item of a synthetic row, put together from what the row says.
-LauncherElement elementOf(const QListWidgetItem& item)
-{
-    LauncherElement element;
-    element.name = item.text();
-    element.shortcutType = item.data(Delegate::RoleItemType).toString();
-    element.value = item.data(Delegate::RoleValue).toString();
-    element.iconPath = item.data(Delegate::RoleIconToken).toString();
-    return element;
-}
-
 } // namespace
 
 /// The hits of one type among the user's items, the most used first.
@@ -100,6 +73,11 @@ struct SpotlightWindow::Group
     QString type;
     QVector<SearchMatch> matches;
 };
+
+QString SpotlightWindow::typeOf(const LauncherElement& element)
+{
+    return element.shortcutType.isEmpty() ? kUrl : element.shortcutType;
+}
 
 void SpotlightWindow::rebuildResults(const QString& text, const QStringList& scopeKeys)
 {
@@ -237,97 +215,6 @@ void SpotlightWindow::addWebRows(const QVector<WebQuery::Suggestion>& suggestion
     addRows(suggestions, [this](const WebQuery::Suggestion& suggestion, bool first, bool last) {
         addWebRow(suggestion, first, last);
     });
-}
-
-void SpotlightWindow::addHeaderRow(const QString& text)
-{
-    auto item = std::make_unique<QListWidgetItem>(text);
-    item->setData(Delegate::RoleIsHeader, true);
-    item->setFlags(Qt::NoItemFlags);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addShortcutRow(const SearchMatch& match, bool first, bool last)
-{
-    auto item = std::make_unique<QListWidgetItem>(match.el.name);
-    item->setData(Delegate::RoleItemType, typeOf(match.el));
-    item->setData(Delegate::RoleReserved, 0);
-    item->setData(Delegate::RoleIconToken, match.el.iconPath);
-    item->setData(Delegate::RoleOriginalIndex, match.originalIndex);
-    item->setData(Delegate::RoleElementId, match.el.id);
-    item->setData(Delegate::RoleCategory, match.category);
-    item->setData(RoleUsageKey, match.el.id);
-    markGroupEdges(item.get(), first, last);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addAppRow(const AppIndex::Entry& entry, bool first, bool last)
-{
-    auto item = makeSyntheticItem(AppIndex::asElement(entry));
-    item->setIcon(AppIndex::iconFor(entry));
-    item->setData(RoleUsageKey, entry.key);
-    markGroupEdges(item.get(), first, last);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addFileRow(const FileIndex::Entry& entry, bool first, bool last)
-{
-    auto item = makeSyntheticItem(FileIndex::asElement(entry));
-    item->setIcon(FileIndex::iconFor(entry));
-    item->setData(RoleUsageKey, entry.path);
-    markGroupEdges(item.get(), first, last);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addWebRow(const WebQuery::Suggestion& suggestion, bool first, bool last)
-{
-    auto item = makeSyntheticItem(WebQuery::asElement(suggestion));
-    item->setData(Delegate::RoleIconToken, suggestion.iconToken);
-    markGroupEdges(item.get(), first, last);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addCalcRow(const Calculator::Result& result)
-{
-    const LauncherElement element = Calculator::asElement(result);
-    auto item = makeSyntheticItem(element);
-    item->setData(Delegate::RoleIconToken, element.iconPath);
-    markGroupEdges(item.get(), true, true);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::addHintRow(const QString& text, const QString& iconToken, const QString& type)
-{
-    auto item = std::make_unique<QListWidgetItem>(text);
-    item->setData(Delegate::RoleItemType, type);
-    item->setData(Delegate::RoleIconToken, iconToken);
-    item->setData(Delegate::RoleIsHint, true);
-    item->setFlags(Qt::NoItemFlags);
-    markGroupEdges(item.get(), true, true);
-    m_resultsList->addItem(item.release());
-}
-
-void SpotlightWindow::markGroupEdges(QListWidgetItem* item, bool first, bool last)
-{
-    item->setData(Delegate::RoleGroupFirst, first);
-    item->setData(Delegate::RoleGroupLast, last);
-}
-
-bool SpotlightWindow::isResultRow(int row) const
-{
-    const QListWidgetItem* item = m_resultsList->item(row);
-    return item && !item->data(Delegate::RoleIsHeader).toBool() &&
-           !item->data(Delegate::RoleIsHint).toBool();
-}
-
-void SpotlightWindow::selectFirstResultRow()
-{
-    for (int row = 0; row < m_resultsList->count(); ++row) {
-        if (isResultRow(row)) {
-            m_resultsList->setCurrentRow(row);
-            return;
-        }
-    }
 }
 
 void SpotlightWindow::launchItem(QListWidgetItem* item)

@@ -3,11 +3,8 @@
 
 #include "SpotlightWindow.h"
 
-#include "ActionsMenu.h"
 #include "AppIndex.h"
-#include "AutoQuitBlocker.h"
 #include "CardShape.h"
-#include "ConfirmDot.h"
 #include "CustomWidgets.h"
 #include "FileIndex.h"
 #include "FlowLayout.h"
@@ -19,20 +16,13 @@
 #include "SpotlightResultDelegate.h"
 #include "Theme.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListWidget>
-#include <QMenu>
 #include <QPainterPath>
 #include <QPointer>
 #include <QRegion>
-#include <QScreen>
-#include <QSettings>
 #include <QTimer>
 #include <QVBoxLayout>
-
-#include <algorithm>
-#include <utility>
 
 namespace
 {
@@ -48,12 +38,6 @@ constexpr int kSearchIconBox = 20;
 constexpr int kSearchIconPx = 16;
 constexpr int kChipGap = 8;
 constexpr int kChipMargin = 8;
-constexpr int kChipTextWidth = 420;
-constexpr int kDotGap = 8;
-constexpr int kDotReach = 38;   // how far the dot reaches to the right of its place
-constexpr int kDotGapLeft = 48; // from the menu's left edge, dot included
-
-const QString kDefaultScopeKey = QStringLiteral("Spotlight/DefaultScope");
 
 QString cornersStyle(const QString& selector, const QString& color, int top, int bottom)
 {
@@ -65,11 +49,6 @@ QString cornersStyle(const QString& selector, const QString& color, int top, int
                .arg(top)
                .arg(bottom) +
            QStringLiteral("}");
-}
-
-QSettings openSettings()
-{
-    return QSettings(Theme::settingsFilePath(), QSettings::IniFormat);
 }
 
 } // namespace
@@ -230,87 +209,6 @@ void SpotlightWindow::startIndexing()
     });
 }
 
-// Geometry
-
-int SpotlightWindow::chipRowHeight() const
-{
-    return m_chips.isEmpty() ? 0 : m_chipLayout->heightForWidth(ChipRowWidth);
-}
-
-int SpotlightWindow::searchStripHeight() const
-{
-    const int chips = chipRowHeight();
-    return chips < 1 ? PILL_HEIGHT : PILL_HEIGHT + STRIP_PAD + chips;
-}
-
-int SpotlightWindow::panelHeightFor(int rows) const
-{
-    // Two heights only, so that typing doesn't resize the window.
-    if (rows < 1)
-        return 0;
-    return VISIBLE_ROWS * SpotlightResultDelegate::RowHeight + RESULTS_PAD_TOP + RESULTS_PAD_BOTTOM;
-}
-
-int SpotlightWindow::windowHeightFor(int strip, int panel) const
-{
-    return strip + SEAM_GAP + std::max(panel, 0) + 2 * SHADOW_MARGIN;
-}
-
-int SpotlightWindow::emptyStateHeight() const
-{
-    return windowHeightFor(searchStripHeight(), 0);
-}
-
-int SpotlightWindow::anchoredY(int height) const
-{
-    int y = m_anchorPos.y();
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return y;
-    // Only the visible card has to fit; the shadow's margin may hang off the screen.
-    const QRect area = screen->availableGeometry();
-    const int overflow = y + height - SHADOW_MARGIN - (area.bottom() + 1);
-    if (overflow > 0)
-        y -= overflow;
-    return std::max(y, area.top() - SHADOW_MARGIN);
-}
-
-void SpotlightWindow::applyResultsLayout(int rowCount)
-{
-    if (!m_shell || !m_resultsPanel || !m_searchPill)
-        return;
-    const int panel = panelHeightFor(rowCount);
-    const int strip = searchStripHeight();
-    if (panel == m_panelHeight && strip == m_stripHeight)
-        return;
-    m_panelHeight = panel;
-    m_stripHeight = strip;
-    m_resultsShown = panel > 0;
-    applySearchStripStyle();
-    if (panel != 0)
-        m_resultsPanel->setFixedHeight(panel);
-    m_resultsPanel->setVisible(panel > 0);
-    if (const int chips = chipRowHeight())
-        m_chipRow->setFixedHeight(chips);
-    m_searchPill->setFixedHeight(strip);
-    m_shell->setFixedHeight(panel + strip);
-    for (QLayout* changed : {m_shell->layout(), layout()}) {
-        changed->invalidate();
-        changed->activate();
-    }
-    const int height = windowHeightFor(strip, panel);
-    setFixedHeight(height);
-    if (m_anchorValid)
-        setGeometry(m_anchorPos.x(), anchoredY(height), WINDOW_WIDTH, height);
-    syncShadowLayers();
-    update();
-}
-
-void SpotlightWindow::syncShadowLayers()
-{
-    m_shadowLayer->setGeometry(m_shell->geometry());
-}
-
 // Showing and hiding
 
 void SpotlightWindow::prepareShow()
@@ -328,25 +226,9 @@ void SpotlightWindow::prepareShow()
     update();
 }
 
-void SpotlightWindow::placeOnScreen()
-{
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect area = screen->availableGeometry();
-        move((area.width() - width()) / 2, area.height() / 4);
-    }
-    m_anchorPos = pos();
-    m_anchorValid = true;
-}
-
 void SpotlightWindow::finishShow()
 {
     m_searchInput->setFocus();
-}
-
-void SpotlightWindow::resizeEvent(QResizeEvent* event)
-{
-    FramelessWindow::resizeEvent(event);
-    syncShadowLayers();
 }
 
 // Keys and mouse
@@ -412,165 +294,9 @@ void SpotlightWindow::moveSelection(int delta)
         m_resultsList->setCurrentRow(row);
 }
 
-void SpotlightWindow::dragged()
-{
-    m_anchorPos = pos();
-}
-
 bool SpotlightWindow::isDragEndedBy(Qt::MouseButton /*button*/) const
 {
     return true;
-}
-
-// Scopes
-
-const QVector<SpotlightWindow::ScopeDef>& SpotlightWindow::scopeDefs()
-{
-    static const QVector<ScopeDef> s_defs{
-        {"", Glyph::Apps},         {"Application", 0}, {"URL", 0},  {"File", 0},
-        {"Folder", Glyph::Folder}, {"Snippet", 0},     {"Bulk", 0},
-    };
-    return s_defs;
-}
-
-uint SpotlightWindow::scopeGlyph(const ScopeDef& def)
-{
-    return def.glyph != 0 ? def.glyph
-                          : IconHelper::codepointForType(QString::fromLatin1(def.typeKey));
-}
-
-QString SpotlightWindow::scopeLabel(const ScopeDef& def)
-{
-    const QString key = QString::fromLatin1(def.typeKey);
-    if (key.isEmpty())
-        return Tr::t(QStringLiteral("spotlight.scope_all"));
-    if (key == QLatin1String("Folder"))
-        return Tr::t(QStringLiteral("spotlight.scope_folder"));
-    return SpotlightResultDelegate::typeLabel(key);
-}
-
-QStringList SpotlightWindow::defaultScopeKeys()
-{
-    const QStringList stored = openSettings().value(kDefaultScopeKey).toStringList();
-    QStringList keys;
-    for (const ScopeDef& def : scopeDefs()) {
-        const QString key = QString::fromLatin1(def.typeKey);
-        if (!key.isEmpty() && stored.contains(key))
-            keys.append(key);
-    }
-    return keys;
-}
-
-void SpotlightWindow::setDefaultScopeKeys(const QStringList& keys)
-{
-    QSettings settings = openSettings();
-    settings.setValue(kDefaultScopeKey, keys);
-    settings.sync();
-}
-
-void SpotlightWindow::setScopeKeys(const QStringList& keys)
-{
-    if (keys == m_scopeKeys)
-        return;
-    m_scopeKeys = keys;
-    refreshFilterChips();
-    rebuildResults(m_searchInput->text(), m_scopeKeys);
-}
-
-void SpotlightWindow::removeScope(const QString& key)
-{
-    QStringList keys = m_scopeKeys;
-    keys.removeAll(key);
-    setScopeKeys(keys);
-}
-
-void SpotlightWindow::refreshFilterChips()
-{
-    if (!m_chipRow || !m_chipLayout)
-        return;
-    for (GlyphButton* chip : std::as_const(m_chips)) {
-        m_chipLayout->removeWidget(chip);
-        chip->hide();
-        chip->deleteLater();
-    }
-    m_chips.clear();
-    for (const ScopeDef& def : scopeDefs()) {
-        const QString key = QString::fromLatin1(def.typeKey);
-        if (key.isEmpty() || !m_scopeKeys.contains(key))
-            continue;
-        const GlyphButton* chip = addFilterChip(scopeGlyph(def), scopeLabel(def));
-        connect(chip, &QPushButton::clicked, this, [this, key] { removeScope(key); });
-    }
-    m_chipRow->setVisible(!m_chips.isEmpty());
-    applyResultsLayout(m_resultsList->count());
-}
-
-GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
-{
-    auto* chip = new GlyphButton(m_chipRow);
-    chip->setFocusPolicy(Qt::NoFocus);
-    chip->setCursor(Qt::PointingHandCursor);
-    chip->setToolTip(Tr::t(QStringLiteral("spotlight.chip_remove")));
-    const QString elided = chip->fontMetrics().elidedText(label, Qt::ElideRight, kChipTextWidth);
-    PillStyle::applyFilterChip(chip, glyph, elided);
-    m_chipLayout->addWidget(chip);
-    m_chips.append(chip);
-    return chip;
-}
-
-void SpotlightWindow::showFilterMenu()
-{
-    const AutoQuitBlocker blocker;
-    const ColorTokens colors = Theme::colors();
-    QMenu menu(this);
-    ActionsMenu::style(menu, colors);
-    QStringList pending = m_scopeKeys;
-    QVector<QAction*> actions;
-    QStringList keys;
-    for (const ScopeDef& def : scopeDefs()) {
-        const QString key = QString::fromLatin1(def.typeKey);
-        if (key.isEmpty())
-            continue;
-        actions.append(ActionsMenu::addCheckRow(
-            menu, [&pending, key] { return pending.contains(key); }, scopeGlyph(def),
-            scopeLabel(def), colors));
-        keys.append(key);
-    }
-
-    // Rows only stage a change; the dot beside the row is what commits it.
-    ConfirmDot dot(this);
-    dot.setColors(colors.primary, colors.onPrimary);
-    bool isConfirmed = false;
-    ActionsMenu::ToggleFilter filter(&menu, [&](QAction* action) {
-        const QString key = keys.value(actions.indexOf(action));
-        if (pending.removeAll(key) == 0)
-            pending.append(key);
-        placeConfirmDot(&dot, menu, menu.actionGeometry(action));
-        dot.show();
-        dot.raise();
-    });
-    for (QAction* action : std::as_const(actions))
-        filter.watch(action);
-    filter.watchArea(&dot, [&] {
-        isConfirmed = true;
-        menu.close();
-    });
-    menu.exec(ActionsMenu::anchorBelow(m_addFilterBtn, menu));
-    dot.hide();
-    if (isConfirmed)
-        setScopeKeys(pending);
-    m_searchInput->setFocus();
-}
-
-void SpotlightWindow::placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row)
-{
-    const QPoint topLeft = menu.mapToGlobal(QPoint(0, 0));
-    int x = topLeft.x() + menu.width() + kDotGap;
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (screen && x + kDotReach >= screen->availableGeometry().right())
-        x = topLeft.x() - kDotGapLeft;
-    const int y = topLeft.y() + row.top() + row.height() / 2 - ConfirmDot::Size / 2;
-    dot->move(x, y);
 }
 
 // Theming

@@ -152,6 +152,10 @@ private:
     void addCalcRow(const Calculator::Result& result);
     void addHintRow(const QString& text, const QString& iconToken, const QString& type);
     static void markGroupEdges(QListWidgetItem* item, bool first, bool last);
+    /// The type of one of the user's items, which an old document may leave open.
+    static QString typeOf(const LauncherElement& element);
+    /// The item of a synthetic row, put together from what the row says.
+    static LauncherElement elementOf(const QListWidgetItem& item);
     bool isResultRow(int row) const;
     void selectFirstResultRow();
     static void recordUsage(const QListWidgetItem* item);

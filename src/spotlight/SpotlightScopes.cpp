@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "ActionsMenu.h"
+#include "AutoQuitBlocker.h"
+#include "ConfirmDot.h"
+#include "CustomWidgets.h"
+#include "FlowLayout.h"
+#include "GlyphWidgets.h"
+#include "IconHelper.h"
+#include "Localization.h"
+#include "SpotlightWindow.h"
+#include "Theme.h"
+
+#include <QGuiApplication>
+#include <QListWidget>
+#include <QMenu>
+#include <QScreen>
+#include <QSettings>
+
+#include <utility>
+
+namespace
+{
+
+constexpr int kChipTextWidth = 420;
+constexpr int kDotGap = 8;
+constexpr int kDotReach = 38;   // how far the dot reaches to the right of its place
+constexpr int kDotGapLeft = 48; // from the menu's left edge, dot included
+
+const QString kDefaultScopeKey = QStringLiteral("Spotlight/DefaultScope");
+
+QSettings openSettings()
+{
+    return QSettings(Theme::settingsFilePath(), QSettings::IniFormat);
+}
+
+} // namespace
+
+const QVector<SpotlightWindow::ScopeDef>& SpotlightWindow::scopeDefs()
+{
+    static const QVector<ScopeDef> s_defs{
+        {"", Glyph::Apps},         {"Application", 0}, {"URL", 0},  {"File", 0},
+        {"Folder", Glyph::Folder}, {"Snippet", 0},     {"Bulk", 0},
+    };
+    return s_defs;
+}
+
+uint SpotlightWindow::scopeGlyph(const ScopeDef& def)
+{
+    return def.glyph != 0 ? def.glyph
+                          : IconHelper::codepointForType(QString::fromLatin1(def.typeKey));
+}
+
+QString SpotlightWindow::scopeLabel(const ScopeDef& def)
+{
+    const QString key = QString::fromLatin1(def.typeKey);
+    if (key.isEmpty())
+        return Tr::t(QStringLiteral("spotlight.scope_all"));
+    if (key == QLatin1String("Folder"))
+        return Tr::t(QStringLiteral("spotlight.scope_folder"));
+    return SpotlightResultDelegate::typeLabel(key);
+}
+
+QStringList SpotlightWindow::defaultScopeKeys()
+{
+    const QStringList stored = openSettings().value(kDefaultScopeKey).toStringList();
+    QStringList keys;
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (!key.isEmpty() && stored.contains(key))
+            keys.append(key);
+    }
+    return keys;
+}
+
+void SpotlightWindow::setDefaultScopeKeys(const QStringList& keys)
+{
+    QSettings settings = openSettings();
+    settings.setValue(kDefaultScopeKey, keys);
+    settings.sync();
+}
+
+void SpotlightWindow::setScopeKeys(const QStringList& keys)
+{
+    if (keys == m_scopeKeys)
+        return;
+    m_scopeKeys = keys;
+    refreshFilterChips();
+    rebuildResults(m_searchInput->text(), m_scopeKeys);
+}
+
+void SpotlightWindow::removeScope(const QString& key)
+{
+    QStringList keys = m_scopeKeys;
+    keys.removeAll(key);
+    setScopeKeys(keys);
+}
+
+void SpotlightWindow::refreshFilterChips()
+{
+    if (!m_chipRow || !m_chipLayout)
+        return;
+    for (GlyphButton* chip : std::as_const(m_chips)) {
+        m_chipLayout->removeWidget(chip);
+        chip->hide();
+        chip->deleteLater();
+    }
+    m_chips.clear();
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (key.isEmpty() || !m_scopeKeys.contains(key))
+            continue;
+        const GlyphButton* chip = addFilterChip(scopeGlyph(def), scopeLabel(def));
+        connect(chip, &QPushButton::clicked, this, [this, key] { removeScope(key); });
+    }
+    m_chipRow->setVisible(!m_chips.isEmpty());
+    applyResultsLayout(m_resultsList->count());
+}
+
+GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
+{
+    auto* chip = new GlyphButton(m_chipRow);
+    chip->setFocusPolicy(Qt::NoFocus);
+    chip->setCursor(Qt::PointingHandCursor);
+    chip->setToolTip(Tr::t(QStringLiteral("spotlight.chip_remove")));
+    const QString elided = chip->fontMetrics().elidedText(label, Qt::ElideRight, kChipTextWidth);
+    PillStyle::applyFilterChip(chip, glyph, elided);
+    m_chipLayout->addWidget(chip);
+    m_chips.append(chip);
+    return chip;
+}
+
+void SpotlightWindow::showFilterMenu()
+{
+    const AutoQuitBlocker blocker;
+    const ColorTokens colors = Theme::colors();
+    QMenu menu(this);
+    ActionsMenu::style(menu, colors);
+    QStringList pending = m_scopeKeys;
+    QVector<QAction*> actions;
+    QStringList keys;
+    for (const ScopeDef& def : scopeDefs()) {
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (key.isEmpty())
+            continue;
+        actions.append(ActionsMenu::addCheckRow(
+            menu, [&pending, key] { return pending.contains(key); }, scopeGlyph(def),
+            scopeLabel(def), colors));
+        keys.append(key);
+    }
+
+    // Rows only stage a change; the dot beside the row is what commits it.
+    ConfirmDot dot(this);
+    dot.setColors(colors.primary, colors.onPrimary);
+    bool isConfirmed = false;
+    ActionsMenu::ToggleFilter filter(&menu, [&](QAction* action) {
+        const QString key = keys.value(actions.indexOf(action));
+        if (pending.removeAll(key) == 0)
+            pending.append(key);
+        placeConfirmDot(&dot, menu, menu.actionGeometry(action));
+        dot.show();
+        dot.raise();
+    });
+    for (QAction* action : std::as_const(actions))
+        filter.watch(action);
+    filter.watchArea(&dot, [&] {
+        isConfirmed = true;
+        menu.close();
+    });
+    menu.exec(ActionsMenu::anchorBelow(m_addFilterBtn, menu));
+    dot.hide();
+    if (isConfirmed)
+        setScopeKeys(pending);
+    m_searchInput->setFocus();
+}
+
+void SpotlightWindow::placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row)
+{
+    const QPoint topLeft = menu.mapToGlobal(QPoint(0, 0));
+    int x = topLeft.x() + menu.width() + kDotGap;
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen && x + kDotReach >= screen->availableGeometry().right())
+        x = topLeft.x() - kDotGapLeft;
+    const int y = topLeft.y() + row.top() + row.height() / 2 - ConfirmDot::Size / 2;
+    dot->move(x, y);
+}
