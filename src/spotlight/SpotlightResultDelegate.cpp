@@ -3,15 +3,12 @@
 
 #include "SpotlightResultDelegate.h"
 
-#include "IconHelper.h"
 #include "Localization.h"
+#include "RowPainting.h"
 #include "Theme.h"
 
 #include <QIcon>
 #include <QPainter>
-#include <QPixmap>
-
-#include <algorithm>
 
 namespace
 {
@@ -26,30 +23,6 @@ constexpr int kIconInset = 7;
 constexpr int kGlyphPx = 20;
 constexpr int kTitleGap = 12;
 constexpr int kTitleReserve = 18;
-
-QFont rowFont(int px)
-{
-    QFont font;
-    font.setFamilies(FontTokens::Families);
-    font.setPixelSize(px);
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
-/// Draws a text of any length and content on one line; what doesn't fit ends in an ellipsis.
-void drawLine(QPainter* painter, const QRect& rect, Qt::Alignment alignment, QString text)
-{
-    // These two would begin a new line even in single-line text.
-    text.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ');
-    const QString elided = painter->fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
-    painter->drawText(rect, int(alignment) | Qt::TextSingleLine, elided);
-}
-
-QString itemType(const QModelIndex& index)
-{
-    const QString type = index.data(SpotlightResultDelegate::RoleItemType).toString();
-    return type.isEmpty() ? QStringLiteral("URL") : type;
-}
 
 } // namespace
 
@@ -82,25 +55,7 @@ QString SpotlightResultDelegate::typeLabel(const QString& type)
 QPainterPath SpotlightResultDelegate::twoRadiusPath(const QRect& rect, int topRadius,
                                                     int bottomRadius)
 {
-    const QRectF r(rect);
-    // A list narrower than the margins of a row leaves a negative size.
-    const qreal cap = std::max(0.0, std::min(r.width(), r.height()) / 2.0);
-    const qreal top = qBound(0.0, qreal(topRadius), cap);
-    const qreal bottom = qBound(0.0, qreal(bottomRadius), cap);
-    const qreal topSide = 2.0 * top;
-    const qreal bottomSide = 2.0 * bottom;
-    QPainterPath path;
-    path.moveTo(r.left(), r.top() + top);
-    path.arcTo(QRectF(r.left(), r.top(), topSide, topSide), 180.0, -90.0);
-    path.lineTo(r.right() - top, r.top());
-    path.arcTo(QRectF(r.right() - topSide, r.top(), topSide, topSide), 90.0, -90.0);
-    path.lineTo(r.right(), r.bottom() - bottom);
-    path.arcTo(QRectF(r.right() - bottomSide, r.bottom() - bottomSide, bottomSide, bottomSide), 0.0,
-               -90.0);
-    path.lineTo(r.left() + bottom, r.bottom());
-    path.arcTo(QRectF(r.left(), r.bottom() - bottomSide, bottomSide, bottomSide), 270.0, -90.0);
-    path.closeSubpath();
-    return path;
+    return RowPainting::twoRadiusPath(rect, topRadius, bottomRadius);
 }
 
 QSize SpotlightResultDelegate::sizeHint(const QStyleOptionViewItem& option,
@@ -128,9 +83,7 @@ void SpotlightResultDelegate::paint(QPainter* painter, const QStyleOptionViewIte
     const QRect circle(block.left() + kCircleIndent,
                        block.top() + (block.height() - kCircleDiameter) / 2, kCircleDiameter,
                        kCircleDiameter);
-    painter->setBrush(colors.circle);
-    painter->drawEllipse(circle);
-    paintIcon(painter, circle, index, colors.glyph);
+    paintIcon(painter, circle, index, colors);
     paintTitle(painter, block, circle, title, colors.title);
     painter->restore();
 }
@@ -149,10 +102,10 @@ SpotlightResultDelegate::RowColors SpotlightResultDelegate::rowColors(bool isSel
 
 void SpotlightResultDelegate::paintHeader(QPainter* painter, const QRect& rect, const QString& text)
 {
-    painter->setFont(rowFont(FontTokens::SizeSmPx));
+    painter->setFont(RowPainting::rowFont(FontTokens::SizeSmPx));
     painter->setPen(QColor(Theme::colors().onSurfaceVariant));
-    drawLine(painter, rect.adjusted(kHeaderIndent, 0, -kHeaderIndent, -kHeaderLift),
-             Qt::AlignLeft | Qt::AlignBottom, text);
+    RowPainting::drawLine(painter, rect.adjusted(kHeaderIndent, 0, -kHeaderIndent, -kHeaderLift),
+                          Qt::AlignLeft | Qt::AlignBottom, text);
 }
 
 void SpotlightResultDelegate::paintBlock(QPainter* painter, const QRect& block,
@@ -168,30 +121,20 @@ void SpotlightResultDelegate::paintBlock(QPainter* painter, const QRect& block,
         painter->drawRoundedRect(block, kInnerRadius, kInnerRadius);
 }
 
-void SpotlightResultDelegate::paintIcon(QPainter* painter, const QRect& circle,
-                                        const QModelIndex& index, const QColor& glyphColor)
+void SpotlightResultDelegate::paintIcon(QPainter* painter, const QRect& rect,
+                                        const QModelIndex& index, const RowColors& colors)
 {
-    const QRect box = circle.adjusted(kIconInset, kIconInset, -kIconInset, -kIconInset);
+    const RowPainting::Circle circle{rect, colors.circle, colors.glyph, kGlyphPx};
     const auto icon = index.data(Qt::DecorationRole).value<QIcon>();
-    if (!icon.isNull()) {
-        icon.paint(painter, box, Qt::AlignCenter, QIcon::Normal, QIcon::Off);
+    if (icon.isNull()) {
+        RowPainting::drawItemCircle(painter, circle, kIconInset,
+                                    index.data(RoleIconToken).toString(),
+                                    RowPainting::itemType(index));
         return;
     }
-    const QString token = index.data(RoleIconToken).toString();
-    if (IconHelper::hasCustomImage(token)) {
-        const QPixmap image = IconHelper::customImage(token);
-        if (image.isNull())
-            return;
-        const QPixmap scaled =
-            image.scaled(box.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        QRect target(QPoint(0, 0), scaled.size());
-        target.moveCenter(box.center());
-        painter->drawPixmap(target, scaled);
-        return;
-    }
-    IconHelper::drawGlyph(painter, QRectF(circle).center(),
-                          IconHelper::codepointForItem(token, itemType(index)), kGlyphPx,
-                          glyphColor);
+    RowPainting::fillCircle(painter, circle);
+    icon.paint(painter, rect.adjusted(kIconInset, kIconInset, -kIconInset, -kIconInset),
+               Qt::AlignCenter, QIcon::Normal, QIcon::Off);
 }
 
 void SpotlightResultDelegate::paintTitle(QPainter* painter, const QRect& block, const QRect& circle,
@@ -201,7 +144,7 @@ void SpotlightResultDelegate::paintTitle(QPainter* painter, const QRect& block, 
     const int blockRight = block.left() + block.width();
     const QRect rect(circleRight + kTitleGap, block.top(), blockRight - circleRight - kTitleReserve,
                      block.height());
-    painter->setFont(rowFont(FontTokens::SizeMdPx));
+    painter->setFont(RowPainting::rowFont(FontTokens::SizeMdPx));
     painter->setPen(color);
-    drawLine(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, title);
+    RowPainting::drawLine(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, title);
 }

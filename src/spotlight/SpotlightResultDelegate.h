@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ItemRoles.h"
+
 #include <QColor>
 #include <QPainterPath>
 #include <QStyledItemDelegate>
@@ -19,22 +21,7 @@ public:
     static constexpr int RowBlockHeight = 56; ///< px, what is painted of a row
     static constexpr int RowGap = RowHeight - RowBlockHeight;
 
-    /// Item roles. The title is the display role, an icon of the row's own the decoration role.
-    enum Role {
-        RoleOriginalIndex = 256, ///< int, own items: place in their section
-        RoleElementId = 258,     ///< QString, own items
-        RoleItemType = 261,      ///< QString, all but headers; empty counts as "URL"
-        RoleReserved = 262,      ///< int, always 0
-        RoleIconToken = 263,     ///< QString, icon string of the row
-        RoleCategory = 264,      ///< QString, own items: section name
-        RoleSynthetic = 265,     ///< bool: no stored item stands behind the row
-        RoleValue = 266,         ///< QString, synthetic rows: what to launch
-        RoleIsHeader = 267,      ///< bool
-        RoleGroupFirst = 268,    ///< bool
-        RoleGroupLast = 269,     ///< bool
-        RoleIsHint = 270,        ///< bool
-        RoleNextFree = 271       ///< first number that others may use
-    };
+    using enum ItemRoles::Role;
 
     explicit SpotlightResultDelegate(QObject* parent);
 
@@ -46,8 +33,7 @@ public:
     /// Label of the group of a type, in the current language; an unknown type is an application.
     static QString typeLabel(const QString& type);
 
-    /// A rounded rectangle with one radius for its upper and one for its lower corners, each
-    /// bounded to half the shorter side.
+    /// \see RowPainting::twoRadiusPath
     static QPainterPath twoRadiusPath(const QRect& rect, int topRadius, int bottomRadius);
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -65,8 +51,8 @@ private:
 
     static RowColors rowColors(bool isSelected, bool isHovered, bool isHint);
     static void paintHeader(QPainter* painter, const QRect& rect, const QString& text);
-    static void paintIcon(QPainter* painter, const QRect& circle, const QModelIndex& index,
-                          const QColor& glyphColor);
+    static void paintIcon(QPainter* painter, const QRect& rect, const QModelIndex& index,
+                          const RowColors& colors);
     static void paintTitle(QPainter* painter, const QRect& block, const QRect& circle,
                            const QString& title, const QColor& color);
     void paintBlock(QPainter* painter, const QRect& block, const QModelIndex& index,

@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "RowPainting.h"
+
+#include "IconHelper.h"
+#include "ItemRoles.h"
+#include "Theme.h"
+
+#include <QFontMetrics>
+#include <QModelIndex>
+#include <QPainter>
+#include <QPixmap>
+
+#include <algorithm>
+
+namespace
+{
+
+// Characters that are narrower than a pixel, such as accents written behind their letter.
+constexpr qsizetype kNarrowCharacters = 256;
+constexpr char16_t kEllipsis = u'\u2026';
+
+/// Draws a picture as large as it fits into a box, in its own shape.
+void drawPicture(QPainter* painter, const QRect& box, const QPixmap& picture)
+{
+    const QPixmap scaled =
+        picture.scaled(box.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QRect target(QPoint(0, 0), scaled.size());
+    target.moveCenter(box.center());
+    painter->drawPixmap(target, scaled);
+}
+
+} // namespace
+
+QFont RowPainting::rowFont(int px, QFont::Weight weight)
+{
+    QFont font;
+    font.setFamilies(FontTokens::Families);
+    font.setPixelSize(px);
+    font.setWeight(weight);
+    return font;
+}
+
+QString RowPainting::itemType(const QModelIndex& index)
+{
+    const QString type = index.data(ItemRoles::RoleItemType).toString();
+    return type.isEmpty() ? QStringLiteral("URL") : type;
+}
+
+QString RowPainting::visiblePart(const QString& text, int width)
+{
+    const qsizetype length = std::max(width, 0) + kNarrowCharacters;
+    if (length >= text.size())
+        return text;
+    return text.left(text.at(length - 1).isHighSurrogate() ? length + 1 : length);
+}
+
+QString RowPainting::elidedLine(const QFontMetrics& metrics, const QString& text, int width)
+{
+    QString part = visiblePart(text, width);
+    const bool isWhole = part.size() == text.size();
+    // These two would begin a new line even in single-line text.
+    part.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ');
+    QString line = metrics.elidedText(part, Qt::ElideRight, width);
+    if (!isWhole && line == part)
+        line += kEllipsis;
+    return line;
+}
+
+void RowPainting::drawLine(QPainter* painter, const QRect& rect, Qt::Alignment alignment,
+                           const QString& text)
+{
+    painter->drawText(rect, int(alignment) | Qt::TextSingleLine,
+                      elidedLine(painter->fontMetrics(), text, rect.width()));
+}
+
+void RowPainting::fillCircle(QPainter* painter, const Circle& circle)
+{
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(circle.fill);
+    painter->drawEllipse(circle.rect);
+}
+
+void RowPainting::drawGlyphCircle(QPainter* painter, const Circle& circle, uint glyph)
+{
+    fillCircle(painter, circle);
+    IconHelper::drawGlyph(painter, QRectF(circle.rect).center(), glyph, circle.glyphPx, circle.ink);
+}
+
+void RowPainting::drawItemCircle(QPainter* painter, const Circle& circle, int pictureInset,
+                                 const QString& token, const QString& type)
+{
+    if (!IconHelper::hasCustomImage(token)) {
+        drawGlyphCircle(painter, circle, IconHelper::codepointForItem(token, type));
+        return;
+    }
+    fillCircle(painter, circle);
+    const QRect box =
+        circle.rect.adjusted(pictureInset, pictureInset, -pictureInset, -pictureInset);
+    const QPixmap image = IconHelper::customImage(token);
+    if (!image.isNull())
+        drawPicture(painter, box, image);
+}
+
+QPainterPath RowPainting::twoRadiusPath(const QRect& rect, qreal topRadius, qreal bottomRadius)
+{
+    const QRectF r(rect);
+    // A list narrower than the margins of a row leaves a negative size.
+    const qreal cap = std::max(0.0, std::min(r.width(), r.height()) / 2.0);
+    const qreal top = qBound(0.0, topRadius, cap);
+    const qreal bottom = qBound(0.0, bottomRadius, cap);
+    const qreal topSide = 2.0 * top;
+    const qreal bottomSide = 2.0 * bottom;
+    QPainterPath path;
+    path.moveTo(r.left(), r.top() + top);
+    path.arcTo(QRectF(r.left(), r.top(), topSide, topSide), 180.0, -90.0);
+    path.lineTo(r.right() - top, r.top());
+    path.arcTo(QRectF(r.right() - topSide, r.top(), topSide, topSide), 90.0, -90.0);
+    path.lineTo(r.right(), r.bottom() - bottom);
+    path.arcTo(QRectF(r.right() - bottomSide, r.bottom() - bottomSide, bottomSide, bottomSide), 0.0,
+               -90.0);
+    path.lineTo(r.left() + bottom, r.bottom());
+    path.arcTo(QRectF(r.left(), r.bottom() - bottomSide, bottomSide, bottomSide), 270.0, -90.0);
+    path.closeSubpath();
+    return path;
+}
