@@ -154,12 +154,7 @@ void CrashSafetyTest::killedProcessesLeaveAWholeDocument()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"change", changeForEver}});
-    CrashSafetyTest::initMain();
-    const QApplication application(argc, argv);
-    CrashSafetyTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<CrashSafetyTest>(argc, argv, {{"change", changeForEver}});
 }
 
 #include "tst_crashsafety.moc"

@@ -366,23 +366,18 @@ void LoggingTest::triesAgainAtTheNextMessage()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(argc, argv,
-                                     {{"install", install},
-                                      {"text", logTexts},
-                                      {"text and offset", logTextsAndTellOffset},
-                                      {"of type", logOfType},
-                                      {"all levels", logAllLevels},
-                                      {"with context", logWithContext},
-                                      {"log and look", logAndLook},
-                                      {"from a destructor", logFromADestructor},
-                                      {"fatal", logFatal},
-                                      {"in the way", logInTheWay}});
-    }
-    LoggingTest::initMain();
-    QCoreApplication application(argc, argv);
-    LoggingTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<LoggingTest, QCoreApplication>(
+        argc, argv,
+        {{"install", install},
+         {"text", logTexts},
+         {"text and offset", logTextsAndTellOffset},
+         {"of type", logOfType},
+         {"all levels", logAllLevels},
+         {"with context", logWithContext},
+         {"log and look", logAndLook},
+         {"from a destructor", logFromADestructor},
+         {"fatal", logFatal},
+         {"in the way", logInTheWay}});
 }
 
 #include "tst_logging.moc"

@@ -604,17 +604,12 @@ void SingleInstanceTest::lockDiesWithItsProcess()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(argc, argv,
-                                     {{"take lock", takeLock},
-                                      {"take lock and launch", takeLockAndLaunch},
-                                      {"stay connected", stayConnected},
-                                      {"listen and crash", listenAndCrash}});
-    }
-    SingleInstanceTest::initMain();
-    QCoreApplication application(argc, argv);
-    SingleInstanceTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<SingleInstanceTest, QCoreApplication>(
+        argc, argv,
+        {{"take lock", takeLock},
+         {"take lock and launch", takeLockAndLaunch},
+         {"stay connected", stayConnected},
+         {"listen and crash", listenAndCrash}});
 }
 
 #include "tst_singleinstance.moc"

@@ -761,12 +761,7 @@ void StorageManagerTest::quarantineMovesTheLinkAndNotItsTarget()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"save", saveDocument}});
-    StorageManagerTest::initMain();
-    const QApplication application(argc, argv);
-    StorageManagerTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<StorageManagerTest>(argc, argv, {{"save", saveDocument}});
 }
 
 #include "tst_storagemanager.moc"

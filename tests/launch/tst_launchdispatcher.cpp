@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "Browser.h"
 #include "CustomMessageBox.h"
+#include "FreshProcess.h"
 #include "LaunchDispatcher.h"
 #include "Localization.h"
 #include "TestHome.h"
@@ -11,7 +13,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -43,32 +44,6 @@ int recordCall(int argc, char** argv)
                            file.write(QJsonDocument(record).toJson()) > 0 && file.commit();
     return isWritten ? 0 : 1;
 }
-
-/// Takes the addresses that would open in a browser or a file manager.
-class Browser : public QObject
-{
-    Q_OBJECT
-
-public:
-    Browser()
-    {
-        for (const QString& scheme : kSchemes)
-            QDesktopServices::setUrlHandler(scheme, this, "open");
-    }
-    ~Browser() override
-    {
-        for (const QString& scheme : kSchemes)
-            QDesktopServices::unsetUrlHandler(scheme);
-    }
-
-    QStringList opened; ///< encoded, in order
-
-public slots:
-    void open(const QUrl& url) { opened.append(QString::fromUtf8(url.toEncoded())); }
-
-private:
-    inline static const QStringList kSchemes{"http", "https", "file"};
-};
 
 struct Message
 {
@@ -636,10 +611,7 @@ int main(int argc, char** argv)
 {
     if (qEnvironmentVariableIsSet(kRecordsVariable))
         return recordCall(argc, argv);
-    LaunchDispatcherTest::initMain();
-    const QApplication app(argc, argv);
-    LaunchDispatcherTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<LaunchDispatcherTest>(argc, argv);
 }
 
 #include "tst_launchdispatcher.moc"

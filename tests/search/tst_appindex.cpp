@@ -344,12 +344,7 @@ void AppIndexTest::asElement()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"script", runScript}});
-    AppIndexTest::initMain();
-    const QApplication application(argc, argv);
-    AppIndexTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<AppIndexTest>(argc, argv, {{"script", runScript}});
 }
 
 #include "tst_appindex.moc"

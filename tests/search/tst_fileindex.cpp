@@ -334,12 +334,7 @@ void FileIndexTest::comesAndGoes()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"life", runLife}});
-    FileIndexTest::initMain();
-    const QApplication application(argc, argv);
-    FileIndexTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<FileIndexTest>(argc, argv, {{"life", runLife}});
 }
 
 #include "tst_fileindex.moc"

@@ -26,7 +26,7 @@ class FileIndexFlushTest : public QObject
     Q_OBJECT
 
 public:
-    static void initMain() { TestHome::install(); }
+    static void initMain();
 
 private slots:
     // The first ones follow the index through its start, in this order.
@@ -198,6 +198,13 @@ bool hasNotScannedSince(const Mark& mark)
 }
 
 } // namespace
+
+void FileIndexFlushTest::initMain()
+{
+    TestHome::install();
+    FileIndex::build(); // too early, and without effect
+    s_isBuiltWithoutApplication = FakeFileSystem::scanCount() > 0;
+}
 
 void FileIndexFlushTest::nothingIsThereBeforeTheBuild()
 {
@@ -865,19 +872,11 @@ void FileIndexFlushTest::quit()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(argc, argv,
-                                     {{"ignoring case", runIgnoringCase},
-                                      {"without watcher", runWithoutWatcher},
-                                      {"broken watch", runWithBrokenWatch},
-                                      {"quit", runQuit}});
-    }
-    FileIndexFlushTest::initMain();
-    FileIndex::build(); // too early, and without effect
-    s_isBuiltWithoutApplication = FakeFileSystem::scanCount() > 0;
-    const QApplication application(argc, argv);
-    FileIndexFlushTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<FileIndexFlushTest>(argc, argv,
+                                                  {{"ignoring case", runIgnoringCase},
+                                                   {"without watcher", runWithoutWatcher},
+                                                   {"broken watch", runWithBrokenWatch},
+                                                   {"quit", runQuit}});
 }
 
 #include "tst_fileindexflush.moc"

@@ -329,12 +329,7 @@ void FolderFilterTest::aFailedSaveStaysInMemory()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"script", runScript}});
-    FolderFilterTest::initMain();
-    const QApplication application(argc, argv);
-    FolderFilterTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<FolderFilterTest>(argc, argv, {{"script", runScript}});
 }
 
 #include "tst_folderfilter.moc"

@@ -407,12 +407,7 @@ void UsageStatsTest::fullDiskLeavesTheOldFile()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"script", runScript}});
-    UsageStatsTest::initMain();
-    const QApplication application(argc, argv);
-    UsageStatsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<UsageStatsTest>(argc, argv, {{"script", runScript}});
 }
 
 #include "tst_usagestats.moc"

@@ -3,20 +3,24 @@
 
 #pragma once
 
+#include <QApplication>
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 class QProcess;
 
 /// Starts the running test binary once more, to do one task in a process whose statics are fresh
 /// and which may be killed. The child shares the private home of its parent.
 ///
-/// A test that uses it has a `main` of its own:
+/// A test that uses it ends in a `main` of its own:
 ///
-///     if (FreshProcess::isTask(argc, argv))
-///         return FreshProcess::runTask(argc, argv, {{"name of the task", function}});
+///     int main(int argc, char** argv)
+///     {
+///         return FreshProcess::main<MyTest>(argc, argv, {{"name of the task", function}});
+///     }
 class FreshProcess
 {
 public:
@@ -32,6 +36,20 @@ public:
 
     FreshProcess() = delete;
 
+    /// The body of `main`: does the task that the arguments name, else runs the tests of a `Test`
+    /// after its public `initMain()`, as QTEST_MAIN does.
+    template <typename Test, typename Application = QApplication>
+    static int main(int argc, char** argv, const QHash<QString, Task>& tasks = {})
+    {
+        if (isTask(argc, argv))
+            return runTask(argc, argv, tasks);
+        Test::initMain();
+        const Application application(argc, argv);
+        Test test;
+        return QTest::qExec(&test, argc, argv);
+    }
+
+    /// The same by halves, for a `main` that runs no tests.
     static bool isTask(int argc, char** argv);
     static int runTask(int argc, char** argv, const QHash<QString, Task>& tasks);
 

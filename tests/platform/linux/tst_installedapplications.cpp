@@ -1262,12 +1262,8 @@ void InstalledApplicationsTest::launchLeavesNothingOpen()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"launch and quit", launchAndQuit}});
-    InstalledApplicationsTest::initMain();
-    const QApplication application(argc, argv);
-    InstalledApplicationsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<InstalledApplicationsTest>(argc, argv,
+                                                         {{"launch and quit", launchAndQuit}});
 }
 
 #include "tst_installedapplications.moc"

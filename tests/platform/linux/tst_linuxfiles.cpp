@@ -1074,18 +1074,12 @@ void LinuxFilesTest::iconsOfTheTheme()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(argc, argv,
-                                     {{"canMountDead", canMountDead},
-                                      {"lookAtDeadMount", lookAtDeadMount},
-                                      {"scanWhileMounting", scanWhileMounting},
-                                      {"watchWhileMounting", watchWhileMounting},
-                                      {"walkWhileMounting", walkWhileMounting}});
-    }
-    LinuxFilesTest::initMain();
-    const QApplication application(argc, argv);
-    LinuxFilesTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<LinuxFilesTest>(argc, argv,
+                                              {{"canMountDead", canMountDead},
+                                               {"lookAtDeadMount", lookAtDeadMount},
+                                               {"scanWhileMounting", scanWhileMounting},
+                                               {"watchWhileMounting", watchWhileMounting},
+                                               {"walkWhileMounting", walkWhileMounting}});
 }
 
 #include "tst_linuxfiles.moc"

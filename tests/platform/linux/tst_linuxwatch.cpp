@@ -961,14 +961,8 @@ void LinuxWatchTest::churn()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv)) {
-        return FreshProcess::runTask(
-            argc, argv, {{"limitWatches", limitWatches}, {"watchUnderLimit", watchUnderLimit}});
-    }
-    LinuxWatchTest::initMain();
-    const QApplication application(argc, argv);
-    LinuxWatchTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<LinuxWatchTest>(
+        argc, argv, {{"limitWatches", limitWatches}, {"watchUnderLimit", watchUnderLimit}});
 }
 
 #include "tst_linuxwatch.moc"

@@ -174,6 +174,9 @@ class SystemThemeTest : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain() { TestHome::install(); }
+
 private slots:
     void initTestCase();
     void cleanup();
@@ -339,14 +342,9 @@ void SystemThemeTest::changeSignals()
 
 int main(int argc, char** argv)
 {
-    if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(
-            argc, argv,
-            {{kAskTwiceTask, askTwice}, {kAwaitChangeTask, awaitChange}, {kWatchTask, watch}});
-    TestHome::install();
-    QCoreApplication application(argc, argv);
-    SystemThemeTest test;
-    return QTest::qExec(&test, argc, argv);
+    return FreshProcess::main<SystemThemeTest, QCoreApplication>(
+        argc, argv,
+        {{kAskTwiceTask, askTwice}, {kAwaitChangeTask, awaitChange}, {kWatchTask, watch}});
 }
 
 #include "tst_systemtheme.moc"
