@@ -7,6 +7,7 @@
 #include "FreshProcess.h"
 #include "LaunchDispatcher.h"
 #include "Localization.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "Types.h"
 #include "UiDriver.h"
@@ -171,20 +172,15 @@ void LaunchDispatcherTest::cleanup()
 
 void LaunchDispatcherTest::makeFile(const QString& name) const
 {
-    QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
-    QFile file(path(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(TestFiles::write(path(name)));
 }
 
 /// A desktop entry that starts `program`, if it isn't launched by other means.
 void LaunchDispatcherTest::makeEntry(const QString& name, const QString& program) const
 {
-    makeFile(name);
-    QFile file(path(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
     const QString lines = QStringLiteral("[Desktop Entry]\nType=Application\nName=Sample\n"
                                          "Exec=\"%1\" by itself %U\n");
-    QVERIFY(file.write(lines.arg(program).toUtf8()) > 0);
+    QVERIFY(TestFiles::write(path(name), lines.arg(program).toUtf8()));
 }
 
 QList<QJsonObject> LaunchDispatcherTest::records() const

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "platform/DirectoryReader.h"
 
@@ -9,14 +10,13 @@
 #include <QFile>
 #include <QMap>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 
 using Platform::DirectoryItem;
 using Platform::DirectoryReader;
 using Platform::PathKind;
 
-class DirectoryReaderTest : public QObject
+class DirectoryReaderTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -40,21 +40,6 @@ private slots:
     void kindOfPath();
     void programDataFolderIsAName();
     void caseSensitivityIsThatOfTheSystem();
-
-private:
-    QString path(const QString& rel) const
-    {
-        return QDir::toNativeSeparators(m_root->path() + '/' + rel);
-    }
-    QString root() const { return QDir::toNativeSeparators(m_root->path()); }
-    void makeFile(const QString& rel) const
-    {
-        QFile file(path(rel));
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.fileName()));
-    }
-    void makeDirectory(const QString& rel) const { QVERIFY(QDir().mkpath(path(rel))); }
-
-    std::unique_ptr<QTemporaryDir> m_root;
 };
 
 namespace
@@ -103,8 +88,7 @@ QStringList walkByQt(const QString& root)
 
 void DirectoryReaderTest::init()
 {
-    m_root = std::make_unique<QTemporaryDir>(TestHome::path() + "/tree-XXXXXX");
-    QVERIFY(m_root->isValid());
+    makeRoot();
 }
 
 void DirectoryReaderTest::listsFilesAndDirectories()

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "WatchRun.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using Platform::FileAdded;
@@ -12,7 +12,7 @@ using Platform::FileRemoved;
 using Platform::FileRenamedNewName;
 using Platform::FileRenamedOldName;
 
-class TreeWatcherTest : public QObject
+class TreeWatcherTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -40,30 +40,18 @@ private slots:
     void stopTwice();
 
 private:
-    QString path(const QString& rel) const { return m_root->filePath(rel); }
-    void makeFile(const QString& rel) const { makeFileAt(path(rel)); }
-    void makeFileAt(const QString& fileName) const
-    {
-        QFile file(fileName);
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(fileName));
-    }
-    void makeDirectory(const QString& rel) const { QVERIFY(QDir().mkpath(path(rel))); }
     void rename(const QString& from, const QString& to) const
     {
         QVERIFY(QDir().rename(path(from), path(to)));
     }
-    QString root() const { return QDir::toNativeSeparators(m_root->path()); }
 
-    std::unique_ptr<QTemporaryDir> m_root;
     std::unique_ptr<QTemporaryDir> m_elsewhere;
 };
 
 void TreeWatcherTest::init()
 {
-    m_root = std::make_unique<QTemporaryDir>(TestHome::path() + "/tree-XXXXXX");
-    m_elsewhere = std::make_unique<QTemporaryDir>(TestHome::path() + "/elsewhere-XXXXXX");
-    QVERIFY(m_root->isValid());
-    QVERIFY(m_elsewhere->isValid());
+    makeRoot();
+    m_elsewhere = TestFiles::newDirectory("elsewhere");
 }
 
 void TreeWatcherTest::fileIsCreatedAndRemoved_data()
@@ -203,8 +191,8 @@ void TreeWatcherTest::directoryMovedOutIsNotWatched()
     QVERIFY(QDir().rename(path("goes"), m_elsewhere->filePath("gone")));
     QTRY_COMPARE(watch.actionsOf("goes").size(), 1);
     watch.forget();
-    makeFileAt(m_elsewhere->filePath("gone/file"));
-    makeFileAt(m_elsewhere->filePath("gone/inner/file"));
+    QVERIFY(TestFiles::write(m_elsewhere->filePath("gone/file")));
+    QVERIFY(TestFiles::write(m_elsewhere->filePath("gone/inner/file")));
     makeFile("marker");
     QTRY_VERIFY(watch.hasSeen(FileAdded, "marker"));
     QCOMPARE(watch.changes().size(), 1);

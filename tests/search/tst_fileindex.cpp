@@ -3,6 +3,7 @@
 
 #include "FileIndex.h"
 #include "FreshProcess.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 
 #include <QApplication>
@@ -72,9 +73,7 @@ void makeFolder(const QString& relative)
 
 void makeFile(const QString& relative)
 {
-    makeFolder(QFileInfo(relative).path());
-    QFile file(path(relative));
-    if (!file.open(QIODevice::WriteOnly))
+    if (!TestFiles::write(path(relative)))
         qFatal("cannot make %s", qPrintable(relative));
 }
 

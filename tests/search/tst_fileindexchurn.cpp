@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FileIndex.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "platform/DirectoryReader.h"
 
@@ -144,8 +145,7 @@ bool settle()
 
 void makeFile(const QString& path)
 {
-    QFile file(path);
-    static_cast<void>(file.open(QIODevice::WriteOnly)); // a folder of that name may be there
+    static_cast<void>(TestFiles::write(path)); // a folder of that name may be there
 }
 
 /// Does things to files and folders at random, and knows which there should be by looking.

@@ -3,6 +3,8 @@
 
 #include "TestHome.h"
 
+#include "TestFiles.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -114,8 +116,8 @@ QString TestHome::dataDir()
 
 QString TestHome::writeDataFile(const QString& fileName, const QByteArray& content)
 {
-    QFile file(QDir(dataDir()).filePath(fileName));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    return file.fileName();
+    const QString path = QDir(dataDir()).filePath(fileName);
+    if (!TestFiles::write(path, content))
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
 }

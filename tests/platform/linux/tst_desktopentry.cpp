@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "platform/linux/DesktopEntry.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -45,7 +45,7 @@ void addRow(const char* title, const char* text, const QStringList& words)
 
 } // namespace
 
-class DesktopEntryTest : public QObject
+class DesktopEntryTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -100,28 +100,15 @@ private slots:
     void programsAreFound();
 
 private:
-    QString path(const QString& name) const { return m_dir->filePath(name); }
-    void write(const QString& name, const QByteArray& content = {}) const;
     void link(const QString& target, const QString& name) const;
     QStringList idsIn(const QString& dataFolder) const;
-
-    std::unique_ptr<QTemporaryDir> m_dir;
 };
 
 void DesktopEntryTest::init()
 {
-    m_dir = std::make_unique<QTemporaryDir>(TestHome::path() + QStringLiteral("/case-XXXXXX"));
-    QVERIFY(m_dir->isValid());
+    makeRoot();
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
         qunsetenv(variable);
-}
-
-void DesktopEntryTest::write(const QString& name, const QByteArray& content) const
-{
-    QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
-    QFile file(path(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
 }
 
 void DesktopEntryTest::link(const QString& target, const QString& name) const
@@ -735,7 +722,7 @@ void DesktopEntryTest::idIsFoundByPrecedence()
     write("b/applications/Z.desktop");
     write("secret.desktop");
     const auto found = [this](const QString& id) {
-        return QDir(m_dir->path()).relativeFilePath(DesktopEntries::pathOfId(id));
+        return QDir(root()).relativeFilePath(DesktopEntries::pathOfId(id));
     };
     QCOMPARE(found("v-x.desktop"), "own/applications/v/x.desktop");
     QCOMPARE(found("y.desktop"), "a/applications/y.desktop");
@@ -816,7 +803,7 @@ void DesktopEntryTest::programsAreFound()
     const QByteArray searchPath = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(path("bin") + ':' + path("more")));
     const bool isFound =
-        DesktopEntries::isProgram(program.contains("%1") ? program.arg(m_dir->path()) : program);
+        DesktopEntries::isProgram(program.contains("%1") ? program.arg(root()) : program);
     qputenv("PATH", searchPath);
     QTEST(isFound, "isFound");
 }

@@ -3,6 +3,7 @@
 
 #include "AppIndex.h"
 #include "FreshProcess.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "platform/InstalledApplications.h"
 #include "platform/ShellLaunch.h"
@@ -21,7 +22,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -142,7 +142,7 @@ QString channelOfThisProcess(int channel)
 
 } // namespace
 
-class InstalledApplicationsTest : public QObject
+class InstalledApplicationsTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -211,8 +211,6 @@ private slots:
     void launchLeavesNothingOpen();
 
 private:
-    QString path(const QString& name) const { return m_dir->filePath(name); }
-    void write(const QString& name, const QByteArray& content) const;
     void writeEntry(const QString& name, const QByteArray& lines) const;
     void writeImage(const QString& name, int sizePx, const QColor& color) const;
     void makeProgram(const QString& name, const QByteArray& content = kRecorder) const;
@@ -223,7 +221,6 @@ private:
     QStringList takeRecord() const;
     QStringList namesOffered() const;
 
-    std::unique_ptr<QTemporaryDir> m_dir;
     QProcess m_bus;
     QByteArray m_busAddress;
     QByteArray m_searchPath;
@@ -248,8 +245,7 @@ void InstalledApplicationsTest::initTestCase()
 
 void InstalledApplicationsTest::init()
 {
-    m_dir = std::make_unique<QTemporaryDir>(TestHome::path() + QStringLiteral("/case-XXXXXX"));
-    QVERIFY(m_dir->isValid());
+    makeRoot();
     for (const char* variable :
          {"LC_ALL", "LC_MESSAGES", "LANG", "XDG_CURRENT_DESKTOP", "TERMINAL"})
         qunsetenv(variable);
@@ -277,14 +273,6 @@ void InstalledApplicationsTest::cleanupTestCase()
     QDBusConnection::disconnectFromBus(kBusConnection);
     m_bus.terminate();
     m_bus.waitForFinished();
-}
-
-void InstalledApplicationsTest::write(const QString& name, const QByteArray& content) const
-{
-    QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
-    QFile file(path(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
 }
 
 void InstalledApplicationsTest::writeEntry(const QString& name, const QByteArray& lines) const
@@ -584,7 +572,7 @@ void InstalledApplicationsTest::iconIsFound()
     writeImage("a/icons/loose.png", 32, "#0000ff");
     for (const char* name : {"old", "themed", "damaged"})
         writeImage(QStringLiteral("b/pixmaps/%1.png").arg(name), 32, "#0000ff");
-    const QString value = icon.contains("%1") ? icon.arg(m_dir->path()) : icon;
+    const QString value = icon.contains("%1") ? icon.arg(root()) : icon;
     writeEntry("a/applications/x.desktop", "Name=A\nExec=tool\nIcon=" + value.toUtf8() + "\n");
 
     const QIcon found = Platform::applicationIcon(path("a/applications/x.desktop"));
@@ -653,7 +641,7 @@ void InstalledApplicationsTest::drawingFitsEachSize()
     QFETCH(QByteArray, content);
     QFETCH(bool, isSound);
     write("a/icons/x.svg", content);
-    const QString value = icon.contains("%1") ? icon.arg(m_dir->path()) : icon;
+    const QString value = icon.contains("%1") ? icon.arg(root()) : icon;
     writeEntry("x.desktop", "Name=A\nExec=tool\nIcon=" + value.toUtf8() + "\n");
     const QIcon found = Platform::applicationIcon(path("x.desktop"));
     QCOMPARE(found.isNull(), !isSound || !canDraw());
@@ -799,7 +787,7 @@ void InstalledApplicationsTest::launchByTheDesktop()
     makeProgram("gio");
     makeProgram("x-terminal-emulator");
     const QString entry = "a/applications/" + kBusName + ".desktop";
-    writeEntry(entry, "Name=A\n" + lines.replace("%1", m_dir->path().toUtf8()));
+    writeEntry(entry, "Name=A\n" + lines.replace("%1", root().toUtf8()));
     launchAndSettle(kBusName + ".desktop");
     QTRY_VERIFY_WITH_TIMEOUT(isRecorded(), kPatienceMs);
     const QStringList called = takeRecord();
@@ -949,7 +937,7 @@ void InstalledApplicationsTest::launchFails()
     writeEntry("outside.desktop", lines);
     QVERIFY(QDir().mkpath(path("folder.desktop")));
     QCOMPARE(::mkfifo(qPrintable(path("pipe.desktop")), 0600), 0);
-    const QString wanted = value.contains("%1") ? value.arg(m_dir->path()) : value;
+    const QString wanted = value.contains("%1") ? value.arg(root()) : value;
     QVERIFY(!Platform::launchShellItem(wanted));
     // The desktop's launcher changes nothing about it.
     makeProgram("gio");
@@ -997,7 +985,7 @@ void InstalledApplicationsTest::launchInATerminal()
     for (const QString& name : installed)
         makeProgram(name);
     makeProgram("gio"); // which might know no terminal
-    qputenv("TERMINAL", QFile::encodeName(chosen.replace("%1", m_dir->path())));
+    qputenv("TERMINAL", QFile::encodeName(chosen.replace("%1", root())));
     writeEntry("x.desktop", "Name=A\nExec=tool \"a b\"\nTerminal=true\nPath=/tmp\n");
     QVERIFY(Platform::launchShellItem(path("x.desktop")));
     QTRY_VERIFY_WITH_TIMEOUT(isRecorded(), kPatienceMs);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreshProcess.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "UserNamespace.h"
 #include "WatchRun.h"
@@ -18,7 +19,6 @@
 #include <QProcess>
 #include <QScopeGuard>
 #include <QSemaphore>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -48,7 +48,7 @@ using Platform::MountTable;
 using Platform::PathKind;
 
 /// What only the file systems of this system hold.
-class LinuxFilesTest : public QObject
+class LinuxFilesTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -99,21 +99,10 @@ private slots:
     void iconsOfTheTheme();
 
 private:
-    QString path(const QString& rel) const { return m_root->filePath(rel); }
-    QString root() const { return m_root->path(); }
-    QByteArray bytes(const QString& rel) const { return QFile::encodeName(path(rel)); }
-    void makeFile(const QString& rel) const
-    {
-        QFile file(path(rel));
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(rel));
-    }
-    void makeDirectory(const QString& rel) const { QVERIFY(QDir().mkpath(path(rel))); }
     void makeLink(const QByteArray& target, const QString& rel) const
     {
         QCOMPARE(::symlink(target.constData(), bytes(rel).constData()), 0);
     }
-
-    std::unique_ptr<QTemporaryDir> m_root;
 };
 
 namespace
@@ -409,14 +398,13 @@ void LinuxFilesTest::initTestCase()
 
 void LinuxFilesTest::init()
 {
-    m_root = std::make_unique<QTemporaryDir>(TestHome::path() + "/tree-XXXXXX");
-    QVERIFY(m_root->isValid());
+    makeRoot();
 }
 
 void LinuxFilesTest::cleanup()
 {
     // Goes deeper than a path is long.
-    QCOMPARE(QProcess::execute("rm", {"-rf", "--", m_root->path()}), 0);
+    QCOMPARE(QProcess::execute("rm", {"-rf", "--", root()}), 0);
 }
 
 void LinuxFilesTest::links_data()

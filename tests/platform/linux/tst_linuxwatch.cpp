@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreshProcess.h"
+#include "TestFiles.h"
 #include "TestHome.h"
 #include "UserNamespace.h"
 #include "WatchRun.h"
@@ -15,7 +16,6 @@
 #include <QRegularExpression>
 #include <QSemaphore>
 #include <QSet>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -37,7 +37,7 @@ using Platform::FileAdded;
 
 /// What only the watcher of this system has to cope with: one watch for each directory, of which
 /// there may be too few, and a queue that may be too short.
-class LinuxWatchTest : public QObject
+class LinuxWatchTest : public QObject, private TestTree
 {
     Q_OBJECT
 
@@ -83,15 +83,6 @@ private slots:
     void churn();
 
 private:
-    QString path(const QString& rel) const { return m_root->filePath(rel); }
-    QString root() const { return m_root->path(); }
-    QByteArray bytes(const QString& rel) const { return QFile::encodeName(path(rel)); }
-    void makeFile(const QString& rel) const
-    {
-        QFile file(path(rel));
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(rel));
-    }
-    void makeDirectory(const QString& rel) const { QVERIFY(QDir().mkpath(path(rel))); }
     void makeDirectories(int count, const QString& prefix = "d") const
     {
         for (int i = 0; i < count; ++i)
@@ -100,7 +91,6 @@ private:
     void ageTree() const;
     QString watchedOne(const WatchRun& watch) const;
 
-    std::unique_ptr<QTemporaryDir> m_root;
     std::unique_ptr<QTemporaryDir> m_elsewhere;
 };
 
@@ -280,15 +270,13 @@ void LinuxWatchTest::init()
     s_watchTries = 0;
     s_refusedOpens = 0;
     s_areMountsBarred = s_areDirectoriesBarred = false;
-    m_root = std::make_unique<QTemporaryDir>(TestHome::path() + "/tree-XXXXXX");
-    m_elsewhere = std::make_unique<QTemporaryDir>(TestHome::path() + "/elsewhere-XXXXXX");
-    QVERIFY(m_root->isValid());
-    QVERIFY(m_elsewhere->isValid());
+    makeRoot();
+    m_elsewhere = TestFiles::newDirectory("elsewhere");
 }
 
 void LinuxWatchTest::cleanup()
 {
-    removeTree(m_root->path());
+    removeTree(root());
     removeTree(m_elsewhere->path());
 }
 
