@@ -8,6 +8,7 @@
 #include <QFontMetrics>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QResizeEvent>
 #include <QTextBlock>
 
 namespace
@@ -69,13 +70,32 @@ SizeAdaptiveStackedWidget::SizeAdaptiveStackedWidget(QWidget* parent) : QStacked
 QSize SizeAdaptiveStackedWidget::sizeHint() const
 {
     const QWidget* page = currentWidget();
-    return page ? page->sizeHint() : QStackedWidget::sizeHint();
+    return page ? wrapped(page, page->sizeHint()) : QStackedWidget::sizeHint();
 }
 
 QSize SizeAdaptiveStackedWidget::minimumSizeHint() const
 {
     const QWidget* page = currentWidget();
-    return page ? page->minimumSizeHint() : QStackedWidget::minimumSizeHint();
+    return page ? wrapped(page, page->minimumSizeHint()) : QStackedWidget::minimumSizeHint();
+}
+
+bool SizeAdaptiveStackedWidget::hasHeightForWidth() const
+{
+    return false;
+}
+
+void SizeAdaptiveStackedWidget::resizeEvent(QResizeEvent* event)
+{
+    QStackedWidget::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        updateGeometry(); // the height of wrapped text depends on it
+}
+
+QSize SizeAdaptiveStackedWidget::wrapped(const QWidget* page, const QSize& hint) const
+{
+    if (!testAttribute(Qt::WA_Resized) || !page->hasHeightForWidth())
+        return hint;
+    return {hint.width(), page->heightForWidth(width())};
 }
 
 NumberedPlainTextEdit::NumberedPlainTextEdit(QWidget* parent)

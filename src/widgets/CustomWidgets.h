@@ -32,7 +32,8 @@ private:
     QColor m_ghostColor;
 };
 
-/// A stack that wants the size of its current page instead of that of its largest one.
+/// A stack that wants the size of its current page instead of that of its largest one. Once it is
+/// in place, a page that wraps its text gets the height that it needs at the stack's width.
 class SizeAdaptiveStackedWidget : public QStackedWidget
 {
     Q_OBJECT
@@ -42,6 +43,16 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    /// Never: a layout around the stack would get the answer from the one inside, which takes the
+    /// highest of all pages as soon as one of them wraps its text.
+    bool hasHeightForWidth() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    /// `hint` of a page, as high as the page has to be at the present width.
+    QSize wrapped(const QWidget* page, const QSize& hint) const;
 };
 
 /// A plain text edit with a gutter of line numbers, which can be switched off.

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QLabel>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
@@ -65,6 +66,38 @@ public:
 private:
     QSize m_hint;
     QSize m_minimumHint;
+};
+
+/// A page of one text that wraps, so that its height depends on its width.
+QLabel* wrappedPage(int words)
+{
+    auto* page = new QLabel(QStringLiteral("word ").repeated(words));
+    page->setWordWrap(true);
+    return page;
+}
+
+/// A stack as high as it wants to be, in a window as wide as most texts need several lines in.
+struct StackInWindow
+{
+    StackInWindow()
+    {
+        auto* column = new QVBoxLayout(&window);
+        column->setContentsMargins(0, 0, 0, 0);
+        column->addWidget(stack);
+        column->addStretch(1);
+        window.resize(kWidth, 700);
+    }
+
+    /// The height that the current page wants at this width.
+    int pageHeight() const
+    {
+        const QWidget* page = stack->currentWidget();
+        return page->hasHeightForWidth() ? page->heightForWidth(kWidth) : page->sizeHint().height();
+    }
+
+    static constexpr int kWidth = 200;
+    QWidget window;
+    SizeAdaptiveStackedWidget* stack = new SizeAdaptiveStackedWidget;
 };
 
 /// A ghost edit that tells where its cursor is.
@@ -154,6 +187,10 @@ private slots:
     void stackFollowsItsCurrentPage();
     void emptyStackHasTheHintsOfItsBase();
     void layoutFollowsThePage();
+    void layoutFollowsWrappedPages_data();
+    void layoutFollowsWrappedPages();
+    void layoutFollowsATextThatGrows();
+    void layoutFollowsTheWidth();
 
     void gutterWidth_data();
     void gutterWidth();
@@ -365,6 +402,73 @@ void CustomWidgetsTest::layoutFollowsThePage()
     QTRY_COMPARE(stack->height(), 90);
     stack->setCurrentIndex(0);
     QTRY_COMPARE(stack->height(), 200);
+}
+
+void CustomWidgetsTest::layoutFollowsWrappedPages_data()
+{
+    using Pages = std::function<QList<QWidget*>()>;
+    QTest::addColumn<Pages>("makePages");
+    const auto tall = [] { return new HintedPage({120, 400}, {50, 300}); };
+    const auto low = [] { return new HintedPage({120, 20}, {50, 20}); };
+    QTest::newRow("short wrapped page beside a tall one") << Pages([tall] {
+        return QList<QWidget*>{wrappedPage(20), tall()};
+    });
+    QTest::newRow("short wrapped page beside a long wrapped one") << Pages([] {
+        return QList<QWidget*>{wrappedPage(20), wrappedPage(200)};
+    });
+    QTest::newRow("low plain page beside a long wrapped one") << Pages([low] {
+        return QList<QWidget*>{low(), wrappedPage(200)};
+    });
+}
+
+void CustomWidgetsTest::layoutFollowsWrappedPages()
+{
+    QFETCH(std::function<QList<QWidget*>()>, makePages);
+    StackInWindow shown;
+    for (QWidget* page : makePages())
+        shown.stack->addWidget(page);
+    shown.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.window));
+    const int first = shown.pageHeight();
+    QTRY_COMPARE(shown.stack->height(), first);
+    shown.stack->setCurrentIndex(1);
+    const int second = shown.pageHeight();
+    QVERIFY(second > 2 * first);
+    QTRY_COMPARE(shown.stack->height(), second);
+    shown.stack->setCurrentIndex(0);
+    QTRY_COMPARE(shown.stack->height(), first);
+}
+
+void CustomWidgetsTest::layoutFollowsATextThatGrows()
+{
+    StackInWindow shown;
+    QLabel* page = wrappedPage(10);
+    shown.stack->addWidget(page);
+    shown.stack->addWidget(wrappedPage(200));
+    shown.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.window));
+    const int before = shown.pageHeight();
+    QTRY_COMPARE(shown.stack->height(), before);
+    page->setText(page->text().repeated(4));
+    QVERIFY(shown.pageHeight() > 2 * before);
+    QTRY_COMPARE(shown.stack->height(), shown.pageHeight());
+}
+
+void CustomWidgetsTest::layoutFollowsTheWidth()
+{
+    StackInWindow shown;
+    QLabel* page = wrappedPage(40);
+    shown.stack->addWidget(page);
+    QCOMPARE(shown.stack->sizeHint(), page->sizeHint()); // while it has no width yet
+    QCOMPARE(shown.stack->minimumSizeHint(), page->minimumSizeHint());
+    shown.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.window));
+    const int narrow = shown.pageHeight();
+    QTRY_COMPARE(shown.stack->height(), narrow);
+    shown.window.resize(2 * StackInWindow::kWidth, 700);
+    QTRY_COMPARE(shown.stack->width(), 2 * StackInWindow::kWidth);
+    QVERIFY(page->heightForWidth(shown.stack->width()) < narrow);
+    QTRY_COMPARE(shown.stack->height(), page->heightForWidth(shown.stack->width()));
 }
 
 void CustomWidgetsTest::gutterWidth_data()
