@@ -178,6 +178,18 @@ public:
     static QString groupHeaderStyle(const ColorTokens& c);
     static QString contextMenuStyle(const ColorTokens& c);
 
+    enum class Weight { Normal, Bold };
+    /// A label in `color`, any style-sheet colour, and `size`, one of `FontTokens`.
+    static QString textStyle(const QString& color, const QString& size,
+                             Weight weight = Weight::Normal);
+    /// A filled box whose upper and lower corners differ, such as the band at the top of a card.
+    /// \param sel selector of that box.
+    /// \param topRadius, bottomRadius px.
+    static QString bandStyle(const QString& sel, const QString& fill, int topRadius,
+                             int bottomRadius);
+    /// The title in such a band.
+    static QString bandTitleStyle(const ColorTokens& c);
+
     static QString shellBg();     ///< windows and dialogs in the window colour
     static QString panelBg();     ///< panels of the home and settings views
     static QString boxBg();       ///< search boxes, cards, rows, filters

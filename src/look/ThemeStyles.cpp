@@ -165,8 +165,7 @@ QString Theme::fieldLabelStyle(const ColorTokens& c)
 
 QString Theme::dialogTitleStyle(const ColorTokens& c)
 {
-    return QStringLiteral("color: %1; font-size: %2; font-weight: bold; border: none;")
-        .arg(c.onSurface, FontTokens::SizeLg);
+    return textStyle(c.onSurface, FontTokens::SizeLg, Weight::Bold);
 }
 
 QString Theme::groupHeaderStyle(const ColorTokens& c)
@@ -185,6 +184,28 @@ QString Theme::contextMenuStyle(const ColorTokens& c)
                "QMenu::separator { height: 1px; background-color: %6; margin: 4px 10px; }")
         .arg(c.surfaceContainerHighest, QString::number(Rad_Md), FontTokens::Family,
              FontTokens::SizeMd, c.onSurface, c.outlineVariant);
+}
+
+QString Theme::textStyle(const QString& color, const QString& size, Weight weight)
+{
+    const bool isBold = weight == Weight::Bold;
+    return QStringLiteral("color: %1; font-size: %2; %3border: none;")
+        .arg(color, size, isBold ? QStringLiteral("font-weight: bold; ") : QString());
+}
+
+QString Theme::bandStyle(const QString& sel, const QString& fill, int topRadius, int bottomRadius)
+{
+    return QStringLiteral("%1 { background-color: %2; border: none; "
+                          "border-top-left-radius: %3px; border-top-right-radius: %3px; "
+                          "border-bottom-left-radius: %4px; border-bottom-right-radius: %4px; }")
+        .arg(sel, fill, QString::number(topRadius), QString::number(bottomRadius));
+}
+
+QString Theme::bandTitleStyle(const ColorTokens& c)
+{
+    return QStringLiteral("color: %1; font-size: 18px; font-weight: bold; border: none; "
+                          "background: transparent;")
+        .arg(c.onSurface);
 }
 
 QString Theme::shellBg()

@@ -4,9 +4,10 @@
 #include "AddEditCategoryDialog.h"
 
 #include "AutoQuitBlocker.h"
-#include "CustomDialogs.h"
+#include "CardHeader.h"
 #include "CustomMessageBox.h"
 #include "GlyphWidgets.h"
+#include "IconGrid.h"
 #include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
@@ -24,23 +25,20 @@
 namespace
 {
 
-using CustomDialogs::BodyPad;
-using CustomDialogs::BodySpacing;
-
 constexpr int kPaletteSize = 10; // the picker's palette without the glyphs of the item types
 constexpr int kButtonRowTopPad = 8;
 
-constexpr int shadowPad = CustomDialogs::ShadowPad;
-constexpr int paperBorder = CustomDialogs::PaperBorder;
-constexpr int headerH = CustomDialogs::HeaderHeight;
+constexpr int shadowPad = FramelessDialog::ShadowPad;
+constexpr int paperBorder = FramelessDialog::PaperBorder;
+constexpr int headerH = CardHeader::Height;
+constexpr int bodyPad = FramelessDialog::CardPad;
 constexpr int labelH = 20;
 constexpr int nameFieldH = 40;
-constexpr int iconGridH =
-    CustomDialogs::iconGridHeight(kPaletteSize / AddEditCategoryDialog::IconCols);
-constexpr int btnRowH = kButtonRowTopPad + CustomDialogs::ButtonHeight;
-constexpr int bodyGaps = 4 * BodySpacing;
+constexpr int iconGridH = IconGrid::heightOf(kPaletteSize / AddEditCategoryDialog::IconCols);
+constexpr int btnRowH = kButtonRowTopPad + FramelessDialog::ButtonHeight;
+constexpr int bodyGaps = 4 * FramelessDialog::Spacing;
 constexpr int kWidth = 320;
-constexpr int kHeight = 2 * shadowPad + 2 * paperBorder + headerH + 2 * BodyPad + 2 * labelH +
+constexpr int kHeight = 2 * shadowPad + 2 * paperBorder + headerH + 2 * bodyPad + 2 * labelH +
                         nameFieldH + iconGridH + btnRowH + bodyGaps;
 
 QLabel* makeFieldLabel(const QString& text)
@@ -59,13 +57,13 @@ AddEditCategoryDialog::AddEditCategoryDialog(QWidget* parent, const QString& tit
                                              const QString& nameLabelKey,
                                              const QString& namePlaceholderKey,
                                              const QString& emptyErrKey)
-    : QDialog(parent), m_selectedIcon(existingIcon), m_emptyErrKey(emptyErrKey)
+    : FramelessDialog(parent, title, SoftShadow, 0),
+      m_selectedIcon(existingIcon),
+      m_emptyErrKey(emptyErrKey)
 {
-    setWindowTitle(title);
     setFixedSize(kWidth, kHeight);
-    QVBoxLayout* body = CustomDialogs::buildCardWithHeader(
-        this, Theme::colors(), QStringLiteral("sectionDialogHeader"), title);
-    fillBody(body, existingName, Tr::t(nameLabelKey), Tr::t(namePlaceholderKey));
+    addHeader(QStringLiteral("sectionDialogHeader"));
+    fillBody(addBody(), existingName, Tr::t(nameLabelKey), Tr::t(namePlaceholderKey));
     updateIconStyles();
     nameInput->setFocus();
 }
@@ -84,40 +82,34 @@ void AddEditCategoryDialog::fillBody(QVBoxLayout* body, const QString& existingN
     body->addWidget(nameInput);
     body->addWidget(makeFieldLabel(Tr::t("dialog.lbl_icon")));
     body->addLayout(buildIconGrid());
-    body->addLayout(buildButtonRow());
+    addButtons(body);
 }
 
 QLayout* AddEditCategoryDialog::buildIconGrid()
 {
     auto* grid = new QGridLayout;
-    iconBtns = CustomDialogs::buildIconGrid(grid, IconHelper::pickableGlyphs().first(kPaletteSize),
-                                            IconCols, this);
+    iconBtns =
+        IconGrid::build(grid, IconHelper::pickableGlyphs().first(kPaletteSize), IconCols, this);
     for (const GlyphButton* button : std::as_const(iconBtns)) {
         connect(button, &QPushButton::clicked, this, [this, button] {
-            m_selectedIcon = CustomDialogs::glyphOf(button);
+            m_selectedIcon = IconGrid::glyphOf(button);
             updateIconStyles();
         });
     }
     return grid;
 }
 
-QLayout* AddEditCategoryDialog::buildButtonRow()
+void AddEditCategoryDialog::addButtons(QVBoxLayout* body)
 {
     const ColorTokens c = Theme::colors();
-    m_cancelBtn = CustomDialogs::buildButton(
-        Tr::t("dialog.btn_cancel"), Theme::actionBtnStyle(c, QStringLiteral("transparent")), this);
-    m_saveBtn =
-        CustomDialogs::buildButton(Tr::t("dialog.btn_save"), Theme::primaryBtnStyle(c), this);
+    QHBoxLayout* row = addButtonRow(body, kButtonRowTopPad);
+    m_cancelBtn = addButton(row, Tr::t("dialog.btn_cancel"),
+                            Theme::actionBtnStyle(c, QStringLiteral("transparent")), 1);
+    m_saveBtn = addButton(row, Tr::t("dialog.btn_save"), Theme::primaryBtnStyle(c), 1);
     m_cancelBtn->installEventFilter(this);
     m_saveBtn->installEventFilter(this);
     connect(m_cancelBtn, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_saveBtn, &QPushButton::clicked, this, &AddEditCategoryDialog::doSave);
-
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(0, kButtonRowTopPad, 0, 0);
-    row->addWidget(m_cancelBtn, 1);
-    row->addWidget(m_saveBtn, 1);
-    return row;
 }
 
 QString AddEditCategoryDialog::getName() const
@@ -132,7 +124,7 @@ uint AddEditCategoryDialog::getIcon() const
 
 void AddEditCategoryDialog::updateIconStyles()
 {
-    CustomDialogs::styleIconGrid(iconBtns, m_selectedIcon);
+    IconGrid::applyStyle(iconBtns, m_selectedIcon);
 }
 
 void AddEditCategoryDialog::doSave()
@@ -147,12 +139,10 @@ void AddEditCategoryDialog::doSave()
 
 void AddEditCategoryDialog::keyPressEvent(QKeyEvent* event)
 {
-    if (Keys::isEnter(event->key())) {
+    if (Keys::isEnter(event->key()))
         doSave();
-        return;
-    }
-    if (!handleDialogBackKey(this, event))
-        QDialog::keyPressEvent(event);
+    else
+        FramelessDialog::keyPressEvent(event);
 }
 
 bool AddEditCategoryDialog::eventFilter(QObject* watched, QEvent* event)
@@ -160,7 +150,7 @@ bool AddEditCategoryDialog::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::KeyPress &&
         handleKey(watched, static_cast<QKeyEvent*>(event)->key()))
         return true;
-    return QDialog::eventFilter(watched, event);
+    return FramelessDialog::eventFilter(watched, event);
 }
 
 bool AddEditCategoryDialog::handleKey(QObject* watched, int key)
@@ -171,7 +161,7 @@ bool AddEditCategoryDialog::handleKey(QObject* watched, int key)
         return handleButtonKey(m_cancelBtn, key);
     if (watched == m_saveBtn)
         return handleButtonKey(m_saveBtn, key);
-    const int index = CustomDialogs::iconIndexOf(iconBtns, watched);
+    const int index = IconGrid::indexOf(iconBtns, watched);
     return index >= 0 && handleIconKey(index, key);
 }
 
@@ -183,7 +173,7 @@ bool AddEditCategoryDialog::handleNameKey(int key)
     }
     if (key != Qt::Key_Down)
         return false;
-    CustomDialogs::focusIconOf(iconBtns, m_selectedIcon);
+    IconGrid::focusGlyph(iconBtns, m_selectedIcon);
     return true;
 }
 
@@ -193,7 +183,7 @@ bool AddEditCategoryDialog::handleIconKey(int index, int key)
         iconBtns.at(index)->click();
         return true;
     }
-    return CustomDialogs::moveInIconGrid(iconBtns, IconCols, index, key, nameInput, m_cancelBtn);
+    return IconGrid::moveFocus(iconBtns, IconCols, index, key, nameInput, m_cancelBtn);
 }
 
 bool AddEditCategoryDialog::handleButtonKey(QPushButton* button, int key)
@@ -213,5 +203,5 @@ bool AddEditCategoryDialog::handleButtonKey(QPushButton* button, int key)
 
 void AddEditCategoryDialog::focusIcon(int i)
 {
-    CustomDialogs::focusIcon(iconBtns, i);
+    IconGrid::focusAt(iconBtns, i);
 }

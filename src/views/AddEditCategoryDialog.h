@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "FramelessDialog.h"
 #include "IconHelper.h"
 
-#include <QDialog>
 #include <QList>
 #include <QString>
 
@@ -17,7 +17,7 @@ class QVBoxLayout;
 
 /// Names a section or a template and picks its icon. Whether the name is taken is the caller's to
 /// find out once the dialog has been accepted.
-class AddEditCategoryDialog : public QDialog
+class AddEditCategoryDialog : public FramelessDialog
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private:
     void fillBody(QVBoxLayout* body, const QString& existingName, const QString& nameLabel,
                   const QString& placeholder);
     QLayout* buildIconGrid();
-    QLayout* buildButtonRow();
+    void addButtons(QVBoxLayout* body);
     void updateIconStyles();
     void doSave();
     bool handleKey(QObject* watched, int key);

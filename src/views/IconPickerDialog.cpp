@@ -4,8 +4,9 @@
 #include "IconPickerDialog.h"
 
 #include "AutoQuitBlocker.h"
-#include "CustomDialogs.h"
+#include "CardHeader.h"
 #include "GlyphWidgets.h"
+#include "IconGrid.h"
 #include "IconHelper.h"
 #include "Keys.h"
 #include "Localization.h"
@@ -24,71 +25,59 @@
 namespace
 {
 
-using CustomDialogs::BodyPad;
-using CustomDialogs::BodySpacing;
-
 constexpr int kPaletteRows = 3;
 constexpr int kButtonSpacing = 8;
 constexpr int kWidth = 340;
 
-constexpr int shadowPad = CustomDialogs::ShadowPad;
-constexpr int paperBorder = CustomDialogs::PaperBorder;
-constexpr int headerH = CustomDialogs::HeaderHeight;
-constexpr int iconGridH = CustomDialogs::iconGridHeight(kPaletteRows);
-constexpr int btnRowH = CustomDialogs::ButtonHeight;
-constexpr int kHeight =
-    2 * shadowPad + 2 * paperBorder + headerH + 2 * BodyPad + iconGridH + BodySpacing + btnRowH;
+constexpr int shadowPad = FramelessDialog::ShadowPad;
+constexpr int paperBorder = FramelessDialog::PaperBorder;
+constexpr int headerH = CardHeader::Height;
+constexpr int bodyPad = FramelessDialog::CardPad;
+constexpr int iconGridH = IconGrid::heightOf(kPaletteRows);
+constexpr int btnRowH = FramelessDialog::ButtonHeight;
+constexpr int kHeight = 2 * shadowPad + 2 * paperBorder + headerH + 2 * bodyPad + iconGridH +
+                        FramelessDialog::Spacing + btnRowH;
 
 } // namespace
 
 IconPickerDialog::IconPickerDialog(QWidget* parent, const QString& currentIconPath)
-    : QDialog(parent), m_selectedGlyph(IconHelper::glyphCode(currentIconPath))
+    : FramelessDialog(parent, Tr::t("dialog.pick_icon_title"), SoftShadow, 0),
+      m_selectedGlyph(IconHelper::glyphCode(currentIconPath))
 {
-    const QString title = Tr::t("dialog.pick_icon_title");
-    setWindowTitle(title);
     setFixedSize(kWidth, kHeight);
-    QVBoxLayout* body = CustomDialogs::buildCardWithHeader(
-        this, Theme::colors(), QStringLiteral("iconPickerHeader"), title);
+    addHeader(QStringLiteral("iconPickerHeader"));
+    QVBoxLayout* body = addBody();
     body->addLayout(buildIconGrid());
-    body->addLayout(buildButtonRow());
+    addButtons(body);
     updateIconStyles();
-    CustomDialogs::focusIconOf(m_iconBtns, m_selectedGlyph);
+    IconGrid::focusGlyph(m_iconBtns, m_selectedGlyph);
 }
 
 QLayout* IconPickerDialog::buildIconGrid()
 {
     auto* grid = new QGridLayout;
-    m_iconBtns = CustomDialogs::buildIconGrid(grid, IconHelper::pickableGlyphs(), IconCols, this);
+    m_iconBtns = IconGrid::build(grid, IconHelper::pickableGlyphs(), IconCols, this);
     for (const GlyphButton* button : std::as_const(m_iconBtns)) {
         connect(button, &QPushButton::clicked, this,
-                [this, button] { choose(IconHelper::glyphToken(CustomDialogs::glyphOf(button))); });
+                [this, button] { choose(IconHelper::glyphToken(IconGrid::glyphOf(button))); });
     }
     return grid;
 }
 
-QLayout* IconPickerDialog::buildButtonRow()
+void IconPickerDialog::addButtons(QVBoxLayout* body)
 {
     const ColorTokens c = Theme::colors();
     const QString ghostStyle = Theme::actionBtnStyle(c, QStringLiteral("transparent"));
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(0, 0, 0, 0);
+    QHBoxLayout* row = addButtonRow(body, 0);
     row->setSpacing(kButtonSpacing);
-    m_cancelBtn = addRowButton(row, Tr::t("dialog.btn_cancel"), ghostStyle);
-    m_defaultBtn = addRowButton(row, Tr::t("dialog.btn_default_icon"), ghostStyle);
-    m_browseBtn = addRowButton(row, Tr::t("editor.btn_upload"), Theme::primaryBtnStyle(c));
+    m_cancelBtn = addButton(row, Tr::t("dialog.btn_cancel"), ghostStyle, 1);
+    m_defaultBtn = addButton(row, Tr::t("dialog.btn_default_icon"), ghostStyle, 1);
+    m_browseBtn = addButton(row, Tr::t("editor.btn_upload"), Theme::primaryBtnStyle(c), 1);
+    for (QPushButton* button : {m_cancelBtn, m_defaultBtn, m_browseBtn})
+        button->installEventFilter(this);
     connect(m_cancelBtn, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_defaultBtn, &QPushButton::clicked, this, [this] { choose(QString()); });
     connect(m_browseBtn, &QPushButton::clicked, this, &IconPickerDialog::browse);
-    return row;
-}
-
-QPushButton* IconPickerDialog::addRowButton(QHBoxLayout* row, const QString& text,
-                                            const QString& style)
-{
-    QPushButton* button = CustomDialogs::buildButton(text, style, this);
-    button->installEventFilter(this);
-    row->addWidget(button, 1);
-    return button;
 }
 
 QString IconPickerDialog::chosenIconPath() const
@@ -98,7 +87,7 @@ QString IconPickerDialog::chosenIconPath() const
 
 void IconPickerDialog::updateIconStyles()
 {
-    CustomDialogs::styleIconGrid(m_iconBtns, m_selectedGlyph);
+    IconGrid::applyStyle(m_iconBtns, m_selectedGlyph);
 }
 
 void IconPickerDialog::choose(const QString& iconPath)
@@ -117,23 +106,17 @@ void IconPickerDialog::browse()
         choose(path);
 }
 
-void IconPickerDialog::keyPressEvent(QKeyEvent* event)
-{
-    if (!handleDialogBackKey(this, event))
-        QDialog::keyPressEvent(event);
-}
-
 bool IconPickerDialog::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress &&
         handleKey(watched, static_cast<QKeyEvent*>(event)->key()))
         return true;
-    return QDialog::eventFilter(watched, event);
+    return FramelessDialog::eventFilter(watched, event);
 }
 
 bool IconPickerDialog::handleKey(QObject* watched, int key)
 {
-    const int iconIndex = CustomDialogs::iconIndexOf(m_iconBtns, watched);
+    const int iconIndex = IconGrid::indexOf(m_iconBtns, watched);
     if (iconIndex >= 0)
         return handleIconKey(iconIndex, key);
     const QList<QPushButton*> row = {m_cancelBtn, m_defaultBtn, m_browseBtn};
@@ -147,7 +130,7 @@ bool IconPickerDialog::handleIconKey(int index, int key)
         m_iconBtns.at(index)->click();
         return true;
     }
-    return CustomDialogs::moveInIconGrid(m_iconBtns, IconCols, index, key, nullptr, m_cancelBtn);
+    return IconGrid::moveFocus(m_iconBtns, IconCols, index, key, nullptr, m_cancelBtn);
 }
 
 bool IconPickerDialog::handleButtonKey(const QList<QPushButton*>& row, int index, int key)
@@ -160,7 +143,7 @@ bool IconPickerDialog::handleButtonKey(const QList<QPushButton*>& row, int index
     else if (key == Qt::Key_Right)
         row.at(std::min(index + 1, last))->setFocus();
     else if (key == Qt::Key_Up)
-        CustomDialogs::focusIcon(m_iconBtns, static_cast<int>(m_iconBtns.size()) - 1);
+        IconGrid::focusAt(m_iconBtns, static_cast<int>(m_iconBtns.size()) - 1);
     else
         return false;
     return true;

@@ -3,17 +3,18 @@
 
 #pragma once
 
-#include <QDialog>
+#include "FramelessDialog.h"
+
 #include <QList>
 #include <QString>
 
 class GlyphButton;
-class QHBoxLayout;
 class QLayout;
 class QPushButton;
+class QVBoxLayout;
 
 /// Chooses the icon of an item: one of the glyphs, an image file, or none of its own.
-class IconPickerDialog : public QDialog
+class IconPickerDialog : public FramelessDialog
 {
     Q_OBJECT
 
@@ -29,12 +30,10 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QLayout* buildIconGrid();
-    QLayout* buildButtonRow();
-    QPushButton* addRowButton(QHBoxLayout* row, const QString& text, const QString& style);
+    void addButtons(QVBoxLayout* body);
     void updateIconStyles();
     /// Ends the dialog with `iconPath` as the choice.
     void choose(const QString& iconPath);

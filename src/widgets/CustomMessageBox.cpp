@@ -3,7 +3,6 @@
 
 #include "CustomMessageBox.h"
 
-#include "CustomDialogs.h"
 #include "Keys.h"
 #include "Localization.h"
 #include "Theme.h"
@@ -19,8 +18,6 @@
 namespace
 {
 
-constexpr int kShadowAlpha = 80;
-constexpr int kPadding = 24;
 constexpr int kMinCardWidth = 350;
 // A text that names what failed can be of any length; the buttons have to stay on the screen.
 constexpr int kMaxTextWidth = 560;
@@ -84,19 +81,12 @@ QLabel* makeLabel(const QString& text, const QString& style)
 
 CustomMessageBox::CustomMessageBox(QWidget* parent, const QString& title, const QString& text,
                                    int buttons, int defaultButton, Severity severity)
-    : QDialog(parent)
+    : FramelessDialog(parent, title, StrongShadow, CardPad)
 {
-    setWindowTitle(title); // nobody sees it, but a screen reader announces it
-    QFrame* card = CustomDialogs::buildCard(this, Theme::colors(), kShadowAlpha, kPadding);
-    card->setMinimumWidth(kMinCardWidth);
-    m_mainLayout = new QVBoxLayout(card);
-    m_mainLayout->setContentsMargins(0, 0, 0, 0);
-    m_mainLayout->setSpacing(Theme::Sp_Md);
+    card()->setMinimumWidth(kMinCardWidth);
     buildTexts(title, text, severity);
-    m_btnLayout = new QHBoxLayout;
-    m_btnLayout->setContentsMargins(0, Theme::Sp_Md, 0, 0);
+    m_btnLayout = addButtonRow(rows(), Theme::Sp_Md);
     m_btnLayout->addStretch();
-    m_mainLayout->addLayout(m_btnLayout);
     addStandardButtons(buttons, defaultButton);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -104,16 +94,14 @@ CustomMessageBox::CustomMessageBox(QWidget* parent, const QString& title, const 
 void CustomMessageBox::buildTexts(const QString& title, const QString& text, Severity severity)
 {
     const ColorTokens c = Theme::colors();
-    m_mainLayout->addWidget(makeLabel(
-        title, QStringLiteral("color: %1; font-size: %2; font-weight: bold; border: none;")
-                   .arg(titleColor(severity, c), FontTokens::SizeLg)));
+    rows()->addWidget(makeLabel(
+        title, Theme::textStyle(titleColor(severity, c), FontTokens::SizeLg, Theme::Weight::Bold)));
     QLabel* body =
-        makeLabel(withSoftBreaks(text), QStringLiteral("color: %1; font-size: %2; border: none;")
-                                            .arg(c.onSurfaceVariant, FontTokens::SizeMd));
+        makeLabel(withSoftBreaks(text), Theme::textStyle(c.onSurfaceVariant, FontTokens::SizeMd));
     body->setWordWrap(true);
     body->setMaximumSize(kMaxTextWidth, kMaxTextHeight);
     body->setAccessibleName(text);
-    m_mainLayout->addWidget(body);
+    rows()->addWidget(body);
 }
 
 void CustomMessageBox::addStandardButtons(int buttons, int defaultButton)
@@ -187,8 +175,6 @@ int CustomMessageBox::customQuestion(QWidget* parent, const QString& title, cons
 
 void CustomMessageBox::keyPressEvent(QKeyEvent* event)
 {
-    if (handleDialogBackKey(this, event))
-        return;
     const int focused = focusedButton();
     if (event->key() == Qt::Key_Left)
         moveFocus(-1);
@@ -197,7 +183,7 @@ void CustomMessageBox::keyPressEvent(QKeyEvent* event)
     else if (Keys::isEnter(event->key()) && focused >= 0)
         m_buttons.at(focused)->click();
     else
-        QDialog::keyPressEvent(event);
+        FramelessDialog::keyPressEvent(event);
 }
 
 int CustomMessageBox::focusedButton() const

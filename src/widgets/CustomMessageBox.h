@@ -3,18 +3,18 @@
 
 #pragma once
 
-#include <QDialog>
+#include "FramelessDialog.h"
+
 #include <QList>
 #include <QStringList>
 #include <QVector>
 
 class QHBoxLayout;
 class QPushButton;
-class QVBoxLayout;
 
 /// The one message box of the program: a themed card with a title, a text and a row of buttons,
 /// worked by keyboard. Title and text are shown as they stand, never read as markup.
-class CustomMessageBox : public QDialog
+class CustomMessageBox : public FramelessDialog
 {
     Q_OBJECT
 
@@ -65,6 +65,5 @@ private:
     void moveFocus(int step);
 
     QList<QPushButton*> m_buttons; ///< as shown, left to right
-    QVBoxLayout* m_mainLayout = nullptr;
     QHBoxLayout* m_btnLayout = nullptr;
 };

@@ -102,6 +102,9 @@ private slots:
     void choiceStatesLeaveTheSelectorAlone();
     void fieldInput();
     void labels();
+    void text();
+    void band();
+    void bandTitle();
     void contextMenu();
     void keyComesFromTheSeed();
     void sheetsFollowTheSeed();
@@ -370,6 +373,32 @@ void ThemeStylesTest::labels()
     QCOMPARE(header["border"], QStringLiteral("none"));
 }
 
+void ThemeStylesTest::text()
+{
+    QCOMPARE(Theme::textStyle("#123456", FontTokens::SizeMd),
+             QStringLiteral("color: #123456; font-size: 14px; border: none;"));
+    QCOMPARE(Theme::textStyle("#123456", FontTokens::SizeLg, Theme::Weight::Bold),
+             QStringLiteral("color: #123456; font-size: 16px; font-weight: bold; border: none;"));
+}
+
+void ThemeStylesTest::band()
+{
+    QCOMPARE(Theme::bandStyle("QFrame#band", "#123456", 24, 16),
+             QStringLiteral("QFrame#band { background-color: #123456; border: none; "
+                            "border-top-left-radius: 24px; border-top-right-radius: 24px; "
+                            "border-bottom-left-radius: 16px; border-bottom-right-radius: 16px; "
+                            "}"));
+    // A name with a placeholder's look in it stays as it is.
+    QVERIFY(Theme::bandStyle("QFrame#b%2", "#123456", 1, 2).startsWith("QFrame#b%2 {"));
+}
+
+void ThemeStylesTest::bandTitle()
+{
+    QCOMPARE(Theme::bandTitleStyle(markedTokens()),
+             QStringLiteral("color: #c00000; font-size: 18px; font-weight: bold; border: none; "
+                            "background: transparent;"));
+}
+
 void ThemeStylesTest::contextMenu()
 {
     QCOMPARE(Theme::contextMenuStyle(markedTokens()),
@@ -422,7 +451,8 @@ void ThemeStylesTest::sheetsParse()
     }
     QLabel label(QStringLiteral("text"));
     for (const QString& sheet :
-         {Theme::fieldLabelStyle(c), Theme::dialogTitleStyle(c), Theme::groupHeaderStyle(c)}) {
+         {Theme::fieldLabelStyle(c), Theme::dialogTitleStyle(c), Theme::groupHeaderStyle(c),
+          Theme::bandTitleStyle(c), Theme::textStyle(c.primary, FontTokens::SizeSm)}) {
         label.setStyleSheet(sheet);
         QVERIFY(!label.grab().isNull());
     }

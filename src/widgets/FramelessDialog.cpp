@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FramelessDialog.h"
+
+#include "CardHeader.h"
+#include "CardShape.h"
+#include "Keys.h"
+#include "Theme.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+bool handleDialogBackKey(QDialog* dialog, QKeyEvent* event)
+{
+    if (!Keys::isBack(event->key()))
+        return false;
+    dialog->reject();
+    return true;
+}
+
+FramelessDialog::FramelessDialog(QWidget* parent, const QString& title, int shadowAlpha,
+                                 int padding)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(ShadowPad, ShadowPad, ShadowPad, ShadowPad);
+    m_card = Theme::createFramelessDialogBackground(this, Theme::colors(), shadowAlpha, padding);
+    outer->addWidget(m_card);
+    CardShape::attach(this, m_card, Theme::Rad_Lg);
+    m_rows = new QVBoxLayout(m_card);
+    m_rows->setContentsMargins(0, 0, 0, 0);
+    m_rows->setSpacing(Spacing);
+}
+
+CardHeader* FramelessDialog::addHeader(const QString& objectName)
+{
+    // The band lies inside the card's border, so its corners are that much tighter.
+    auto* header = new CardHeader(objectName, windowTitle(), Theme::Rad_Lg - PaperBorder);
+    m_rows->setSpacing(0);
+    m_rows->insertWidget(0, header);
+    return header;
+}
+
+QVBoxLayout* FramelessDialog::addBody()
+{
+    auto* body = new QVBoxLayout;
+    body->setContentsMargins(CardPad, CardPad, CardPad, CardPad);
+    body->setSpacing(Spacing);
+    m_rows->addLayout(body);
+    return body;
+}
+
+QHBoxLayout* FramelessDialog::addButtonRow(QVBoxLayout* column, int topPad)
+{
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(0, topPad, 0, 0);
+    column->addLayout(row);
+    return row;
+}
+
+QPushButton* FramelessDialog::addButton(QHBoxLayout* row, const QString& text, const QString& style,
+                                        int stretch)
+{
+    auto* button = new QPushButton(text, this);
+    button->setFixedHeight(ButtonHeight);
+    button->setStyleSheet(style);
+    row->addWidget(button, stretch);
+    return button;
+}
+
+void FramelessDialog::keyPressEvent(QKeyEvent* event)
+{
+    if (!handleDialogBackKey(this, event))
+        QDialog::keyPressEvent(event);
+}
