@@ -3,13 +3,10 @@
 
 #include "platform/Display.h"
 
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/X11.h"
 
-#include <QAbstractNativeEventFilter>
-#include <QGuiApplication>
-#include <QScreen>
-#include <QSet>
-#include <QWindow>
+#include <QByteArray>
 
 #include <cstring>
 #include <optional>
@@ -19,7 +16,6 @@
 namespace
 {
 
-constexpr uint8_t kSentByClient = 0x80;
 constexpr char kPlatformVariable[] = "QT_QPA_PLATFORM";
 
 // What the environment held before it was changed for Qt; nothing if it wasn't changed.
@@ -54,63 +50,6 @@ bool canConnectToX()
     return connected;
 }
 
-/// Makes the server's reports on windows carry the true place. Qt doesn't trust the place in a
-/// report of the server's own and asks where the window is instead; while a window manager puts a
-/// new window into its frame that answer is the frame's passing place, and Qt then believes in it
-/// for good: the next resize would throw the window there, and menus would open elsewhere. Qt does
-/// trust what a window manager sends, so the server's reports are made to look like that.
-class PlaceFilter : public QAbstractNativeEventFilter
-{
-public:
-    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override
-    {
-        Q_UNUSED(result);
-        if (eventType != "xcb_generic_event_t")
-            return false;
-        switch (static_cast<const xcb_generic_event_t*>(message)->response_type) {
-        case XCB_REPARENT_NOTIFY:
-            noteParent(*static_cast<const xcb_reparent_notify_event_t*>(message));
-            return false;
-        case XCB_DESTROY_NOTIFY:
-            m_framed.remove(static_cast<const xcb_destroy_notify_event_t*>(message)->window);
-            return false;
-        case XCB_CONFIGURE_NOTIFY:
-            setTruePlace(*static_cast<xcb_configure_notify_event_t*>(message));
-            return false;
-        default:
-            return false; // among them what a window manager sends
-        }
-    }
-
-private:
-    void noteParent(const xcb_reparent_notify_event_t& event)
-    {
-        if (event.parent == X11::rootWindow())
-            m_framed.remove(event.window);
-        else
-            m_framed.insert(event.window);
-    }
-
-    void setTruePlace(xcb_configure_notify_event_t& event) const
-    {
-        if (m_framed.contains(event.window)) {
-            // Told relative to the frame. A window manager that moves the frame says so itself.
-            const QWindow* window = X11::windowOf(event.window);
-            if (!window)
-                return;
-            // Scaled coordinates count from the screen's corner, which is the same in both.
-            const QPoint corner = window->screen()->geometry().topLeft();
-            const QPoint place =
-                corner + (window->position() - corner) * window->devicePixelRatio();
-            event.x = static_cast<int16_t>(place.x());
-            event.y = static_cast<int16_t>(place.y());
-        }
-        event.response_type |= kSentByClient;
-    }
-
-    QSet<xcb_window_t> m_framed;
-};
-
 } // namespace
 
 QString Platform::prepareDisplay(int argc, const char* const* argv)
@@ -143,6 +82,5 @@ void Platform::watchDisplay()
     restoreEnvironment();
     if (!X11::connection())
         return;
-    static PlaceFilter s_filter;
-    QCoreApplication::instance()->installNativeEventFilter(&s_filter);
+    WindowPlace::watch();
 }

@@ -3,6 +3,8 @@
 
 #include "platform/Foreground.h"
 
+#include "platform/linux/WindowManager.h"
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/X11.h"
 
 #include <QEvent>
@@ -13,23 +15,6 @@ namespace
 {
 
 constexpr uint32_t kSourcePager = 2; // a direct wish of the user, which no focus policy turns down
-
-bool isWindowManagerRunning()
-{
-    const auto cookie =
-        xcb_get_property(X11::connection(), 0, X11::rootWindow(),
-                         X11::atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1);
-    const X11::Reply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(X11::connection(), cookie, nullptr));
-    if (!reply || xcb_get_property_value_length(reply.get()) != int(sizeof(xcb_window_t)))
-        return false;
-    // A manager that died leaves the property behind, naming a window that is gone.
-    const auto checkWindow = *static_cast<xcb_window_t*>(xcb_get_property_value(reply.get()));
-    const auto attributes = xcb_get_window_attributes(X11::connection(), checkWindow);
-    const X11::Reply<xcb_get_window_attributes_reply_t> alive(
-        xcb_get_window_attributes_reply(X11::connection(), attributes, nullptr));
-    return alive != nullptr;
-}
 
 xcb_window_t inputFocus()
 {
@@ -78,8 +63,10 @@ public:
     {
         m_wanted = true;
         // Now, since Qt may take the focus for the window as soon as it is mapped.
-        if (!isWindowManagerRunning())
+        if (!WindowManager::isRunning())
             notePrevious(inputFocus());
+        else
+            WindowPlace::keep(window()->winId());
         X11::expectFocusOn(window()->winId());
         if (window()->isExposed())
             take();
@@ -106,7 +93,7 @@ private:
     void take()
     {
         m_wanted = false;
-        if (isWindowManagerRunning()) {
+        if (WindowManager::isRunning()) {
             askWindowManager(window()->winId());
             xcb_flush(X11::connection());
             return;
@@ -131,10 +118,12 @@ private:
         m_wanted = false;
         const xcb_window_t previous = m_previous;
         m_previous = XCB_WINDOW_NONE;
+        if (previous <= XCB_INPUT_FOCUS_POINTER_ROOT)
+            return;
         // Whoever has taken the focus meanwhile keeps it.
         const xcb_window_t current = inputFocus();
         const bool isOurs = current <= XCB_INPUT_FOCUS_POINTER_ROOT || current == ownId();
-        if (isOurs && previous > XCB_INPUT_FOCUS_POINTER_ROOT)
+        if (isOurs)
             setInputFocus(previous);
     }
 

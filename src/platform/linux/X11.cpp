@@ -3,12 +3,12 @@
 
 #include "platform/linux/X11.h"
 
+#include <QByteArray>
 #include <QGuiApplication>
+#include <QHash>
 #include <QPointer>
 #include <QTimer>
 #include <QWindow>
-
-#include <cstring>
 
 namespace
 {
@@ -113,11 +113,19 @@ xcb_window_t X11::rootWindow()
 
 xcb_atom_t X11::atom(const char* name)
 {
-    const auto cookie =
-        xcb_intern_atom(connection(), 0, static_cast<uint16_t>(std::strlen(name)), name);
+    // The server never takes an atom back, so each is asked for once.
+    static QHash<QByteArray, xcb_atom_t> s_atoms;
+    const QByteArray key(name);
+    const auto known = s_atoms.constFind(key);
+    if (known != s_atoms.constEnd())
+        return *known;
+    const auto cookie = xcb_intern_atom(connection(), 0, static_cast<uint16_t>(key.size()), name);
     const Reply<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(connection(), cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    if (!reply)
+        return XCB_ATOM_NONE;
+    s_atoms.insert(key, reply->atom);
+    return reply->atom;
 }
 
 QWindow* X11::windowOf(WId id)

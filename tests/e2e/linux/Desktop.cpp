@@ -31,7 +31,7 @@ void stop(QProcess& process)
 
 } // namespace
 
-Desktop::Desktop(int features)
+Desktop::Desktop(int features, const QStringList& windowManager)
 {
     for (const char* dir : {"bin", "home", "data", "share", "config", "cache", "run"})
         QDir(m_dir.path()).mkpath(QLatin1String(dir));
@@ -46,7 +46,7 @@ Desktop::Desktop(int features)
     if (features & SessionBus)
         startBus();
     if (features & WindowManager) {
-        start(m_windowManager, QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+        start(m_windowManager, windowManager.first(), windowManager.mid(1));
         if (!QTest::qWaitFor([this] { return m_client->hasWindowManager(); }, kStartMs))
             qFatal("the window manager doesn't come up");
     }

@@ -27,8 +27,11 @@ public:
     static constexpr int ScreenWidth = 1280;
     static constexpr int ScreenHeight = 800;
 
+    /// \param windowManager is started if `features` ask for one: its command line.
     /// Ends the test run if a piece can't be started.
-    explicit Desktop(int features = Everything);
+    explicit Desktop(int features = Everything,
+                     const QStringList& windowManager = {QStringLiteral("openbox"),
+                                                         QStringLiteral("--sm-disable")});
     ~Desktop();
 
     QString display() const { return m_display; }
