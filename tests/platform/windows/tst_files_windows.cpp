@@ -446,14 +446,14 @@ void FilesTest::pathsThatLeadAway_data()
     QTest::newRow("drive") << drive << true;
     QTest::newRow("nothing there") << drive + R"(nothing\there)" << true;
     QTest::newRow("slashes") << QDir::rootPath() + "nothing/there" << true;
-    QTest::newRow("drive as it stands") << R"(\?\)" + drive + "picture.png" << true;
+    QTest::newRow("drive as it stands") << R"(\\?\)" + drive + "picture.png" << true;
     QTest::newRow("from the root of the drive") << R"(\nothing\there)" << true;
-    QTest::newRow("share") << R"(\server\share\picture.png)" << false;
+    QTest::newRow("share") << R"(\\server\share\picture.png)" << false;
     QTest::newRow("share with slashes") << "//server/share/picture.png" << false;
     QTest::newRow("share with both") << R"(\/server\share/picture.png)" << false;
-    QTest::newRow("share as it stands") << R"(\?\UNC\server\share\picture.png)" << false;
+    QTest::newRow("share as it stands") << R"(\\?\UNC\server\share\picture.png)" << false;
     QTest::newRow("share by its object") << R"(\??\UNC\server\share\picture.png)" << false;
-    QTest::newRow("device") << R"(\.\C:\picture.png)" << false;
+    QTest::newRow("device") << R"(\\.\C:\picture.png)" << false;
     QTest::newRow("drive that there is not") << R"(\\?\1:\picture.png)" << false;
 }
 
