@@ -3,18 +3,16 @@
 
 #include "StorageManager.h"
 
+#include "Files.h"
+
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QLatin1String>
-#include <QSaveFile>
 #include <QSet>
 #include <QStandardPaths>
 
@@ -39,7 +37,6 @@ constexpr QLatin1String kLegacyValue("value");
 
 constexpr QLatin1String kDefaultName("Default");
 constexpr QLatin1String kDefaultSubCategory("General");
-constexpr QLatin1String kQuarantineSuffix(".bak");
 
 using SubGroups = QMap<QString, QList<LauncherElement>>;
 
@@ -133,34 +130,14 @@ void normalise(LauncherData& data)
     }
 }
 
-void quarantine(const QString& filePath)
-{
-    const QString bak = filePath + kQuarantineSuffix;
-    // Not asked for first: a link that points nowhere does not count as existing, and would be in
-    // the way of the rename all the same.
-    QFile::remove(bak);
-    QFile::rename(filePath, bak);
-}
-
 /// The root object; empty, and the file moved aside if there is anything in it to rescue, when
 /// the content is none.
 QJsonObject readRoot(const QString& filePath)
 {
-    QFile file(filePath);
-    // A pipe would block and a device never end, so only a regular file counts as readable.
-    if (!QFileInfo(filePath).isFile() || !file.open(QIODevice::ReadOnly))
-        return {};
-    const bool isTooLarge = file.size() > StorageManager::MaxDocumentBytes;
-    const QByteArray bytes = isTooLarge ? QByteArray() : file.readAll();
-    // What a failing disk gave of the file says nothing about the file.
-    const bool hasReadError = file.error() != QFileDevice::NoError;
+    const QByteArray bytes = readOwnFile(filePath, StorageManager::MaxDocumentBytes);
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
-    file.close();
-
-    if (hasReadError)
-        return {};
-    if (!document.isObject() && (isTooLarge || !bytes.trimmed().isEmpty()))
-        quarantine(filePath);
+    if (!document.isObject() && !bytes.trimmed().isEmpty())
+        moveFileAside(filePath);
     return document.object();
 }
 
@@ -226,23 +203,4 @@ LauncherData StorageManager::loadData(const QString& filePath)
 void StorageManager::saveData(const QString& filePath, const LauncherData& data)
 {
     replaceFile(filePath, QJsonDocument(documentToJson(data)).toJson(QJsonDocument::Indented));
-}
-
-bool replaceFile(const QString& filePath, const QByteArray& content)
-{
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    // A disk that is full in the middle takes a part of the content and reports no error.
-    // QSaveFile would put that part in the place of the old file.
-    if (file.write(content) != content.size() || !file.flush())
-        file.cancelWriting();
-    return file.commit();
-}
-
-QByteArray readFile(const QString& filePath, qint64 maxBytes)
-{
-    QFile file(filePath);
-    const bool isReadable = QFileInfo(filePath).isFile() && file.size() <= maxBytes;
-    return isReadable && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -5,18 +5,8 @@
 
 #include "Types.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QtGlobal>
-
-/// Replaces a file by `content` in one step and synchronously: at any moment it is either the old
-/// one or the new one, whole. False if it can't be written, as on a full disk; then it stays as
-/// it was. A symbolic link stays one; the file it points to is replaced.
-bool replaceFile(const QString& filePath, const QByteArray& content);
-
-/// The content of a regular file of at most `maxBytes`; empty for any other, since a pipe would
-/// block and a device never end, and for one that can't be read.
-QByteArray readFile(const QString& filePath, qint64 maxBytes);
 
 /// Finds the data directory and carries the document between memory and "data.json".
 /// No state, GUI thread; shows nothing to the user and writes nothing to the log.
@@ -35,9 +25,9 @@ public:
     /// Reads the document, in the current or in the legacy shape. Never fails: whatever the file
     /// holds, the result has at least one category and a default among them.
     ///
-    /// A file that is missing, empty or unreadable is left alone. One that holds anything but a
-    /// JSON object is moved to `filePath` + ".bak", over an older one of that name, so that the
-    /// next save doesn't destroy what might be rescued by hand.
+    /// A file that is missing, empty or can't be opened is left alone. One that holds anything but
+    /// a JSON object, or whose reading breaks off, is moved aside as `moveFileAside` does, so that
+    /// the next save doesn't destroy what might be rescued by hand.
     static LauncherData loadData(const QString& filePath);
 
     /// Replaces the file by `data`, as `replaceFile` does. If it can't be written the caller isn't

@@ -3,6 +3,7 @@
 
 #include "FolderFilter.h"
 
+#include "Files.h"
 #include "StorageManager.h"
 
 #include <QDir>
@@ -91,7 +92,7 @@ void FolderFilter::load()
         return;
     // Set first, so that a file that is missing or broken is tried only once.
     s_loaded = true;
-    list() = fromBytes(readFile(filePath(), MaxFileBytes));
+    list() = fromBytes(readOwnFile(filePath(), MaxFileBytes));
 }
 
 void FolderFilter::save()

@@ -13,7 +13,7 @@
 class FolderFilter
 {
 public:
-    /// A larger file counts as unreadable.
+    /// A larger file is not read but moved aside, as `moveFileAside` does.
     static constexpr qint64 MaxFileBytes = 16LL * 1024 * 1024;
 
     FolderFilter() = delete;

@@ -3,6 +3,7 @@
 
 #include "UsageStats.h"
 
+#include "Files.h"
 #include "StorageManager.h"
 
 #include <QDateTime>
@@ -103,7 +104,7 @@ void UsageStats::load()
         return;
     // Set first, so that a file that is missing or broken is tried only once.
     s_loaded = true;
-    stats() = fromBytes(readFile(filePath(), MaxFileBytes));
+    stats() = fromBytes(readOwnFile(filePath(), MaxFileBytes));
 }
 
 void UsageStats::save()

@@ -24,7 +24,7 @@ public:
     using Map = QHash<QString, Stat>;
 
     static constexpr double HalfLifeDays = 30.0; ///< a score halves in this time
-    /// A larger file counts as unreadable.
+    /// A larger file is not read but moved aside, as `moveFileAside` does.
     static constexpr qint64 MaxFileBytes = 64LL * 1024 * 1024;
 
     UsageStats() = delete;

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QtGlobal>
+
+/// What came of reading a file whole.
+struct FileContent
+{
+    enum class State {
+        Absent,   ///< no such file, or none that can be opened, or no regular one
+        Whole,    ///< `bytes` is all of it
+        TooLarge, ///< not read
+        Broken    ///< the disk or the server failed in the middle of it
+    };
+
+    State state = State::Absent;
+    QByteArray bytes; ///< empty unless `state` is `Whole`
+};
+
+/// Reads a regular file of at most `maxBytes`. Nothing else is opened, since a pipe would block
+/// and a device never end.
+FileContent readFile(const QString& filePath, qint64 maxBytes);
+
+/// The same for a file that the program itself writes. One that is there but can't be read whole is
+/// moved aside, as `moveFileAside` does, or the next save would destroy what is in it; the result
+/// is empty then, as for one that is absent.
+QByteArray readOwnFile(const QString& filePath, qint64 maxBytes);
+
+/// Replaces a file by `content` in one step and synchronously: at any moment it is either the old
+/// one or the new one, whole. False if it can't be written, as on a full disk; then it stays as
+/// it was. A symbolic link stays one; the file it points to is replaced.
+bool replaceFile(const QString& filePath, const QByteArray& content);
+
+/// Renames a file to `filePath` + ".bak", over an older one of that name. If that fails it stays
+/// where it is, and the caller isn't told.
+void moveFileAside(const QString& filePath);
