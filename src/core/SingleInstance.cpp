@@ -9,7 +9,11 @@
 #include <QDebug>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QPointer>
 #include <QThread>
+#include <QTimer>
+
+#include <utility>
 
 namespace
 {
@@ -42,17 +46,65 @@ bool send(QLocalSocket& socket, const QByteArray& message)
     return socket.bytesToWrite() == 0 || socket.waitForBytesWritten(SingleInstance::WriteTimeoutMs);
 }
 
-QByteArray readMessage(QLocalSocket& client)
+/// Takes in what one client sends, without ever waiting for it, and acts on it. Ends with the
+/// client, which it drops when the message is there or nothing has come for a while.
+class Visit : public QObject
+{
+public:
+    Visit(QLocalSocket* client, QObject* context, std::function<void()> wake);
+
+private:
+    void read();
+    void end();
+
+    QLocalSocket* m_client;
+    QPointer<QObject> m_context;
+    std::function<void()> m_wake;
+    QTimer m_patience;
+    QByteArray m_data;
+};
+
+Visit::Visit(QLocalSocket* client, QObject* context, std::function<void()> wake)
+    : QObject(client), m_client(client), m_context(context), m_wake(std::move(wake))
 {
     // Some systems would take in all that a client sends while the first bytes are waited for.
-    client.setReadBufferSize(kReadBufferSize);
-    QByteArray data;
-    while (data.size() < kWakeMessage.size()) {
-        if (client.bytesAvailable() == 0 && !client.waitForReadyRead(SingleInstance::ReadTimeoutMs))
-            break;
-        data += client.readAll();
+    client->setReadBufferSize(kReadBufferSize);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(SingleInstance::ReadTimeoutMs);
+    connect(&m_patience, &QTimer::timeout, this, &Visit::end);
+    connect(client, &QLocalSocket::readyRead, this, &Visit::read);
+    connect(client, &QLocalSocket::disconnected, this, &Visit::end);
+    m_patience.start();
+    // What happened before is not announced again.
+    if (client->bytesAvailable() > 0)
+        read();
+    if (m_patience.isActive() && client->state() == QLocalSocket::UnconnectedState)
+        end();
+}
+
+void Visit::read()
+{
+    m_data += m_client->readAll();
+    if (m_data.size() >= kWakeMessage.size())
+        end();
+    else
+        m_patience.start();
+}
+
+void Visit::end()
+{
+    m_patience.stop();
+    m_client->disconnect(this);
+    // A client that has gone may have left something behind.
+    if (m_data.size() < kWakeMessage.size())
+        m_data += m_client->readAll();
+    m_client->deleteLater();
+    if (m_data != kWakeMessage) {
+        if (!m_data.isEmpty())
+            qWarning() << "IPC: menerima data tak dikenal:" << m_data;
+    } else if (m_context) {
+        m_wake();
     }
-    return data;
 }
 
 } // namespace
@@ -99,29 +151,15 @@ void SingleInstance::listen(QLocalServer& server, const QString& ipcServerName)
     }
 }
 
-void SingleInstance::handleConnection(QLocalServer& server, const std::function<void()>& wake)
-{
-    QLocalSocket* client = server.nextPendingConnection();
-    if (!client)
-        return;
-    const QByteArray data = readMessage(*client);
-    if (data == kWakeMessage)
-        wake();
-    else if (!data.isEmpty())
-        qWarning() << "IPC: menerima data tak dikenal:" << data;
-    client->deleteLater();
-}
-
 void SingleInstance::serve(QLocalServer& server, QObject* context,
                            const std::function<void()>& wake)
 {
-    QObject::connect(&server, &QLocalServer::newConnection, context,
-                     [&server, wake] { handleConnection(server, wake); });
+    const auto receive = [&server, context, wake] {
+        while (QLocalSocket* client = server.nextPendingConnection())
+            new Visit(client, context, wake);
+    };
+    QObject::connect(&server, &QLocalServer::newConnection, context, receive);
     // On Windows the server tells of a client that came while it was being set up at once, when
     // nobody can listen to it yet.
-    const auto handleEarlyOnes = [&server, wake] {
-        while (server.hasPendingConnections())
-            handleConnection(server, wake);
-    };
-    QMetaObject::invokeMethod(context, handleEarlyOnes, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(context, receive, Qt::QueuedConnection);
 }

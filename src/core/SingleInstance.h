@@ -10,7 +10,6 @@
 
 class QLocalServer;
 class QObject;
-class QLocalSocket;
 
 /// The rule of one process per install directory: how an install is named, how a second start wakes
 /// the first, and what the first makes of it. Main thread only.
@@ -42,11 +41,9 @@ public:
     /// woken.
     static void listen(QLocalServer& server, const QString& ipcServerName);
 
-    /// Takes the next connection of `server` and calls `wake` if the client sent just the wake
-    /// message. Blocks for at most `ReadTimeoutMs` per read.
-    static void handleConnection(QLocalServer& server, const std::function<void()>& wake);
-
-    /// From now on handles each connection of a listening `server`, as long as `context` lives, and
-    /// those that are there already in the next turn of the event loop.
+    /// From now on, as long as `context` lives, takes each connection of a listening `server`, and
+    /// in the next turn of the event loop those that are there already, and calls `wake` if the
+    /// client sends just the wake message. Waits for nobody: clients are read as their bytes come,
+    /// each being dropped after `ReadTimeoutMs` without any.
     static void serve(QLocalServer& server, QObject* context, const std::function<void()>& wake);
 };
