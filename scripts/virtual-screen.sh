@@ -55,6 +55,7 @@ make_private_home() {
     export HOME=$screen_home/home
     export XDG_DATA_HOME=$HOME/.local/share XDG_CONFIG_HOME=$HOME/.config
     export XDG_CACHE_HOME=$HOME/.cache XDG_STATE_HOME=$HOME/.local/state
+    # Lock and socket of the program lie there: those of whoever sits at the machine stay untouched.
     export XDG_RUNTIME_DIR=$screen_home/run
     mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME"
     mkdir -m 700 "$XDG_RUNTIME_DIR"

@@ -4,6 +4,7 @@
 #include "SingleInstance.h"
 
 #include "platform/Foreground.h"
+#include "platform/LocalServer.h"
 
 #include <QCryptographicHash>
 #include <QDebug>
@@ -22,14 +23,25 @@ const QByteArray kWakeMessage = QByteArrayLiteral("SHOW");
 constexpr int kInstanceKeyLength = 16;
 constexpr qint64 kReadBufferSize = 4096; // in bytes
 
+bool connectOnce(QLocalSocket& socket, const QString& ipcServerName)
+{
+    for (const QString& place : Platform::localServerPlaces(ipcServerName)) {
+        if (Platform::isHeldByAnotherUser(place))
+            continue;
+        socket.connectToServer(place, QIODevice::ReadWrite);
+        if (socket.waitForConnected(SingleInstance::ConnectTimeoutMs))
+            return true;
+    }
+    return false;
+}
+
 bool connectTo(QLocalSocket& socket, const QString& ipcServerName)
 {
     for (int attempt = 0; attempt < SingleInstance::ConnectAttempts; ++attempt) {
         // The first instance holds its lock a moment before its server listens.
         if (attempt > 0)
             QThread::msleep(SingleInstance::AttemptPauseMs);
-        socket.connectToServer(ipcServerName, QIODevice::ReadWrite);
-        if (socket.waitForConnected(SingleInstance::ConnectTimeoutMs))
+        if (connectOnce(socket, ipcServerName))
             return true;
     }
     return false;
@@ -44,6 +56,18 @@ bool send(QLocalSocket& socket, const QByteArray& message)
         return false;
     // With nothing left to write the wait would say false.
     return socket.bytesToWrite() == 0 || socket.waitForBytesWritten(SingleInstance::WriteTimeoutMs);
+}
+
+/// The place that no other user holds, or the last one, where the failure to listen will tell.
+QString placeToListen(const QString& ipcServerName)
+{
+    QString chosen;
+    for (const QString& place : Platform::localServerPlaces(ipcServerName)) {
+        chosen = place;
+        if (!Platform::isHeldByAnotherUser(place))
+            break;
+    }
+    return chosen;
 }
 
 /// Takes in what one client sends, without ever waiting for it, and acts on it. Ends with the
@@ -142,9 +166,10 @@ void SingleInstance::handOver(const QString& ipcServerName)
 
 void SingleInstance::listen(QLocalServer& server, const QString& ipcServerName)
 {
-    QLocalServer::removeServer(ipcServerName);
+    const QString place = placeToListen(ipcServerName);
+    QLocalServer::removeServer(place);
     server.setSocketOptions(QLocalServer::UserAccessOption);
-    if (!server.listen(ipcServerName)) {
+    if (!server.listen(place)) {
         qWarning() << "Gagal membuat IPC server:" << server.errorString()
                    << "- fitur 'bangunkan window' dari instance kedua tidak akan berfungsi untuk "
                       "sesi ini.";

@@ -37,8 +37,8 @@ public:
     static void handOver(const QString& ipcServerName);
 
     /// Makes `server` listen under the name, in place of what a crashed run may have left there,
-    /// for clients of the same user. A failure is logged; the program then runs without being
-    /// woken.
+    /// for clients of the same user; where on the system that is, both sides find out by the same
+    /// rule. A failure is logged; the program then runs without being woken.
     static void listen(QLocalServer& server, const QString& ipcServerName);
 
     /// From now on, as long as `context` lives, takes each connection of a listening `server`, and

@@ -5,6 +5,7 @@
 #include "SingleInstance.h"
 #include "TestHome.h"
 #include "platform/InstanceLock.h"
+#include "platform/LocalServer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -88,7 +89,7 @@ private slots:
 
 private:
     /// Where the server lies, as both sides find it.
-    QString place() const { return m_name; }
+    QString place() const { return Platform::localServerPlaces(m_name).constFirst(); }
     void listenAndServe();
     void countVisit();
     /// Sends the pieces, each after a pause, and stays until it is dropped; one that `leaves` goes

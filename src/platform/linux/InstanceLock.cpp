@@ -3,9 +3,10 @@
 
 #include "platform/InstanceLock.h"
 
+#include "platform/linux/RuntimeDirectory.h"
+
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 #include <cerrno>
 
@@ -15,7 +16,7 @@
 
 bool Platform::acquireInstanceLock(const QString& name)
 {
-    const QString directory = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString directory = runtimeDirectory();
     if (directory.isEmpty())
         return false;
     // Closed on exec, or every program that is launched would keep the lock alive after us.
