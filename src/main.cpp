@@ -61,10 +61,36 @@ void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer
     SingleInstance::serve(server, &window, [&window] { window.wake(); });
 }
 
-int runPrimary(const QString& ipcServerName)
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Orlimo"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Orlimo"));
+}
+
+/// False if another process is the one instance of this install, which has been woken then.
+bool isPrimaryInstance(const QString& instanceKey)
+{
+    if (Platform::acquireInstanceLock(SingleInstance::mutexName(instanceKey)))
+        return true;
+    SingleInstance::handOver(SingleInstance::ipcServerName(instanceKey));
+    return false;
+}
+
+/// A running instance has a display of its own, so a further start wakes it from anywhere.
+int startWithoutDisplay(int argc, char** argv, const QString& problem)
+{
+    const QCoreApplication app(argc, argv);
+    nameApplication();
+    if (!isPrimaryInstance(SingleInstance::instanceKey(QCoreApplication::applicationDirPath())))
+        return EXIT_SUCCESS;
+    std::fprintf(stderr, "%s\n", qPrintable(problem));
+    return EXIT_FAILURE;
+}
+
+int runPrimary(const QString& instanceKey)
 {
     QLocalServer server;
-    SingleInstance::listen(server, ipcServerName);
+    SingleInstance::listen(server, SingleInstance::ipcServerName(instanceKey));
     loadTextFont();
     qApp->setStyleSheet(kScrollBarStyle);
 
@@ -83,22 +109,14 @@ int main(int argc, char** argv)
     qInstallMessageHandler(fileMessageHandler);
     Platform::detachFromConsole();
     const QString problem = Platform::prepareDisplay(argc, argv);
-    if (!problem.isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(problem));
-        return EXIT_FAILURE;
-    }
+    if (!problem.isEmpty())
+        return startWithoutDisplay(argc, argv, problem);
 
     QApplication app(argc, argv);
     Platform::watchDisplay();
     QApplication::setQuitOnLastWindowClosed(false);
-    QCoreApplication::setApplicationName(QStringLiteral("Orlimo"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Orlimo"));
+    nameApplication();
 
     const QString instanceKey = SingleInstance::instanceKey(QCoreApplication::applicationDirPath());
-    const QString ipcServerName = SingleInstance::ipcServerName(instanceKey);
-    if (!Platform::acquireInstanceLock(SingleInstance::mutexName(instanceKey))) {
-        SingleInstance::handOver(ipcServerName);
-        return EXIT_SUCCESS;
-    }
-    return runPrimary(ipcServerName);
+    return isPrimaryInstance(instanceKey) ? runPrimary(instanceKey) : EXIT_SUCCESS;
 }

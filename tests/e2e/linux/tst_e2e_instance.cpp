@@ -154,6 +154,9 @@ void E2eInstance::furtherStartFindsTheFirst_data()
     QTest::addColumn<QString>("value");
     QTest::newRow("another temporary directory") << "TMPDIR"
                                                  << "/";
+    QTest::newRow("no display") << "DISPLAY" << QString();
+    QTest::newRow("a display that isn't there") << "DISPLAY"
+                                                << ":4711";
 }
 
 void E2eInstance::furtherStartFindsTheFirst()
