@@ -4,10 +4,10 @@
 #include "IconHelper.h"
 
 #include "FontResource.h"
+#include "platform/PathLocality.h"
 
 #include <QColor>
 #include <QFile>
-#include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -120,12 +120,8 @@ uint IconHelper::glyphCode(const QString& token)
 
 bool IconHelper::hasCustomImage(const QString& iconPath)
 {
-    return !iconPath.isEmpty() && !isGlyphToken(iconPath) && QFile::exists(iconPath);
-}
-
-QPixmap IconHelper::customImage(const QString& iconPath)
-{
-    return QFileInfo(iconPath).isFile() ? QPixmap(iconPath) : QPixmap();
+    return !iconPath.isEmpty() && !isGlyphToken(iconPath) && Platform::isLocalPath(iconPath) &&
+           QFile::exists(iconPath);
 }
 
 uint IconHelper::codepointForType(const QString& type)

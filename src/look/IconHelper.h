@@ -10,7 +10,6 @@
 
 class QColor;
 class QPainter;
-class QPixmap;
 class QPointF;
 class QSize;
 
@@ -88,11 +87,9 @@ public:
     static bool isGlyphToken(const QString& iconPath);
     /// The codepoint of a token; 0 if `token` is no token, is malformed, or names no character.
     static uint glyphCode(const QString& token);
-    /// True if `iconPath` names something that exists on disk; it need not be a readable image.
+    /// True if `iconPath` names something that exists on a disk of this machine; it need not be a
+    /// readable image. Looks at the disk: what paints asks `ItemImages`.
     static bool hasCustomImage(const QString& iconPath);
-    /// The image in that file; null if it is none. Opens plain files only, since reading a pipe
-    /// would hold up whoever paints.
-    static QPixmap customImage(const QString& iconPath);
 
     /// Exact comparison; any unknown type gives the link glyph.
     static uint codepointForType(const QString& type);

@@ -12,6 +12,7 @@
 #include "GlyphWidgets.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
+#include "ItemImages.h"
 #include "Localization.h"
 #include "SpotlightResultDelegate.h"
 #include "Theme.h"
@@ -171,6 +172,7 @@ void SpotlightWindow::buildResultsPanel()
     m_rowDelegate->setFirstRowTopRadius(kRowEndRadius);
     m_rowDelegate->setLastRowBottomRadius(kRowEndRadius);
     m_resultsList->setItemDelegate(m_rowDelegate);
+    ItemImages::repaintOnArrival(m_resultsList->viewport());
     panelLayout->addWidget(m_resultsList);
     clipRowsToPanel();
 }

@@ -4,6 +4,7 @@
 #include "GlyphWidgets.h"
 
 #include "IconHelper.h"
+#include "ItemImages.h"
 #include "Keys.h"
 #include "Theme.h"
 
@@ -167,6 +168,7 @@ void GlyphButton::paintEvent(QPaintEvent* event)
 GlyphBadge::GlyphBadge(QWidget* parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::NoFocus);
+    ItemImages::repaintOnArrival(this);
 }
 
 void GlyphBadge::setItem(const QString& iconPath, const QString& type)
@@ -183,11 +185,12 @@ void GlyphBadge::paintInto(QPainter* p, const QRectF& box, const QString& iconPa
         return;
     p->save();
     p->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (IconHelper::hasCustomImage(iconPath)) {
-        const QPixmap image = IconHelper::customImage(iconPath);
-        if (!image.isNull())
-            p->drawPixmap(box.toRect(), image);
-    } else {
+    const QRect square = box.toRect();
+    const ItemImages::Picture picture = ItemImages::find(
+        iconPath, square.size(), p->device()->devicePixelRatio(), Qt::IgnoreAspectRatio);
+    if (picture.state == ItemImages::State::Ready) {
+        p->drawPixmap(square, picture.pixmap);
+    } else if (picture.state == ItemImages::State::None) {
         const ColorTokens tones = getItemTheme();
         p->setPen(Qt::NoPen);
         p->setBrush(QColor(tones.container));

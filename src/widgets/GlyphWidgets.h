@@ -90,7 +90,8 @@ public:
     void setItem(const QString& iconPath, const QString& type);
 
     /// Draws a badge into `box`. An image is stretched to it; a file that exists but cannot be
-    /// decoded leaves the box empty. The painter's state stays as it was.
+    /// decoded leaves the box empty, as does one that has not been read yet: name a widget that
+    /// paints badges to `ItemImages::repaintOnArrival`. The painter's state stays as it was.
     static void paintInto(QPainter* p, const QRectF& box, const QString& iconPath,
                           const QString& type);
 

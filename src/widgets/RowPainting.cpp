@@ -4,6 +4,7 @@
 #include "RowPainting.h"
 
 #include "IconHelper.h"
+#include "ItemImages.h"
 #include "ItemRoles.h"
 #include "Theme.h"
 
@@ -21,14 +22,14 @@ namespace
 constexpr qsizetype kNarrowCharacters = 256;
 constexpr char16_t kEllipsis = u'\u2026';
 
-/// Draws a picture as large as it fits into a box, in its own shape.
+/// Draws a picture in the middle of a box, on whole pixels of the screen.
 void drawPicture(QPainter* painter, const QRect& box, const QPixmap& picture)
 {
-    const QPixmap scaled =
-        picture.scaled(box.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QRect target(QPoint(0, 0), scaled.size());
-    target.moveCenter(box.center());
-    painter->drawPixmap(target, scaled);
+    const qreal ratio = picture.devicePixelRatio();
+    const QRect pixels(QPoint(0, 0), (QSizeF(box.size()) * ratio).toSize());
+    QRect target(QPoint(0, 0), picture.size());
+    target.moveCenter(pixels.center());
+    painter->drawPixmap(box.topLeft() + QPointF(target.topLeft()) / ratio, picture);
 }
 
 } // namespace
@@ -91,16 +92,17 @@ void RowPainting::drawGlyphCircle(QPainter* painter, const Circle& circle, uint 
 void RowPainting::drawItemCircle(QPainter* painter, const Circle& circle, int pictureInset,
                                  const QString& token, const QString& type)
 {
-    if (!IconHelper::hasCustomImage(token)) {
+    const QRect box =
+        circle.rect.adjusted(pictureInset, pictureInset, -pictureInset, -pictureInset);
+    const ItemImages::Picture picture =
+        ItemImages::find(token, box.size(), painter->device()->devicePixelRatio());
+    if (picture.state == ItemImages::State::None) {
         drawGlyphCircle(painter, circle, IconHelper::codepointForItem(token, type));
         return;
     }
     fillCircle(painter, circle);
-    const QRect box =
-        circle.rect.adjusted(pictureInset, pictureInset, -pictureInset, -pictureInset);
-    const QPixmap image = IconHelper::customImage(token);
-    if (!image.isNull())
-        drawPicture(painter, box, image);
+    if (picture.state == ItemImages::State::Ready)
+        drawPicture(painter, box, picture.pixmap);
 }
 
 QPainterPath RowPainting::twoRadiusPath(const QRect& rect, qreal topRadius, qreal bottomRadius)

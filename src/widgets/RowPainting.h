@@ -51,7 +51,8 @@ void drawGlyphCircle(QPainter* painter, const Circle& circle, uint glyph);
 
 /// Fills a circle and draws the icon of an item in it: its picture, as large as it fits in its own
 /// shape into the circle's square less `pictureInset` pixels on each side, or else its glyph. A
-/// picture that can't be read leaves the circle empty.
+/// picture that can't be read leaves the circle empty, as does one that has not been read yet: name
+/// the view's viewport to `ItemImages::repaintOnArrival`.
 /// \param token icon string of the item
 void drawItemCircle(QPainter* painter, const Circle& circle, int pictureInset, const QString& token,
                     const QString& type);

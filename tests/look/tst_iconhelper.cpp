@@ -5,7 +5,6 @@
 #include "Pixels.h"
 #include "TestHome.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFontDatabase>
 #include <QGlyphRun>
@@ -75,8 +74,6 @@ private slots:
     void isGlyphToken_data();
     void isGlyphToken();
     void hasCustomImage();
-    void customImage();
-    void imageThatIsAPipeHoldsNobodyUp();
     void codepointForType_data();
     void codepointForType();
     void glyphForItem_data();
@@ -99,26 +96,6 @@ private slots:
     void centeringPadIsBoundedByTheRoom_data();
     void centeringPadIsBoundedByTheRoom();
 };
-
-void IconHelperTest::customImage()
-{
-    const QString path = QDir(TestHome::dataDir()).filePath(QStringLiteral("picture.png"));
-    QImage picture(3, 2, QImage::Format_ARGB32);
-    picture.fill(Qt::red);
-    QVERIFY(picture.save(path));
-    QCOMPARE(IconHelper::customImage(path).size(), QSize(3, 2));
-    QVERIFY(IconHelper::customImage(TestHome::writeDataFile("no.png", "no picture")).isNull());
-    QVERIFY(IconHelper::customImage(TestHome::dataDir()).isNull());
-    QVERIFY(IconHelper::customImage(QStringLiteral("missing.png")).isNull());
-}
-
-void IconHelperTest::imageThatIsAPipeHoldsNobodyUp()
-{
-    const QString path = QDir(TestHome::dataDir()).filePath(QStringLiteral("pipe.png"));
-    // Where there is no such command there are no such files, and the path is merely missing.
-    QProcess::execute(QStringLiteral("mkfifo"), {path});
-    QVERIFY(IconHelper::customImage(path).isNull());
-}
 
 void IconHelperTest::fontsAreLoadedByTheFirstUse()
 {

@@ -3,6 +3,7 @@
 
 #include "IconHelper.h"
 #include "Localization.h"
+#include "Pictures.h"
 #include "Pixels.h"
 #include "SpotlightResultDelegate.h"
 #include "TestHome.h"
@@ -51,10 +52,11 @@ Roles with(Roles roles, int role, const QVariant& value)
     return roles;
 }
 
-/// What the delegate draws of one row, on a transparent ground.
+/// What the delegate draws of one row, on a transparent ground, once it knows the row's picture.
 QImage painted(const Roles& roles, QStyle::State state = QStyle::State_Enabled,
                const Delegate& delegate = Delegate(nullptr), const QRect& rect = kRow)
 {
+    pictureOnceRead(roles.value(Delegate::RoleIconToken).toString(), kIconBox.size());
     QStandardItemModel model(1, 1);
     model.setItemData(model.index(0, 0), roles);
     QImage image(rect.right() + 21, rect.bottom() + 21, QImage::Format_ARGB32_Premultiplied);
@@ -169,6 +171,8 @@ private slots:
     void nullIconCountsAsNone();
     void customImageKeepsItsShape_data();
     void customImageKeepsItsShape();
+    void customImageIsSharpOnAFineScreen();
+    void imageThatIsNotReadYetPaintsNothing();
     void brokenImagePaintsNothing();
     void missingImageGivesTheGlyph();
 
@@ -702,6 +706,46 @@ void SpotlightResultDelegateTest::customImageKeepsItsShape()
     QCOMPARE(box.size(), expected.size());
     QVERIFY((box.topLeft() - expected.topLeft()).manhattanLength() <= 1);
     QCOMPARE(countOf(image, box, Qt::red), box.width() * box.height());
+}
+
+void SpotlightResultDelegateTest::customImageIsSharpOnAFineScreen()
+{
+    // One column of pixels in red and the next in blue, which any scaling would blur.
+    QImage stripes(44, 44, QImage::Format_RGB32);
+    for (int x = 0; x < stripes.width(); ++x) {
+        for (int y = 0; y < stripes.height(); ++y)
+            stripes.setPixelColor(x, y, x % 2 == 0 ? Qt::red : Qt::blue);
+    }
+    const QString path = imageFile(QStringLiteral("stripes.png"), stripes);
+    pictureOnceRead(path, kIconBox.size(), 2.0);
+    QStandardItemModel model(1, 1);
+    model.setItemData(model.index(0, 0), with(row(QString()), Delegate::RoleIconToken, path));
+    QImage image(800, 400, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2.0);
+    QStyleOptionViewItem option;
+    option.rect = kRow;
+    QPainter painter(&image);
+    Delegate(nullptr).paint(&painter, option, model.index(0, 0));
+    painter.end();
+    image.setDevicePixelRatio(1.0);
+    const QRect pixels(kIconBox.topLeft() * 2, kIconBox.size() * 2);
+    QCOMPARE(image.copy(pixels).convertToFormat(stripes.format()), stripes);
+}
+
+void SpotlightResultDelegateTest::imageThatIsNotReadYetPaintsNothing()
+{
+    const QString path = imageFile(QStringLiteral("late.png"), plainImage(22, 22, Qt::red));
+    QStandardItemModel model(1, 1);
+    model.setItemData(model.index(0, 0), with(row(QString()), Delegate::RoleIconToken, path));
+    QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
+    QStyleOptionViewItem option;
+    option.rect = kRow;
+    QPainter painter(&image);
+    Delegate(nullptr).paint(&painter, option, model.index(0, 0));
+    painter.end();
+    QCOMPARE(countOf(image, kIconBox, QColor(Theme::colors().surfaceVariant)), 22 * 22);
+    const Roles late = with(row(QString()), Delegate::RoleIconToken, path);
+    QCOMPARE(countOf(painted(late), kIconBox, Qt::red), 22 * 22);
 }
 
 void SpotlightResultDelegateTest::brokenImagePaintsNothing()

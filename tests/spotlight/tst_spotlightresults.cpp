@@ -5,6 +5,7 @@
 #include "FakeApplications.h"
 #include "FakeFileSystem.h"
 #include "FileIndex.h"
+#include "ItemImages.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "SpotlightFixture.h"
@@ -167,6 +168,7 @@ private slots:
     void languageOfHeaders();
 
     void rowRecords();
+    void rowIsPaintedAgainOnceItsPictureIsRead();
     void headerRecords();
     void groupEdges();
     void rowsKeepStrangeNames_data();
@@ -581,6 +583,24 @@ void SpotlightResultsTest::rowRecords()
     QVERIFY(item->flags().testFlag(Qt::ItemIsEnabled));
     QVERIFY(item->flags().testFlag(Qt::ItemIsSelectable));
     QVERIFY(!item->flags().testFlag(Qt::ItemIsEditable));
+}
+
+void SpotlightResultsTest::rowIsPaintedAgainOnceItsPictureIsRead()
+{
+    LauncherElement item = makeItem("note", "URL");
+    item.iconPath = TestHome::writeDataFile(QStringLiteral("row.png"), {});
+    QImage picture(22, 22, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(item.iconPath));
+    f->setItems({item});
+    f->pressHotkey();
+    QVERIFY(QTest::qWaitForWindowExposed(&f->window));
+    const PaintWatcher watcher(f->list()->viewport(), [&item] {
+        return ItemImages::find(item.iconPath, {22, 22}, 1.0).state == ItemImages::State::Ready;
+    });
+    type("note");
+    QTRY_VERIFY(watcher.wasTrue());
+    QVERIFY(!Pixels::boxOfColor(Pixels::imageOf(*f->list()->viewport()), Qt::red).isEmpty());
 }
 
 void SpotlightResultsTest::headerRecords()

@@ -9,6 +9,9 @@
 #include <QPainter>
 #include <QWidget>
 
+#include <functional>
+#include <utility>
+
 /// Looks at what widgets paint.
 namespace Pixels
 {
@@ -89,4 +92,27 @@ protected:
         count += event->type() == QEvent::Paint ? 1 : 0;
         return QObject::eventFilter(watched, event);
     }
+};
+
+/// Asks a question at each paint of a widget.
+class PaintWatcher : public QObject
+{
+public:
+    PaintWatcher(QWidget* watched, std::function<bool()> question) : m_question(std::move(question))
+    {
+        watched->installEventFilter(this);
+    }
+
+    bool wasTrue() const { return m_wasTrue; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_wasTrue = m_wasTrue || (event->type() == QEvent::Paint && m_question());
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<bool()> m_question;
+    bool m_wasTrue = false;
 };

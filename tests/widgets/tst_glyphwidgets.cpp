@@ -3,6 +3,7 @@
 
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
+#include "Pictures.h"
 #include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
@@ -97,14 +98,14 @@ private:
 };
 
 /// An opaque picture file, the left half red and the right half blue.
-QString writePicture()
+QString writePicture(const QString& name = QStringLiteral("picture.png"))
 {
     QImage image(10, 4, QImage::Format_RGB32);
     image.fill(Qt::red);
     QPainter painter(&image);
     painter.fillRect(5, 0, 5, 4, Qt::blue);
     painter.end();
-    QString file = QDir(TestHome::dataDir()).filePath(QStringLiteral("picture.png"));
+    QString file = QDir(TestHome::dataDir()).filePath(name);
     if (!image.save(file))
         qFatal("cannot write %s", qPrintable(file));
     return file;
@@ -160,6 +161,7 @@ private slots:
     void badgeWithoutPainterOrBox();
     void badgeWidgetCentresItsSquare_data();
     void badgeWidgetCentresItsSquare();
+    void badgeIsPaintedAgainOnceItsPictureIsRead();
     void badgeRepaintsOnSetItem();
 
     void swatchIsAFixedFocusableCircle();
@@ -456,9 +458,10 @@ void GlyphWidgetsTest::badgeShowsAGlyphOnACircle()
     Theme::forceTheme = mode;
     const ColorTokens tones = getItemTheme();
     // A path that leads nowhere counts as no choice.
-    const QImage image = painted({44, 44}, [](QPainter& p) {
-        GlyphBadge::paintInto(&p, QRectF(0, 0, 44, 44), QStringLiteral("/nowhere/x.png"),
-                              QStringLiteral("Bulk"));
+    const QString path = QStringLiteral("/nowhere/x.png");
+    pictureOnceRead(path, {44, 44}, 1.0, Qt::IgnoreAspectRatio);
+    const QImage image = painted({44, 44}, [&path](QPainter& p) {
+        GlyphBadge::paintInto(&p, QRectF(0, 0, 44, 44), path, QStringLiteral("Bulk"));
     });
     QCOMPARE(Pixels::inkBox(image), QRect(0, 0, 44, 44));
     QCOMPARE(image.pixelColor(22, 3), QColor(tones.container));
@@ -507,6 +510,7 @@ void GlyphWidgetsTest::badgeGlyphFollowsTheItem()
     QFETCH(const QString, type);
     QFETCH(const uint, glyph);
     const QRectF box(0, 0, 66, 66);
+    pictureOnceRead(iconPath, {66, 66}, 1.0, Qt::IgnoreAspectRatio);
     const ColorTokens tones = getItemTheme();
     const QImage wanted = painted({66, 66}, [&](QPainter& p) {
         p.setPen(Qt::NoPen);
@@ -522,6 +526,7 @@ void GlyphWidgetsTest::badgeGlyphFollowsTheItem()
 void GlyphWidgetsTest::badgeStretchesImages()
 {
     const QString file = writePicture();
+    pictureOnceRead(file, {40, 40}, 1.0, Qt::IgnoreAspectRatio);
     const QImage image = painted({60, 60}, [&file](QPainter& p) {
         GlyphBadge::paintInto(&p, QRectF(10.2, 10.4, 40, 40), file, QStringLiteral("URL"));
     });
@@ -536,6 +541,7 @@ void GlyphWidgetsTest::badgeOfAnUnreadableImageIsEmpty()
     const QString file = TestHome::writeDataFile(QStringLiteral("broken.png"), "not a picture");
     const QRectF box(0, 0, 44, 44);
     for (const QString& path : {file, TestHome::dataDir()}) {
+        pictureOnceRead(path, {44, 44}, 1.0, Qt::IgnoreAspectRatio);
         QCOMPARE(painted({44, 44},
                          [&](QPainter& p) {
                              GlyphBadge::paintInto(&p, box, path, QStringLiteral("URL"));
@@ -548,6 +554,7 @@ void GlyphWidgetsTest::badgeKeepsThePainterState()
 {
     const QString file = writePicture();
     for (const QString& path : {QString(), file}) {
+        pictureOnceRead(path, {44, 44}, 1.0, Qt::IgnoreAspectRatio);
         QImage image = Pixels::canvas({44, 44});
         QPainter painter(&image);
         const QPen pen(Qt::darkYellow, 3);
@@ -592,6 +599,21 @@ void GlyphWidgetsTest::badgeWidgetCentresItsSquare()
     badge.resize(size);
     badge.setItem(QString(), QStringLiteral("File"));
     QTEST(Pixels::inkBox(Pixels::imageOf(badge)), "square");
+}
+
+void GlyphWidgetsTest::badgeIsPaintedAgainOnceItsPictureIsRead()
+{
+    const QString file = writePicture(QStringLiteral("late.png"));
+    auto* badge = new GlyphBadge;
+    badge->setItem(file, QStringLiteral("URL"));
+    const Stage stage(badge);
+    const PaintWatcher watcher(badge, [&file, badge] {
+        const int side = badge->height();
+        return ItemImages::find(file, {side, side}, 1.0, Qt::IgnoreAspectRatio).state ==
+               ItemImages::State::Ready;
+    });
+    QTRY_VERIFY(watcher.wasTrue());
+    QVERIFY(!Pixels::boxOfColor(Pixels::imageOf(*badge), Qt::red).isEmpty());
 }
 
 void GlyphWidgetsTest::badgeRepaintsOnSetItem()
