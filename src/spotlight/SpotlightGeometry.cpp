@@ -90,12 +90,6 @@ void SpotlightWindow::syncShadowLayers()
     m_shadowLayer->setGeometry(m_shell->geometry());
 }
 
-void SpotlightWindow::resizeEvent(QResizeEvent* event)
-{
-    FramelessWindow::resizeEvent(event);
-    syncShadowLayers();
-}
-
 void SpotlightWindow::placeOnScreen()
 {
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {

@@ -78,12 +78,7 @@ void SpotlightWindow::buildShell()
     root->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
     root->setSpacing(0);
 
-    // Outside any layout: the shell itself is transparent, and a shadow needs one solid shape.
-    m_shadowLayer = new QFrame(this);
-    m_shadowLayer->setObjectName(QStringLiteral("spotlightShadowLayer"));
-    m_shadowLayer->setFrameShape(QFrame::NoFrame);
-    m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_dropShadow = addShadow(m_shadowLayer);
+    buildShadowLayer(QStringLiteral("spotlightShadowLayer"), kShellRadius);
 
     m_shell = new QFrame(this);
     m_shell->setObjectName(QStringLiteral("spotlightShell"));
@@ -313,7 +308,7 @@ void SpotlightWindow::applyThemeColors()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(kShellRadius));
-    tintShadow(m_dropShadow);
+    tintShadow();
     applySearchStripStyle();
     m_addFilterBtn->setText(Tr::t(QStringLiteral("spotlight.filter_add")));
     PillStyle::applyResting(m_addFilterBtn, Glyph::Add, false);

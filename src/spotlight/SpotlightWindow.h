@@ -23,7 +23,6 @@ class GlyphButton;
 class GlyphLabel;
 class LauncherModel;
 class QFrame;
-class QGraphicsDropShadowEffect;
 class QListWidget;
 class QListWidgetItem;
 class QMenu;
@@ -107,12 +106,12 @@ signals:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void prepareShow() override;
     void placeOnScreen() override;
     void finishShow() override;
     bool isDragEndedBy(Qt::MouseButton button) const override;
     void dragged() override;
+    void syncShadowLayers() override;
 
 private:
     struct Group;
@@ -134,7 +133,6 @@ private:
 
     void applySearchStripStyle();
     void applyResultsLayout(int rowCount);
-    void syncShadowLayers();
 
     void addCalculatorGroup(const QString& text);
     void addOwnItemGroups(const QString& text, const QStringList& scopeKeys);
@@ -163,7 +161,6 @@ private:
     QStringList m_scopeKeys; ///< empty: all scopes
     LauncherModel* m_model = nullptr;
     QFrame* m_shell = nullptr;
-    QFrame* m_shadowLayer = nullptr;
     QFrame* m_searchPill = nullptr;
     QFrame* m_searchBox = nullptr;
     bool m_resultsShown = false;
@@ -177,7 +174,6 @@ private:
     QListWidget* m_resultsList = nullptr;
     SpotlightResultDelegate* m_rowDelegate = nullptr;
     GlobalHotkeyController* m_hotkeyController = nullptr;
-    QGraphicsDropShadowEffect* m_dropShadow = nullptr;
     QPoint m_anchorPos; ///< where the window stands before it grows
     bool m_anchorValid = false;
     int m_panelHeight = -1; ///< last applied

@@ -72,6 +72,7 @@ MainWindow::MainWindow(QWidget* parent) : FramelessWindow(parent)
     setFixedSize(WINDOW_WIDTH_GRID, WINDOW_HEIGHT_GRID);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN, SHADOW_MARGIN);
+    buildShadowLayer(QStringLiteral("bgShadowLayer"), Theme::Rad_Lg);
     setupUI();
     QCoreApplication::instance()->installEventFilter(this);
     QTimer::singleShot(kBlockerResetMs, this, [] {
@@ -317,9 +318,9 @@ void MainWindow::buildBackground()
                        "border-radius: %2px; }")
             .arg(Theme::shellBg())
             .arg(Theme::Rad_Lg));
-    addShadow(m_bgContainer);
     layout()->addWidget(m_bgContainer);
-    CardShape::attach(this, m_bgContainer, Theme::Rad_Lg);
+    tintShadow();
+    CardShape::attach(this, m_bgContainer, Theme::Rad_Lg, m_shadowLayer);
 }
 
 void MainWindow::buildPages()

@@ -4,11 +4,12 @@
 #include "FramelessWindow.h"
 
 #include "AutoQuitBlocker.h"
+#include "CardShadow.h"
 #include "Theme.h"
 #include "platform/Foreground.h"
 
 #include <QApplication>
-#include <QGraphicsDropShadowEffect>
+#include <QFrame>
 #include <QMouseEvent>
 #include <QPropertyAnimation>
 #include <QTimer>
@@ -153,17 +154,43 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent* event)
     QWidget::mouseReleaseEvent(event);
 }
 
-QGraphicsDropShadowEffect* FramelessWindow::addShadow(QWidget* card)
+void FramelessWindow::buildShadowLayer(const QString& objectName, int radiusPx)
 {
-    auto* shadow = new QGraphicsDropShadowEffect(card);
-    shadow->setBlurRadius(kShadowBlur);
-    shadow->setOffset(0, kShadowOffsetY);
-    tintShadow(shadow);
-    card->setGraphicsEffect(shadow);
-    return shadow;
+    m_shadowLayer = new QFrame(this);
+    m_shadowLayer->setObjectName(objectName);
+    m_shadowLayer->setFrameShape(QFrame::NoFrame);
+    m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_shadowLayer->lower();
+    m_dropShadow = new CardShadow(m_shadowLayer, radiusPx);
+    m_dropShadow->setBlurRadius(kShadowBlur);
+    m_dropShadow->setOffset(0, kShadowOffsetY);
+    tintShadow();
+    m_shadowLayer->setGraphicsEffect(m_dropShadow);
 }
 
-void FramelessWindow::tintShadow(QGraphicsDropShadowEffect* shadow)
+void FramelessWindow::syncShadowLayers()
 {
-    shadow->setColor(QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
+    m_shadowLayer->setGeometry(
+        rect().adjusted(SHADOW_MARGIN, SHADOW_MARGIN, -SHADOW_MARGIN, -SHADOW_MARGIN));
+}
+
+void FramelessWindow::tintShadow()
+{
+    m_dropShadow->setColor(
+        QColor(0, 0, 0, Theme::isDarkMode() ? kShadowAlphaDark : kShadowAlphaLight));
+}
+
+void FramelessWindow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_shadowLayer)
+        syncShadowLayers();
+}
+
+void FramelessWindow::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    // The window may stay hidden for hours, and the picture is made anew in a moment.
+    if (m_dropShadow)
+        m_dropShadow->dropPicture();
 }

@@ -7,7 +7,8 @@
 #include <QPointer>
 #include <QWidget>
 
-class QGraphicsDropShadowEffect;
+class CardShadow;
+class QFrame;
 class QPropertyAnimation;
 class QTimer;
 
@@ -59,13 +60,20 @@ protected:
     /// The window has just followed the pointer.
     virtual void dragged() {}
 
-    /// Gives `card` the shadow of a window; the card owns it.
-    static QGraphicsDropShadowEffect* addShadow(QWidget* card);
+    /// Lays the layer that casts the window's shadow below all else in the window, with corners of
+    /// `radiusPx`. It is a sibling of the card and not the card itself, so that a repaint in the
+    /// card stays as small as it is.
+    void buildShadowLayer(const QString& objectName, int radiusPx);
+
+    /// Gives the layer the place of the card: by default all but the margin. Called at each resize.
+    virtual void syncShadowLayers();
 
     /// Gives the shadow the strength that fits the present mode, light or dark.
-    static void tintShadow(QGraphicsDropShadowEffect* shadow);
+    void tintShadow();
 
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -77,6 +85,8 @@ protected:
     QPoint m_dragPosition; ///< of the pointer, relative to the corner of the window
     QTimer* m_showGuardTimer = nullptr;
     QPointer<QPropertyAnimation> m_fadeAnim;
+    QFrame* m_shadowLayer = nullptr;
+    CardShadow* m_dropShadow = nullptr; ///< effect on `m_shadowLayer`
 
 private:
     bool isLeftForAnotherProgram(const QEvent* event) const;

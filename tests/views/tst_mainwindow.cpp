@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "CardShadow.h"
 #include "EventCounter.h"
 #include "FakeHotkeyBackend.h"
 #include "GlobalHotkeyController.h"
@@ -9,6 +10,7 @@
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "MainWindow.h"
+#include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -127,6 +129,11 @@ private slots:
     void backgroundStyle();
     void shadow_data();
     void shadow();
+    void shadowFollowsTheCard();
+    void shadowLooksAsThatOfTheCard_data();
+    void shadowLooksAsThatOfTheCard();
+    void repaintStaysInItsPlace();
+    void shadowIsBlurredOncePerShow();
 
     void rebuildBehindADip();
     void rebuildWhenHidden();
@@ -158,6 +165,8 @@ private:
     void addTriggers(const QList<Trigger>& triggers) const;
     QTimer* guardTimer() const;
     QFrame* background() const;
+    QFrame* shadowLayer() const;
+    CardShadow* cardShadow() const;
     QStackedWidget* stack() const;
     QAction* trayAction(int index) const;
     QPropertyAnimation* runningFade() const;
@@ -327,6 +336,16 @@ QTimer* MainWindowTest::guardTimer() const
 QFrame* MainWindowTest::background() const
 {
     return m_window->findChild<QFrame*>("bgContainer", Qt::FindDirectChildrenOnly);
+}
+
+QFrame* MainWindowTest::shadowLayer() const
+{
+    return m_window->findChild<QFrame*>("bgShadowLayer", Qt::FindDirectChildrenOnly);
+}
+
+CardShadow* MainWindowTest::cardShadow() const
+{
+    return qobject_cast<CardShadow*>(shadowLayer()->graphicsEffect());
 }
 
 QStackedWidget* MainWindowTest::stack() const
@@ -1186,12 +1205,100 @@ void MainWindowTest::shadow()
     QFETCH(int, alpha);
     store("Theme/ForceTheme", mode);
     construct();
-    const auto* shadow = qobject_cast<QGraphicsDropShadowEffect*>(background()->graphicsEffect());
+    const CardShadow* shadow = cardShadow();
     QVERIFY(shadow);
     QCOMPARE(shadow->blurRadius(), 35.0);
     QCOMPARE(shadow->color(), QColor(0, 0, 0, alpha));
     QCOMPARE(shadow->offset(), QPointF(0, 10));
     QVERIFY(shadow->isEnabled());
+    // The strength follows a change of mode.
+    Theme::saveForceTheme(3 - mode);
+    m_window->rebuildUIPreservingFocus();
+    QTRY_COMPARE(cardShadow()->color(), QColor(0, 0, 0, 190 - alpha));
+}
+
+void MainWindowTest::shadowFollowsTheCard()
+{
+    constructAndShow();
+    QVERIFY(shadowLayer()->testAttribute(Qt::WA_TransparentForMouseEvents));
+    QCOMPARE(m_window->layout()->indexOf(shadowLayer()), -1);
+    QTRY_COMPARE(background()->geometry(), QRect(32, 32, 553, 552));
+    QCOMPARE(shadowLayer()->geometry(), background()->geometry());
+    m_window->applyWindowSize(true);
+    QTRY_COMPARE(background()->geometry(), QRect(32, 32, 756, 516));
+    QCOMPARE(shadowLayer()->geometry(), background()->geometry());
+    // Below the card that a rebuild makes, too.
+    const QPointer<QFrame> old = background();
+    m_window->rebuildUIPreservingFocus();
+    QTRY_VERIFY(!old);
+    QVERIFY(m_window->children().indexOf(shadowLayer()) <
+            m_window->children().indexOf(background()));
+}
+
+void MainWindowTest::shadowLooksAsThatOfTheCard_data()
+{
+    backgroundStyle_data();
+}
+
+void MainWindowTest::shadowLooksAsThatOfTheCard()
+{
+    QFETCH(int, mode);
+    store("Theme/ForceTheme", mode);
+    constructAndShow();
+    QTRY_COMPARE(background()->geometry(), QRect(32, 32, 553, 552));
+    const QImage actual = m_window->grab().toImage();
+    cardShadow()->setEnabled(false);
+    auto* plain = new QGraphicsDropShadowEffect(background());
+    plain->setBlurRadius(35.0);
+    plain->setOffset(0, 10);
+    plain->setColor(cardShadow()->color());
+    background()->setGraphicsEffect(plain);
+    const QImage expected = m_window->grab().toImage();
+    QCOMPARE(actual.size(), expected.size());
+    int largest = 0;
+    for (int y = 0; y < actual.height(); ++y) {
+        for (int x = 0; x < actual.width(); ++x) {
+            const QRgb a = actual.pixel(x, y);
+            const QRgb b = expected.pixel(x, y);
+            for (const int shift : {0, 8, 16, 24})
+                largest = std::max(largest, qAbs(int(a >> shift & 0xff) - int(b >> shift & 0xff)));
+        }
+    }
+    QVERIFY2(largest <= 2, qPrintable(QString::number(largest)));
+}
+
+void MainWindowTest::repaintStaysInItsPlace()
+{
+    constructAndShow();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QWidget far(background());
+    far.setGeometry(300, 300, 40, 40);
+    far.show();
+    QWidget near(background());
+    near.setGeometry(20, 20, 132, 132);
+    near.show();
+    PaintCounter farPaints(&far);
+    PaintCounter nearPaints(&near);
+    QTRY_VERIFY(farPaints.count > 0);
+    QCoreApplication::processEvents();
+    farPaints.count = 0;
+    nearPaints.count = 0;
+    near.repaint();
+    QCOMPARE(nearPaints.count, 1);
+    QCOMPARE(farPaints.count, 0);
+}
+
+void MainWindowTest::shadowIsBlurredOncePerShow()
+{
+    constructAndShow();
+    QTRY_COMPARE(cardShadow()->pictureCount(), 1);
+    for (int i = 0; i < 3; ++i)
+        m_window->repaint();
+    QCOMPARE(cardShadow()->pictureCount(), 1);
+    m_window->fadeOutAndHide();
+    QTRY_VERIFY(m_window->isHidden());
+    m_window->show();
+    QTRY_COMPARE(cardShadow()->pictureCount(), 2);
 }
 
 void MainWindowTest::rebuildBehindADip()
