@@ -86,6 +86,9 @@ MainWindow::~MainWindow()
     // It ends with the other children, when this object is no longer what the slots take it for.
     if (m_pageAnim)
         m_pageAnim->disconnect(this);
+    // The tree as well, before the model that its pages look at.
+    m_rebuildInProgress = true;
+    deleteTree();
 }
 
 void MainWindow::loadModel()
@@ -297,16 +300,25 @@ void MainWindow::setupUI()
     const AutoQuitBlocker blocker;
     m_rebuildInProgress = true;
     applyWindowSize(false);
-    delete m_bgContainer;
-    m_bgContainer = nullptr;
-    m_mainStack = nullptr;
+    deleteTree();
     buildBackground();
     buildPages();
     // Left to the layout, the new content would appear one turn of the event loop later.
     m_bgContainer->show();
     chooseValidCategory();
-    activateWindow();
+    // A window that isn't there would take the keyboard from the one that is.
+    if (isVisible() && !m_isClosing)
+        activateWindow();
     m_rebuildInProgress = false;
+}
+
+void MainWindow::deleteTree()
+{
+    // Whoever calls this window while the tree goes must not be led into it.
+    const QFrame* tree = m_bgContainer;
+    m_bgContainer = nullptr;
+    m_mainStack = nullptr;
+    delete tree;
 }
 
 void MainWindow::buildBackground()
@@ -383,7 +395,8 @@ void MainWindow::placeOnScreen()
 
 void MainWindow::finishShow()
 {
-    m_mainStack->setCurrentIndex(0);
+    if (m_mainStack)
+        m_mainStack->setCurrentIndex(0);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)

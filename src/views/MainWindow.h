@@ -85,6 +85,7 @@ private:
     void setUpTray(const QString& hotkeyWarning);
     void setUpHotkey();
     void setupUI();
+    void deleteTree();
     void buildBackground();
     void buildPages();
     void chooseValidCategory();

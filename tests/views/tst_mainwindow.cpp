@@ -142,6 +142,10 @@ private slots:
     void rebuildChangesTheLanguage();
     void rebuildChoosesAValidCategory();
     void rebuildLeavesContentVisible();
+    void fadingWindowLeavesTheActivation();
+    void rebuildTakesTheActivationOfAShownWindow();
+    void oldTreeIsOutOfReachWhileItGoes();
+    void treeGoesBeforeTheModel();
 
     void dragMoves_data();
     void dragMoves();
@@ -1394,6 +1398,66 @@ void MainWindowTest::rebuildLeavesContentVisible()
     m_window->rebuildUIPreservingFocus();
     QTRY_COMPARE(trayAction(0)->text(), QStringLiteral("表示"));
     QVERIFY(isVisible);
+}
+
+void MainWindowTest::fadingWindowLeavesTheActivation()
+{
+    constructAndShow();
+    const QPointer<QFrame> old = background();
+    m_window->fadeOutAndHide();
+    runningFade()->pause();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(other.isActiveWindow());
+    EventCounter changes(&other, QEvent::ActivationChange);
+    m_window->rebuildUIPreservingFocus();
+    QTRY_VERIFY(!old);
+    QCoreApplication::processEvents();
+    QCOMPARE(changes.count, 0);
+    QVERIFY(other.isActiveWindow());
+}
+
+void MainWindowTest::rebuildTakesTheActivationOfAShownWindow()
+{
+    constructAndShow();
+    const QPointer<QFrame> old = background();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(other.isActiveWindow());
+    m_window->rebuildUIPreservingFocus();
+    QTRY_VERIFY(!old);
+    QTRY_VERIFY(m_window->isActiveWindow());
+}
+
+void MainWindowTest::oldTreeIsOutOfReachWhileItGoes()
+{
+    constructAndShow();
+    const QPointer<QFrame> old = background();
+    QWidget* page = stack()->currentWidget();
+    stack()->addWidget(new QWidget);
+    // A page that goes may still call the window.
+    int calls = 0;
+    connect(page, &QObject::destroyed, m_window.get(), [this, &calls] {
+        ++calls;
+        m_window->goToPage(1);
+    });
+    m_window->rebuildUIPreservingFocus();
+    QTRY_VERIFY(!old);
+    QCOMPARE(calls, 1);
+    QCOMPARE(stack()->currentIndex(), 0);
+    QCOMPARE(m_window->size(), QSize(617, 616));
+}
+
+void MainWindowTest::treeGoesBeforeTheModel()
+{
+    construct();
+    bool hadModel = false;
+    connect(background(), &QObject::destroyed, this,
+            [&hadModel, model = QPointer(m_window->model())] { hadModel = model; });
+    m_window.reset();
+    QVERIFY(hadModel);
 }
 
 void MainWindowTest::dragMoves_data()
