@@ -75,6 +75,7 @@ void IconPickerDialog::addButtons(QVBoxLayout* body)
     m_browseBtn = addButton(row, Tr::t("editor.btn_upload"), Theme::primaryBtnStyle(c), 1);
     for (QPushButton* button : {m_cancelBtn, m_defaultBtn, m_browseBtn})
         button->installEventFilter(this);
+    fitButtons(row, kWidth - 2 * (shadowPad + paperBorder + bodyPad));
     connect(m_cancelBtn, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_defaultBtn, &QPushButton::clicked, this, [this] { choose(QString()); });
     connect(m_browseBtn, &QPushButton::clicked, this, &IconPickerDialog::browse);

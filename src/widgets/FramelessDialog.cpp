@@ -14,6 +14,25 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
+namespace
+{
+
+constexpr int kButtonSidePad = 16; // in the style sheets of buttons
+
+QList<QPushButton*> buttonsOf(const QHBoxLayout* row)
+{
+    QList<QPushButton*> buttons;
+    for (int i = 0; i < row->count(); ++i) {
+        if (auto* button = qobject_cast<QPushButton*>(row->itemAt(i)->widget()))
+            buttons.append(button);
+    }
+    return buttons;
+}
+
+} // namespace
+
 bool handleDialogBackKey(QDialog* dialog, QKeyEvent* event)
 {
     if (!Keys::isBack(event->key()))
@@ -73,6 +92,24 @@ QPushButton* FramelessDialog::addButton(QHBoxLayout* row, const QString& text, c
     button->setStyleSheet(style);
     row->addWidget(button, stretch);
     return button;
+}
+
+void FramelessDialog::fitButtons(const QHBoxLayout* row, int width)
+{
+    const QList<QPushButton*> buttons = buttonsOf(row);
+    const int count = static_cast<int>(buttons.size());
+    int excess = row->spacing() * (count - 1) - width;
+    for (const QPushButton* button : buttons)
+        excess += button->sizeHint().width();
+    if (excess <= 0)
+        return;
+    const int sides = 2 * count;
+    const int sidePad = std::max(0, kButtonSidePad - (excess + sides - 1) / sides);
+    for (QPushButton* button : buttons)
+        button->setStyleSheet(
+            button->styleSheet() +
+            QStringLiteral("QPushButton { padding-left: %1px; padding-right: %1px; }")
+                .arg(sidePad));
 }
 
 void FramelessDialog::keyPressEvent(QKeyEvent* event)

@@ -57,6 +57,9 @@ protected:
     /// Adds a button of `ButtonHeight` in `style` to the end of `row`.
     QPushButton* addButton(QHBoxLayout* row, const QString& text, const QString& style,
                            int stretch = 0);
+    /// Takes padding from the buttons of a row that is `width` wide if their texts would be cut
+    /// otherwise, from all alike. For a dialog of fixed size, once the row is complete.
+    static void fitButtons(const QHBoxLayout* row, int width);
 
     void keyPressEvent(QKeyEvent* event) override;
 

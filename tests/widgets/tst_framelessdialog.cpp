@@ -34,6 +34,7 @@ public:
     using FramelessDialog::addButtonRow;
     using FramelessDialog::addHeader;
     using FramelessDialog::card;
+    using FramelessDialog::fitButtons;
     using FramelessDialog::rows;
     using FramelessDialog::SoftShadow;
 };
@@ -67,6 +68,8 @@ private slots:
     void body();
     void buttonRow();
     void buttonsShareTheRow();
+    void tightRowTakesPadding_data();
+    void tightRowTakesPadding();
 
     void keysClose_data();
     void keysClose();
@@ -221,6 +224,36 @@ void FramelessDialogTest::buttonsShareTheRow()
     QCOMPARE(left->width(), (330 - 8) / 2);
     QCOMPARE(right->width(), (330 - 8) / 2);
     QCOMPARE(right->x() - left->x(), left->width() + 8);
+}
+
+void FramelessDialogTest::tightRowTakesPadding_data()
+{
+    QTest::addColumn<int>("missing"); // of the width that the row would like to have
+    QTest::addColumn<int>("sidePad"); // of each button in the end
+    QTest::newRow("room to spare") << -20 << 16;
+    QTest::newRow("just enough") << 0 << 16;
+    QTest::newRow("a little too tight") << 1 << 15;
+    QTest::newRow("one pixel a side") << 4 << 15;
+    QTest::newRow("tight") << 40 << 6;
+    QTest::newRow("too tight for any padding") << 200 << 0;
+}
+
+void FramelessDialogTest::tightRowTakesPadding()
+{
+    QFETCH(int, missing);
+    QFETCH(int, sidePad);
+    TestDialog dialog;
+    QHBoxLayout* row = TestDialog::addButtonRow(dialog.rows(), 0);
+    row->setSpacing(8);
+    const QString style = Theme::primaryBtnStyle(Theme::colors());
+    const QPushButton* left = dialog.addButton(row, "A rather long text", style, 1);
+    const QPushButton* right = dialog.addButton(row, "Another one", style, 1);
+    const int leftWidth = left->sizeHint().width();
+    const int rightWidth = right->sizeHint().width();
+    TestDialog::fitButtons(row, leftWidth + 8 + rightWidth - missing);
+    QCOMPARE(left->sizeHint().width(), leftWidth - 2 * (16 - sidePad));
+    QCOMPARE(right->sizeHint().width(), rightWidth - 2 * (16 - sidePad));
+    QCOMPARE(left->styleSheet() == style, sidePad == 16);
 }
 
 void FramelessDialogTest::keysClose_data()
