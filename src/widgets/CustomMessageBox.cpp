@@ -9,11 +9,16 @@
 
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTextBoundaryFinder>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace
 {
@@ -77,6 +82,27 @@ QLabel* makeLabel(const QString& text, const QString& style)
     return label;
 }
 
+/// A view of `kMaxTextHeight` on `text`, as wide as the text would like to be.
+QScrollArea* makeScroll(QLabel* text)
+{
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // the sign that there is more
+    scroll->setWidgetResizable(true);
+    scroll->setFixedHeight(kMaxTextHeight);
+    text->setContentsMargins(0, 0, Theme::Sp_Sm, 0); // off the scroll bar
+    scroll->setMinimumWidth(std::min(text->sizeHint().width(), kMaxTextWidth) +
+                            scroll->verticalScrollBar()->sizeHint().width());
+    scroll->setWidget(text);
+    // Both would be filled with the colour of windows, which is not the card's.
+    scroll->viewport()->setAutoFillBackground(false);
+    text->setAutoFillBackground(false);
+    text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    return scroll;
+}
+
 } // namespace
 
 CustomMessageBox::CustomMessageBox(QWidget* parent, const QString& title, const QString& text,
@@ -99,9 +125,15 @@ void CustomMessageBox::buildTexts(const QString& title, const QString& text, Sev
     QLabel* body =
         makeLabel(withSoftBreaks(text), Theme::textStyle(c.onSurfaceVariant, FontTokens::SizeMd));
     body->setWordWrap(true);
-    body->setMaximumSize(kMaxTextWidth, kMaxTextHeight);
+    body->setMaximumWidth(kMaxTextWidth);
     body->setAccessibleName(text);
-    rows()->addWidget(body);
+    body->setParent(card()); // only there it has the font in which it is measured
+    if (body->sizeHint().height() <= kMaxTextHeight) {
+        rows()->addWidget(body);
+        return;
+    }
+    m_textScroll = makeScroll(body);
+    rows()->addWidget(m_textScroll);
 }
 
 void CustomMessageBox::addStandardButtons(int buttons, int defaultButton)
@@ -124,6 +156,7 @@ void CustomMessageBox::addButton(const QString& text, const QString& style, bool
 {
     auto* button = new QPushButton(text);
     button->setStyleSheet(style);
+    button->installEventFilter(this);
     m_btnLayout->addWidget(button);
     // Only now does the button know of the dialog whose default it is to be.
     if (isDefault)
@@ -173,9 +206,19 @@ int CustomMessageBox::customQuestion(QWidget* parent, const QString& title, cons
     return box.exec();
 }
 
+bool CustomMessageBox::eventFilter(QObject* watched, QEvent* event)
+{
+    // A button would take the arrows itself, to move the focus.
+    if (event->type() == QEvent::KeyPress && scrollBy(static_cast<QKeyEvent*>(event)->key()))
+        return true;
+    return FramelessDialog::eventFilter(watched, event);
+}
+
 void CustomMessageBox::keyPressEvent(QKeyEvent* event)
 {
     const int focused = focusedButton();
+    if (scrollBy(event->key()))
+        return;
     if (event->key() == Qt::Key_Left)
         moveFocus(-1);
     else if (event->key() == Qt::Key_Right)
@@ -204,4 +247,22 @@ void CustomMessageBox::moveFocus(int step)
     // Without a focused button both keys enter the row at its beginning.
     const int next = focused < 0 ? 0 : (focused + step + count) % count;
     m_buttons.at(next)->setFocus();
+}
+
+bool CustomMessageBox::scrollBy(int key)
+{
+    if (!m_textScroll)
+        return false;
+    static const QHash<int, QAbstractSlider::SliderAction> actions{
+        {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},
+        {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+        {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},
+        {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+    const auto action = actions.find(key);
+    if (action == actions.end())
+        return false;
+    m_textScroll->verticalScrollBar()->triggerAction(*action);
+    return true;
 }

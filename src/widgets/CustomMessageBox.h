@@ -11,9 +11,12 @@
 
 class QHBoxLayout;
 class QPushButton;
+class QScrollArea;
 
 /// The one message box of the program: a themed card with a title, a text and a row of buttons,
-/// worked by keyboard. Title and text are shown as they stand, never read as markup.
+/// worked by keyboard. Title and text are shown as they stand, never read as markup. A text that
+/// is too long for the screen scrolls, also by the keys for that, while the focus stays with the
+/// buttons.
 class CustomMessageBox : public FramelessDialog
 {
     Q_OBJECT
@@ -53,6 +56,7 @@ public:
                               const QVector<int>& destructiveIndices);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
@@ -63,7 +67,10 @@ private:
     /// Index in `m_buttons` of the button with the focus; -1 if none has it.
     int focusedButton() const;
     void moveFocus(int step);
+    /// Scrolls the text; false if it needs none or `key` is not one for that.
+    bool scrollBy(int key);
 
     QList<QPushButton*> m_buttons; ///< as shown, left to right
     QHBoxLayout* m_btnLayout = nullptr;
+    QScrollArea* m_textScroll = nullptr; ///< null if the whole text is in view
 };

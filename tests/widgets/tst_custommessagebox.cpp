@@ -11,6 +11,8 @@
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 namespace
@@ -36,6 +38,14 @@ QList<QPushButton*> buttonsOf(const QWidget& box)
 QLabel* labelOf(const QWidget& box, int index)
 {
     return box.findChildren<QLabel*>().value(index);
+}
+
+QString linesOf(int count)
+{
+    QStringList lines;
+    for (int i = 1; i <= count; ++i)
+        lines.append(QStringLiteral("line %1").arg(i));
+    return lines.join(QLatin1Char('\n'));
 }
 
 /// What a question looks like while it is open, and how it ended.
@@ -100,6 +110,13 @@ private slots:
     void textsAreNotMarkup();
     void longWordsDoNotWidenTheBox();
     void hugeTextStaysOnTheScreen();
+    void longTextsScroll_data();
+    void longTextsScroll();
+    void scrollingShowsTheEnd();
+    void scrolledTextStandsOnTheCard();
+    void keysScroll_data();
+    void keysScroll();
+    void scrolledBoxEndsAsAnyOther();
     void ordinaryTextsStayAsTheyAre_data();
     void ordinaryTextsStayAsTheyAre();
 
@@ -242,6 +259,108 @@ void CustomMessageBoxTest::hugeTextStaysOnTheScreen()
     box.show();
     QVERIFY(QTest::qWaitForWindowExposed(&box));
     QVERIFY2(box.height() < 600, qPrintable(QString::number(box.height())));
+}
+
+void CustomMessageBoxTest::longTextsScroll_data()
+{
+    QTest::addColumn<int>("missingLines"); // to the first text that is higher than 400 px
+    QTest::addColumn<bool>("scrolls");
+    QTest::newRow("the longest that fits") << 1 << false;
+    QTest::newRow("one line more") << 0 << true;
+}
+
+void CustomMessageBoxTest::longTextsScroll()
+{
+    QFETCH(int, missingLines);
+    QFETCH(bool, scrolls);
+    const Box probe(nullptr, "t", "x", Box::Ok, Box::Ok, Box::Info);
+    int lines = 1;
+    for (; labelOf(probe, 1)->sizeHint().height() <= 400; ++lines)
+        labelOf(probe, 1)->setText(linesOf(lines + 1));
+    Box box(nullptr, "t", linesOf(lines - missingLines), Box::Ok, Box::Ok, Box::Info);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    QCOMPARE(box.findChild<QScrollArea*>() != nullptr, scrolls);
+    const QLabel* text = labelOf(box, 1);
+    QVERIFY(text->height() >= text->heightForWidth(text->width())); // none of it is cut
+    QCOMPARE(text->height() > 400, scrolls);
+    if (scrolls) {
+        QCOMPARE(box.findChild<QScrollArea*>()->height(), 400);
+        QVERIFY(box.findChild<QScrollArea*>()->verticalScrollBar()->isVisible());
+    }
+}
+
+void CustomMessageBoxTest::scrollingShowsTheEnd()
+{
+    Box box(nullptr, "t", linesOf(200), Box::Ok, Box::Ok, Box::Info);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    const QLabel* text = labelOf(box, 1);
+    const int lastRow = text->height() - 1;
+    QVERIFY(!text->visibleRegion().contains(QPoint(0, lastRow)));
+    pressKey(box, Qt::Key_End);
+    QVERIFY(text->visibleRegion().contains(QPoint(0, lastRow)));
+    QVERIFY(!text->visibleRegion().contains(QPoint(0, 0)));
+}
+
+void CustomMessageBoxTest::scrolledTextStandsOnTheCard()
+{
+    Box box(nullptr, "t", linesOf(200), Box::Ok, Box::Ok, Box::Info);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    const auto* scroll = box.findChild<QScrollArea*>();
+    const QImage image = box.grab().toImage();
+    // Between the lines of the text there is the card, and nothing of a colour of its own.
+    const QPoint corner = scroll->viewport()->mapTo(&box, scroll->viewport()->rect().bottomRight());
+    QCOMPARE(image.pixelColor(corner), QColor(Theme::colors().surface));
+}
+
+void CustomMessageBoxTest::keysScroll_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("direction"); // from the middle of the text
+    QTest::newRow("Up") << int(Qt::Key_Up) << -1;
+    QTest::newRow("Down") << int(Qt::Key_Down) << 1;
+    QTest::newRow("Page Up") << int(Qt::Key_PageUp) << -1;
+    QTest::newRow("Page Down") << int(Qt::Key_PageDown) << 1;
+    QTest::newRow("Home") << int(Qt::Key_Home) << -1;
+    QTest::newRow("End") << int(Qt::Key_End) << 1;
+    QTest::newRow("Left") << int(Qt::Key_Left) << 0;
+    QTest::newRow("Right") << int(Qt::Key_Right) << 0;
+}
+
+void CustomMessageBoxTest::keysScroll()
+{
+    QFETCH(int, key);
+    QFETCH(int, direction);
+    Box box(nullptr, "t", linesOf(200), Box::Yes | Box::No, Box::No, Box::Info);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    QScrollBar* bar = box.findChild<QScrollArea*>()->verticalScrollBar();
+    for (QWidget* focused :
+         {static_cast<QWidget*>(buttonsOf(box).at(1)), static_cast<QWidget*>(&box)}) {
+        focused->setFocus();
+        bar->setValue(bar->maximum() / 2);
+        const int before = bar->value();
+        QTest::keyClick(focused, static_cast<Qt::Key>(key));
+        QCOMPARE((bar->value() > before) - (bar->value() < before), direction);
+        // Keys that scroll leave the focus where it is.
+        QVERIFY(direction == 0 || box.focusWidget() == focused || focused == &box);
+        QVERIFY(box.isVisible());
+    }
+}
+
+void CustomMessageBoxTest::scrolledBoxEndsAsAnyOther()
+{
+    QList<int> results;
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        const ModalDriver driver([key](QWidget* modal) {
+            pressKey(*modal, Qt::Key_PageDown);
+            pressKey(*modal, key);
+        });
+        results.append(Box::showMessage(nullptr, "t", linesOf(200), Box::Info));
+    }
+    QCOMPARE(results, (QList<int>{Box::Ok, Box::NoButton}));
 }
 
 void CustomMessageBoxTest::ordinaryTextsStayAsTheyAre_data()
