@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CardShadow.h"
+#include "TestHome.h"
 
 #include <QFrame>
 #include <QImage>
@@ -15,6 +16,9 @@
 class CardShadowTest : public QObject
 {
     Q_OBJECT
+
+public:
+    static void initMain() { TestHome::install(); }
 
 private slots:
     void init();
