@@ -5,8 +5,8 @@
 // Beside each figure stands a plain read of the same files, measured in the same run, so that
 // numbers from different machines can be compared.
 
+#include "InstalledApplications.h"
 #include "TestHome.h"
-#include "platform/InstalledApplications.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -101,6 +101,7 @@ check_rooms() { # directory
             }
             if (!(from in floor)) next # said above
             ++checked
+            if (path != name) complain(place ": " path " is included by more than its name")
             # A name that both systems have means the file beside the one that includes it.
             to = index(folders_of[name] " ", " " from " ") ? from : folder_of[name]
             reason = forbidden(from, to)
@@ -138,7 +139,7 @@ self_test() {
     expect_found 'src/platform/linux/X11.cpp:LINE: Types.h runs up to core' \
         platform/linux/X11.cpp '#include "Types.h"'
     expect_found 'src/widgets/CardShape.cpp:LINE: MainWindow.h runs up to views' \
-        widgets/CardShape.cpp '#  include "../views/MainWindow.h" // planted'
+        widgets/CardShape.cpp '#  include "MainWindow.h" // planted'
     expect_found 'src/search/WebQuery.cpp:LINE: HotkeyManager.h runs sideways to hotkeys' \
         search/WebQuery.cpp '#include "HotkeyManager.h"'
     expect_found 'src/views/MainWindow.cpp:LINE: SpotlightWindow.h runs sideways to spotlight' \
@@ -147,6 +148,8 @@ self_test() {
     expect_found "src/platform/windows/Console.cpp:LINE: $into" \
         platform/windows/Console.cpp '#include "X11.h"'
     expect_found "src/views/MainWindow.cpp:LINE: $into" views/MainWindow.cpp '#include "X11.h"'
+    expect_found 'src/main.cpp:LINE: platform/Display.h is included by more than its name' \
+        main.cpp '#include "platform/Display.h"'
     expect_found 'src/main.cpp:LINE: no header Nowhere.h in src/' \
         main.cpp '#include "Nowhere.h"'
     expect_found 'src/main.cpp:LINE: an include that names no file' \

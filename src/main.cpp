@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "Console.h"
+#include "Display.h"
 #include "FontResource.h"
+#include "InstanceLock.h"
 #include "Logging.h"
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "SpotlightWindow.h"
-#include "platform/Console.h"
-#include "platform/Display.h"
-#include "platform/InstanceLock.h"
 
 #include <QApplication>
 #include <QDebug>

@@ -3,8 +3,8 @@
 
 #include "SingleInstance.h"
 
-#include "platform/Foreground.h"
-#include "platform/LocalServer.h"
+#include "Foreground.h"
+#include "LocalServer.h"
 
 #include <QCryptographicHash>
 #include <QDebug>

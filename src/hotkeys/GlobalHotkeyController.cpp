@@ -3,7 +3,7 @@
 
 #include "GlobalHotkeyController.h"
 
-#include "platform/HotkeyBackend.h"
+#include "HotkeyBackend.h"
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -3,8 +3,8 @@
 
 #include "HotkeyManager.h"
 
+#include "HotkeyBackend.h"
 #include "Theme.h"
-#include "platform/HotkeyBackend.h"
 
 #include <QHash>
 #include <QSettings>

@@ -6,8 +6,8 @@
 #include "AutoQuitBlocker.h"
 #include "CustomMessageBox.h"
 #include "Localization.h"
+#include "ShellLaunch.h"
 #include "Types.h"
-#include "platform/ShellLaunch.h"
 
 #include <QClipboard>
 #include <QDesktopServices>

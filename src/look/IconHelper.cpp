@@ -4,7 +4,7 @@
 #include "IconHelper.h"
 
 #include "FontResource.h"
-#include "platform/PathLocality.h"
+#include "PathLocality.h"
 
 #include <QColor>
 #include <QFile>

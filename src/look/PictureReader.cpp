@@ -3,7 +3,7 @@
 
 #include "PictureReader.h"
 
-#include "platform/PathLocality.h"
+#include "PathLocality.h"
 
 #include <QDateTime>
 #include <QFile>

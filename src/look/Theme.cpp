@@ -4,7 +4,7 @@
 #include "Theme.h"
 
 #include "StorageManager.h"
-#include "platform/SystemTheme.h"
+#include "SystemTheme.h"
 
 #include <QDateTime>
 #include <QDir>

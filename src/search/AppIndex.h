@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "InstalledApplications.h"
 #include "Types.h"
-#include "platform/InstalledApplications.h"
 
 #include <QHash>
 #include <QIcon>

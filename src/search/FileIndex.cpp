@@ -3,10 +3,10 @@
 
 #include "FileIndex.h"
 
+#include "DirectoryReader.h"
+#include "FileTypeIcon.h"
 #include "FolderFilter.h"
 #include "UsageStats.h"
-#include "platform/DirectoryReader.h"
-#include "platform/FileTypeIcon.h"
 
 #include <QCoreApplication>
 #include <QDir>

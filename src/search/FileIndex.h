@@ -4,8 +4,8 @@
 #pragma once
 
 #include "NameMatcher.h"
+#include "TreeWatcher.h"
 #include "Types.h"
-#include "platform/TreeWatcher.h"
 
 #include <QHash>
 #include <QIcon>

@@ -3,7 +3,7 @@
 
 #include "CardShape.h"
 
-#include "platform/Compositor.h"
+#include "Compositor.h"
 
 #include <QEvent>
 #include <QGraphicsEffect>

@@ -5,8 +5,8 @@
 
 #include "AutoQuitBlocker.h"
 #include "CardShadow.h"
+#include "Foreground.h"
 #include "Theme.h"
-#include "platform/Foreground.h"
 
 #include <QApplication>
 #include <QFrame>

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreshProcess.h"
+#include "InstanceLock.h"
+#include "LocalServer.h"
 #include "SingleInstance.h"
 #include "TestHome.h"
-#include "platform/InstanceLock.h"
-#include "platform/LocalServer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "DirectoryReader.h"
 #include "TestFiles.h"
 #include "TestHome.h"
-#include "platform/DirectoryReader.h"
 
 #include <QDir>
 #include <QDirIterator>

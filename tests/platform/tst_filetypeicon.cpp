@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FileTypeIcon.h"
 #include "TestHome.h"
-#include "platform/FileTypeIcon.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "PathLocality.h"
 #include "TestHome.h"
-#include "platform/PathLocality.h"
 
 #include <QDir>
 #include <QTest>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "DirectoryReader.h"
 #include "FileIndex.h"
 #include "TestFiles.h"
 #include "TestHome.h"
-#include "platform/DirectoryReader.h"
 
 #include <QApplication>
 #include <QDir>

@@ -3,7 +3,7 @@
 
 #include "FakeApplications.h"
 
-#include "platform/ShellLaunch.h"
+#include "ShellLaunch.h"
 
 #include <QHash>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/InstalledApplications.h"
+#include "InstalledApplications.h"
 
 #include <QStringList>
 #include <QVector>
@@ -11,8 +11,8 @@
 #include <functional>
 
 /// A desktop whose applications a test makes up. Its object file defines what
-/// "platform/InstalledApplications.h" and "platform/ShellLaunch.h" declare: compiled into a test,
-/// it replaces the real ones of the library, so that no application of the machine gets in.
+/// "InstalledApplications.h" and "ShellLaunch.h" declare: compiled into a test, it replaces the
+/// real ones of the library, so that no application of the machine gets in.
 class FakeApplications
 {
 public:

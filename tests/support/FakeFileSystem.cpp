@@ -3,7 +3,7 @@
 
 #include "FakeFileSystem.h"
 
-#include "platform/FileTypeIcon.h"
+#include "FileTypeIcon.h"
 
 #include <QDir>
 #include <QHash>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "platform/DirectoryReader.h"
-#include "platform/TreeWatcher.h"
+#include "DirectoryReader.h"
+#include "TreeWatcher.h"
 
 #include <QIcon>
 #include <QString>
@@ -12,8 +12,8 @@
 #include <QVector>
 
 /// A home directory in memory, with threads that a test holds by the hand. Its object file defines
-/// what "platform/DirectoryReader.h", "platform/TreeWatcher.h" and "platform/FileTypeIcon.h"
-/// declare: compiled into a test, it replaces the real ones of the library.
+/// what "DirectoryReader.h", "TreeWatcher.h" and "FileTypeIcon.h" declare: compiled
+/// into a test, it replaces the real ones of the library.
 ///
 /// Paths are relative to the root and have "/" between their parts, whatever the system.
 class FakeFileSystem

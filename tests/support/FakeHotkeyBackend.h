@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/HotkeyBackend.h"
+#include "HotkeyBackend.h"
 
 #include <QVector>
 

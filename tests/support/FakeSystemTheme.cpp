@@ -3,7 +3,7 @@
 
 #include "FakeSystemTheme.h"
 
-#include "platform/SystemTheme.h"
+#include "SystemTheme.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/TreeWatcher.h"
+#include "TreeWatcher.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "CardShape.h"
+#include "Compositor.h"
 #include "TestHome.h"
-#include "platform/Compositor.h"
 
 #include <QFrame>
 #include <QGraphicsDropShadowEffect>

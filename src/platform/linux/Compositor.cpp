@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Compositor.h"
+#include "Compositor.h"
 
-#include "platform/linux/X11.h"
+#include "X11.h"
 
 #include <QByteArray>
 

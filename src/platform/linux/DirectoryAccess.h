@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/FileDescriptor.h"
+#include "FileDescriptor.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/DirectoryReader.h"
+#include "DirectoryReader.h"
 
-#include "platform/linux/DirectoryAccess.h"
-#include "platform/linux/LinkTarget.h"
-#include "platform/linux/MountTable.h"
+#include "DirectoryAccess.h"
+#include "LinkTarget.h"
+#include "MountTable.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Display.h"
+#include "Display.h"
 
-#include "platform/linux/WindowPlace.h"
-#include "platform/linux/X11.h"
+#include "WindowPlace.h"
+#include "X11.h"
 
 #include <QByteArray>
 

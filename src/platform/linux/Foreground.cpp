@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Foreground.h"
+#include "Foreground.h"
 
-#include "platform/linux/WindowManager.h"
-#include "platform/linux/WindowPlace.h"
-#include "platform/linux/X11.h"
+#include "WindowManager.h"
+#include "WindowPlace.h"
+#include "X11.h"
 
 #include <QEvent>
 #include <QGuiApplication>

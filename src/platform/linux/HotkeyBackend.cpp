@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/HotkeyBackend.h"
+#include "HotkeyBackend.h"
 
-#include "platform/linux/Keymap.h"
-#include "platform/linux/X11.h"
+#include "Keymap.h"
+#include "X11.h"
 
 #include <QDebug>
 #include <QList>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/IconTheme.h"
+#include "IconTheme.h"
 
-#include "platform/linux/DesktopEntry.h"
+#include "DesktopEntry.h"
 
 #include <QDir>
 #include <QFile>

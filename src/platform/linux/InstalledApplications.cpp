@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/InstalledApplications.h"
+#include "InstalledApplications.h"
 
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/IconTheme.h"
+#include "DesktopEntry.h"
+#include "IconTheme.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/InstanceLock.h"
+#include "InstanceLock.h"
 
-#include "platform/linux/RuntimeDirectory.h"
+#include "RuntimeDirectory.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/LinkTarget.h"
+#include "LinkTarget.h"
 
-#include "platform/linux/MountTable.h"
+#include "MountTable.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/MountTable.h"
+#include "MountTable.h"
 
-#include "platform/linux/DirectoryAccess.h"
+#include "DirectoryAccess.h"
 
 #include <QList>
 

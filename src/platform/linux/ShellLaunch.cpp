@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ShellLaunch.h"
+#include "ShellLaunch.h"
 
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/SessionBus.h"
+#include "DesktopEntry.h"
+#include "SessionBus.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/TreeWatcher.h"
+#include "TreeWatcher.h"
 
-#include "platform/linux/DirectoryAccess.h"
-#include "platform/linux/Inotify.h"
-#include "platform/linux/MountTable.h"
-#include "platform/linux/WatchedTree.h"
+#include "DirectoryAccess.h"
+#include "Inotify.h"
+#include "MountTable.h"
+#include "WatchedTree.h"
 
 #include <array>
 #include <atomic>

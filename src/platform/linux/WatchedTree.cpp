@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/WatchedTree.h"
+#include "WatchedTree.h"
 
 #include <algorithm>
 

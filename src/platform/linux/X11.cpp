@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/X11.h"
+#include "X11.h"
 
 #include <QByteArray>
 #include <QGuiApplication>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/DirectoryReader.h"
+#include "DirectoryReader.h"
 
-#include "platform/windows/ExtendedPath.h"
-#include "platform/windows/FoundItem.h"
+#include "ExtendedPath.h"
+#include "FoundItem.h"
 
 #include <utility>
 

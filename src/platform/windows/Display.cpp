@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Display.h"
+#include "Display.h"
 
 QString Platform::prepareDisplay(int argc, const char* const* argv)
 {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/FileTypeIcon.h"
+#include "FileTypeIcon.h"
 
-#include "platform/windows/ShellIcon.h"
+#include "ShellIcon.h"
 
 #include <QString>
 

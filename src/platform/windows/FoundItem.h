@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/DirectoryReader.h"
+#include "DirectoryReader.h"
 
 #include <optional>
 

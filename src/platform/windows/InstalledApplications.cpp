@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/InstalledApplications.h"
+#include "InstalledApplications.h"
 
-#include "platform/windows/ShellLink.h"
-#include "platform/windows/StoreApps.h"
+#include "ShellLink.h"
+#include "StoreApps.h"
 
 #include <QDir>
 #include <QDirIterator>

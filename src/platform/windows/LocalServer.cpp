@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/LocalServer.h"
+#include "LocalServer.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ShellLaunch.h"
+#include "ShellLaunch.h"
 
 #include <QProcess>
 

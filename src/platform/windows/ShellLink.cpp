@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/windows/ShellLink.h"
+#include "ShellLink.h"
 
-#include "platform/windows/ComScope.h"
-#include "platform/windows/ShellIcon.h"
+#include "ComScope.h"
+#include "ShellIcon.h"
 
 #include <QDir>
 #include <QFileIconProvider>

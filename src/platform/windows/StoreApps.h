@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/InstalledApplications.h"
+#include "InstalledApplications.h"
 
 #include <QString>
 

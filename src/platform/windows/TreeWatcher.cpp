@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/TreeWatcher.h"
+#include "TreeWatcher.h"
 
-#include "platform/windows/ExtendedPath.h"
-#include "platform/windows/NotifyRecords.h"
+#include "ExtendedPath.h"
+#include "NotifyRecords.h"
 
 #include <array>
 #include <utility>

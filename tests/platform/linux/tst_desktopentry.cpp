@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "DesktopEntry.h"
 #include "TestFiles.h"
 #include "TestHome.h"
-#include "platform/linux/DesktopEntry.h"
 
 #include <QDir>
 #include <QFile>

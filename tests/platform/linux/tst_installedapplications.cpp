@@ -3,11 +3,11 @@
 
 #include "AppIndex.h"
 #include "FreshProcess.h"
+#include "InstalledApplications.h"
+#include "SessionBus.h"
+#include "ShellLaunch.h"
 #include "TestFiles.h"
 #include "TestHome.h"
-#include "platform/InstalledApplications.h"
-#include "platform/ShellLaunch.h"
-#include "platform/linux/SessionBus.h"
 
 #include <QApplication>
 #include <QDBusConnection>

@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "DirectoryAccess.h"
+#include "DirectoryReader.h"
+#include "FileTypeIcon.h"
 #include "FreshProcess.h"
+#include "LinkTarget.h"
+#include "MountTable.h"
+#include "PathLocality.h"
 #include "TestFiles.h"
 #include "TestHome.h"
 #include "UserNamespace.h"
 #include "WatchRun.h"
-#include "platform/DirectoryReader.h"
-#include "platform/FileTypeIcon.h"
-#include "platform/PathLocality.h"
-#include "platform/linux/DirectoryAccess.h"
-#include "platform/linux/LinkTarget.h"
-#include "platform/linux/MountTable.h"
 
 #include <QApplication>
 #include <QImage>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "InstanceLock.h"
+#include "LocalServer.h"
+#include "RuntimeDirectory.h"
 #include "TestHome.h"
-#include "platform/InstanceLock.h"
-#include "platform/LocalServer.h"
-#include "platform/linux/RuntimeDirectory.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreshProcess.h"
+#include "Inotify.h"
 #include "TestFiles.h"
 #include "TestHome.h"
 #include "UserNamespace.h"
 #include "WatchRun.h"
-#include "platform/linux/Inotify.h"
 
 #include <QApplication>
 #include <QDirIterator>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreshProcess.h"
+#include "SystemTheme.h"
 #include "TestHome.h"
-#include "platform/SystemTheme.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

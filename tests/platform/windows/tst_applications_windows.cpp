@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "FakeFolder.h"
+#include "InstalledApplications.h"
+#include "ShellIcon.h"
+#include "ShellLink.h"
+#include "StoreApps.h"
 #include "SystemResources.h"
 #include "TaskMemorySpy.h"
 #include "TestHome.h"
-#include "platform/InstalledApplications.h"
-#include "platform/windows/ShellIcon.h"
-#include "platform/windows/ShellLink.h"
-#include "platform/windows/StoreApps.h"
 
 #include <QDir>
 #include <QFile>

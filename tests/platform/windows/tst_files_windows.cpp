@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "DirectoryReader.h"
+#include "ExtendedPath.h"
+#include "FileTypeIcon.h"
+#include "FoundItem.h"
+#include "NotifyRecords.h"
+#include "PathLocality.h"
 #include "SystemResources.h"
 #include "TestHome.h"
-#include "platform/DirectoryReader.h"
-#include "platform/FileTypeIcon.h"
-#include "platform/PathLocality.h"
-#include "platform/TreeWatcher.h"
-#include "platform/windows/ExtendedPath.h"
-#include "platform/windows/FoundItem.h"
-#include "platform/windows/NotifyRecords.h"
+#include "TreeWatcher.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/SystemTheme.h"
+#include "SystemTheme.h"
 
 #include <QSettings>
 #include <QTest>
