@@ -76,6 +76,23 @@ inline bool isCentredOn(const QRect& box, const QPointF& point)
     return !box.isEmpty() && qAbs(off.x()) <= 1.0 && qAbs(off.y()) <= 1.0;
 }
 
+/// By how much one channel of two pictures of the same size differs at most, transparency included.
+inline int largestDifference(const QImage& a, const QImage& b)
+{
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb first = a.pixel(x, y);
+            const QRgb second = b.pixel(x, y);
+            for (const int shift : {0, 8, 16, 24}) {
+                const int left = int(first >> shift & 0xff);
+                largest = qMax(largest, qAbs(left - int(second >> shift & 0xff)));
+            }
+        }
+    }
+    return largest;
+}
+
 } // namespace Pixels
 
 /// Counts how often a widget paints itself.

@@ -1259,15 +1259,7 @@ void MainWindowTest::shadowLooksAsThatOfTheCard()
     background()->setGraphicsEffect(plain);
     const QImage expected = m_window->grab().toImage();
     QCOMPARE(actual.size(), expected.size());
-    int largest = 0;
-    for (int y = 0; y < actual.height(); ++y) {
-        for (int x = 0; x < actual.width(); ++x) {
-            const QRgb a = actual.pixel(x, y);
-            const QRgb b = expected.pixel(x, y);
-            for (const int shift : {0, 8, 16, 24})
-                largest = std::max(largest, qAbs(int(a >> shift & 0xff) - int(b >> shift & 0xff)));
-        }
-    }
+    const int largest = Pixels::largestDifference(actual, expected);
     QVERIFY2(largest <= 2, qPrintable(QString::number(largest)));
 }
 

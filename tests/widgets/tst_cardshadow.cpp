@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "CardShadow.h"
+#include "Pixels.h"
 #include "TestHome.h"
 
 #include <QFrame>
 #include <QImage>
 #include <QTest>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -57,19 +57,6 @@ void setUp(QGraphicsDropShadowEffect* effect, const QColor& color)
     effect->setBlurRadius(kBlur);
     effect->setOffset(kOffset);
     effect->setColor(color);
-}
-
-/// By how much one channel of two pictures of the same size differs at most.
-int largestDifference(const QImage& a, const QImage& b)
-{
-    int largest = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        const uchar* lineA = a.constScanLine(y);
-        const uchar* lineB = b.constScanLine(y);
-        for (int i = 0; i < a.width() * 4; ++i)
-            largest = std::max(largest, std::abs(lineA[i] - lineB[i]));
-    }
-    return largest;
 }
 
 QFrame* makeCard(QWidget* window, const QSize& size)
@@ -131,7 +118,7 @@ void CardShadowTest::looksAsItsBaseClass()
     addShadow(kRadius, color);
     const QImage actual = paint();
     QVERIFY(qAlpha(expected.pixel(kMargin + size.width() / 2, kMargin + size.height() + 5)) > 0);
-    const int difference = largestDifference(actual, expected);
+    const int difference = Pixels::largestDifference(actual, expected);
     QVERIFY2(difference <= 2, qPrintable(QString::number(difference)));
 }
 
