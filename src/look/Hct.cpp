@@ -104,10 +104,9 @@ int delinearized(double linear)
 {
     const double v = linear / 100.0;
     const double encoded = v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1.0 / 2.4) - 0.055;
-    // Cut before rounding too: the search asks for lights far beyond the screen's, and lround has
+    // Cut before rounding: the search asks for lights far off the screen's, and lround has
     // no answer for what a long can't hold.
-    const long rounded = std::lround(std::min(encoded * 255.0, 255.0));
-    return static_cast<int>(std::clamp(rounded, 0L, 255L));
+    return static_cast<int>(std::lround(std::clamp(encoded * 255.0, 0.0, 255.0)));
 }
 
 double lstarFromY(double y)

@@ -116,6 +116,8 @@ void HctTest::delinearized_data()
     QTest::newRow("straight part, rounded up") << 0.0152 << 1;
     QTest::newRow("below black") << -0.001 << 0;
     QTest::newRow("far below black") << -1e6 << 0;
+    QTest::newRow("beyond what a negative integer holds") << -1e80 << 0;
+    QTest::newRow("infinitely dark") << -std::numeric_limits<double>::infinity() << 0;
     QTest::newRow("above white") << 100.5 << 255;
     QTest::newRow("far above white") << 1e6 << 255;
     QTest::newRow("beyond what an integer holds") << 1e80 << 255;
