@@ -5,6 +5,9 @@
 
 #include <QStringView>
 
+#include <iterator>
+#include <string_view>
+
 // Rules for whoever changes a text; tst_localization checks them.
 //
 // - One word for one thing. The table's own words are:
@@ -199,7 +202,7 @@ constexpr Row kRows[] = {
 
     // Shared dialogs
     {u"dialog.pick_icon_title", u"Choose Icon", u"Pilih Ikon", u"Elegir icono", u"アイコンを選択"},
-    {u"dialog.btn_default_icon", u"Default", u"Bawaan", u"Predet.", u"既定"},
+    {u"dialog.btn_default_icon", u"Default", u"Bawaan", u"Por defecto", u"既定"},
     {u"dialog.btn_ok", u"OK", u"OK", u"Aceptar", u"OK"},
     {u"dialog.btn_cancel", u"Cancel", u"Batal", u"Cancelar", u"キャンセル"},
     {u"dialog.btn_done", u"Done", u"Selesai", u"Listo", u"完了"},
@@ -335,7 +338,7 @@ constexpr Row kRows[] = {
      u"¿Quieres repetir el tutorial? Ajustes › Acerca de.",
      u"ショートカットが増えたら、ここから検索できます。このウィンドウを閉じても、"
      u"ホットキーを押せばいつでも呼び出せます。\n\n"
-     u"もう一度チュートリアルを見るには、設定 › このアプリについて を開いてください。"},
+     u"もう一度チュートリアルを見るには、「設定 › このアプリについて」を開いてください。"},
 
     // Spotlight window
     {u"spotlight.type_app", u"Application", u"Aplikasi", u"Aplicación", u"アプリケーション"},
@@ -396,12 +399,12 @@ constexpr Row kRows[] = {
      u"Añadir otra carpeta...", u"別のフォルダーを追加..."},
     {u"folderpick.row", u"%1  ·  %2 items", u"%1  ·  %2 item", u"%1  ·  %2 elementos",
      u"%1  ·  %2 件"},
-    {u"folderpick.outside_title", u"Outside the home folder", u"Di luar folder beranda",
+    {u"folderpick.outside_title", u"Outside the home folder", u"Di luar folder pengguna",
      u"Fuera de la carpeta personal", u"ホームフォルダーの外です"},
     {u"folderpick.outside_msg",
      u"Search only covers your home folder (%1), so a folder outside it would never return "
      u"results.",
-     u"Pencarian hanya mencakup folder beranda Anda (%1), jadi folder di luarnya tidak akan "
+     u"Pencarian hanya mencakup folder pengguna Anda (%1), jadi folder di luarnya tidak akan "
      u"pernah memberi hasil.",
      u"La búsqueda solo abarca tu carpeta personal (%1), así que una carpeta que esté fuera "
      u"nunca daría resultados.",
@@ -726,6 +729,27 @@ constexpr Row kRows[] = {
     {u"main.tray_show", u"Show", u"Tampilkan", u"Mostrar", u"表示"},
     {u"main.tray_exit", u"Exit", u"Keluar", u"Salir", u"終了"},
 };
+
+/// QStringView has no comparison that a compiler can do.
+constexpr std::u16string_view keyOf(const Row& row)
+{
+    return {row.key.utf16(), static_cast<size_t>(row.key.size())};
+}
+
+constexpr bool areKeysDistinct()
+{
+    for (auto row = std::begin(kRows); row != std::end(kRows); ++row) {
+        for (auto later = row + 1; later != std::end(kRows); ++later) {
+            if (keyOf(*row) == keyOf(*later))
+                return false;
+        }
+    }
+    return true;
+}
+
+// A key that stands twice would lose one of its texts without a word.
+static_assert(areKeysDistinct());
+static_assert(std::size(kRows) == 222);
 
 } // namespace
 
