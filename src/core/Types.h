@@ -4,15 +4,29 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QLatin1String>
 #include <QList>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-/// One launchable item. `shortcutType` is one of "URL", "Application", "File", "Bulk", "Snippet"
-/// and "ShellItem", compared case-sensitively; any other text is legal and launches as
-/// "Application".
+/// What an item does, as `LauncherElement::shortcutType` spells it in documents and as the scopes
+/// of a search are called in the settings. Compared case-sensitively.
+namespace ItemType
+{
+
+inline constexpr QLatin1String Url("URL");
+inline constexpr QLatin1String Application("Application");
+inline constexpr QLatin1String File("File");
+inline constexpr QLatin1String Bulk("Bulk");
+inline constexpr QLatin1String Snippet("Snippet");
+inline constexpr QLatin1String ShellItem("ShellItem");
+
+} // namespace ItemType
+
+/// One launchable item. `shortcutType` is one of the words of `ItemType`; any other text is legal
+/// and launches as an application.
 struct LauncherElement
 {
     QString id;           ///< see `createId`; empty only inside a `SectionTemplate`

@@ -19,12 +19,6 @@
 namespace
 {
 
-constexpr QLatin1String kSnippet("Snippet");
-constexpr QLatin1String kBulk("Bulk");
-constexpr QLatin1String kFile("File");
-constexpr QLatin1String kUrl("URL");
-constexpr QLatin1String kShellItem("ShellItem");
-
 void showError(QWidget* parent, const QString& message)
 {
     const AutoQuitBlocker blocker;
@@ -115,23 +109,23 @@ bool reportStart(bool started, QWidget* parent)
 
 bool LaunchDispatcher::execute(const LauncherElement& el, QWidget* parent)
 {
-    if (el.shortcutType == kSnippet) {
+    if (el.shortcutType == ItemType::Snippet) {
         QGuiApplication::clipboard()->setText(el.value);
         return true;
     }
-    if (el.shortcutType == kBulk) {
+    if (el.shortcutType == ItemType::Bulk) {
         runBulk(el.value, parent);
         return true;
     }
-    if (el.shortcutType == kFile) {
+    if (el.shortcutType == ItemType::File) {
         openFile(el.value);
         return true;
     }
-    if (el.shortcutType == kUrl) {
+    if (el.shortcutType == ItemType::Url) {
         openTypedAddress(el.value);
         return true;
     }
-    if (el.shortcutType == kShellItem)
+    if (el.shortcutType == ItemType::ShellItem)
         return reportStart(Platform::launchShellItem(el.value), parent);
     // Applications, and every type that a newer or a broken document may bring along.
     return reportStart(parseCommand(el.value).start(), parent);

@@ -5,6 +5,7 @@
 
 #include "FontResource.h"
 #include "PathLocality.h"
+#include "Types.h"
 
 #include <QColor>
 #include <QFile>
@@ -31,14 +32,17 @@ constexpr int kTokenBase = 16;
 
 struct TypeGlyph
 {
-    const char* type;
+    QLatin1String type;
     uint code;
 };
 
 constexpr std::array kTypeGlyphs{
-    TypeGlyph{"URL", Glyph::Link},           TypeGlyph{"Application", Glyph::DesktopWindows},
-    TypeGlyph{"App", Glyph::DesktopWindows}, TypeGlyph{"File", Glyph::Description},
-    TypeGlyph{"Bulk", Glyph::FolderCopy},    TypeGlyph{"Snippet", Glyph::TextSnippet},
+    TypeGlyph{ItemType::Url, Glyph::Link},
+    TypeGlyph{ItemType::Application, Glyph::DesktopWindows},
+    TypeGlyph{QLatin1String("App"), Glyph::DesktopWindows},
+    TypeGlyph{ItemType::File, Glyph::Description},
+    TypeGlyph{ItemType::Bulk, Glyph::FolderCopy},
+    TypeGlyph{ItemType::Snippet, Glyph::TextSnippet},
 };
 
 QString loadFamily(const char* fontFile)
@@ -127,7 +131,7 @@ bool IconHelper::hasCustomImage(const QString& iconPath)
 uint IconHelper::codepointForType(const QString& type)
 {
     for (const TypeGlyph& entry : kTypeGlyphs) {
-        if (type == QLatin1String(entry.type))
+        if (type == entry.type)
             return entry.code;
     }
     return Glyph::Link;

@@ -72,6 +72,6 @@ LauncherElement AppIndex::asElement(const Entry& entry)
     LauncherElement element;
     element.name = entry.name;
     element.value = entry.launchPath;
-    element.shortcutType = entry.isShellItem ? QStringLiteral("ShellItem") : QStringLiteral("File");
+    element.shortcutType = entry.isShellItem ? ItemType::ShellItem : ItemType::File;
     return element;
 }

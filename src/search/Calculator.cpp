@@ -149,7 +149,7 @@ LauncherElement Calculator::asElement(const Result& result)
 {
     LauncherElement element;
     element.name = result.expression + QStringLiteral(" = ") + result.value;
-    element.shortcutType = QStringLiteral("Snippet");
+    element.shortcutType = ItemType::Snippet;
     element.value = result.value;
     element.iconPath = IconHelper::glyphToken(GlyphCalculate);
     return element;

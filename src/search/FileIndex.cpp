@@ -189,7 +189,7 @@ LauncherElement FileIndex::asElement(const Entry& entry)
 {
     LauncherElement element;
     element.name = nameOf(entry);
-    element.shortcutType = QStringLiteral("File");
+    element.shortcutType = ItemType::File;
     element.value = entry.path;
     return element;
 }

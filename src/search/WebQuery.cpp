@@ -158,7 +158,7 @@ LauncherElement WebQuery::asElement(const Suggestion& suggestion)
 {
     LauncherElement element;
     element.name = suggestion.label;
-    element.shortcutType = QStringLiteral("URL");
+    element.shortcutType = ItemType::Url;
     element.value = suggestion.url;
     element.iconPath = suggestion.iconToken;
     return element;

@@ -6,6 +6,7 @@
 #include "Localization.h"
 #include "RowPainting.h"
 #include "Theme.h"
+#include "Types.h"
 
 #include <QIcon>
 #include <QPainter>
@@ -41,13 +42,13 @@ void SpotlightResultDelegate::setFirstRowTopRadius(int radius)
 
 QString SpotlightResultDelegate::typeLabel(const QString& type)
 {
-    if (type == QLatin1String("URL"))
+    if (type == ItemType::Url)
         return Tr::t(QStringLiteral("spotlight.type_url"));
-    if (type == QLatin1String("File"))
+    if (type == ItemType::File)
         return Tr::t(QStringLiteral("spotlight.type_file"));
-    if (type == QLatin1String("Snippet"))
+    if (type == ItemType::Snippet)
         return Tr::t(QStringLiteral("spotlight.type_snippet"));
-    if (type == QLatin1String("Bulk"))
+    if (type == ItemType::Bulk)
         return Tr::t(QStringLiteral("spotlight.type_bulk"));
     return Tr::t(QStringLiteral("spotlight.type_app"));
 }

@@ -6,6 +6,7 @@
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "SpotlightWindow.h"
+#include "Types.h"
 #include "UsageStats.h"
 
 #include <QListWidget>
@@ -19,11 +20,6 @@ namespace
 {
 
 using Delegate = SpotlightResultDelegate;
-
-const QString kApplication = QStringLiteral("Application");
-const QString kFile = QStringLiteral("File");
-const QString kFolder = QStringLiteral("Folder");
-const QString kUrl = QStringLiteral("URL");
 
 /// The most used first; what is used equally keeps its order. Scores are taken once, since they
 /// decay while a sort runs and a sort needs a firm order.
@@ -76,7 +72,7 @@ struct SpotlightWindow::Group
 
 QString SpotlightWindow::typeOf(const LauncherElement& element)
 {
-    return element.shortcutType.isEmpty() ? kUrl : element.shortcutType;
+    return element.shortcutType.isEmpty() ? QString(ItemType::Url) : element.shortcutType;
 }
 
 void SpotlightWindow::rebuildResults(const QString& text, const QStringList& scopeKeys)
@@ -89,7 +85,7 @@ void SpotlightWindow::rebuildResults(const QString& text, const QStringList& sco
         if (allScopes)
             addCalculatorGroup(text);
         addOwnItemGroups(text, scopeKeys);
-        if (allScopes || scopeKeys.contains(kApplication))
+        if (allScopes || scopeKeys.contains(ItemType::Application))
             addApplicationGroup(text);
         addFileGroups(text, scopeKeys);
         if (allScopes)
@@ -160,8 +156,8 @@ void SpotlightWindow::addApplicationGroup(const QString& text)
 void SpotlightWindow::addFileGroups(const QString& text, const QStringList& scopeKeys)
 {
     const bool allScopes = scopeKeys.isEmpty();
-    const bool showFiles = allScopes || scopeKeys.contains(kFile);
-    const bool showFolders = scopeKeys.contains(kFolder); // only where they are asked for
+    const bool showFiles = allScopes || scopeKeys.contains(ItemType::File);
+    const bool showFolders = scopeKeys.contains(FolderScope); // only where they are asked for
     if (!showFiles && !showFolders)
         return;
     const QString filesTitle = Tr::t(QStringLiteral("spotlight.group_files"));
@@ -170,7 +166,7 @@ void SpotlightWindow::addFileGroups(const QString& text, const QStringList& scop
         if (allScopes)
             return; // a search through everything has enough to show without
         addHeaderRow(showFiles ? filesTitle : foldersTitle);
-        addHintRow(Tr::t(QStringLiteral("spotlight.files_preparing")), QString(), kFile);
+        addHintRow(Tr::t(QStringLiteral("spotlight.files_preparing")), QString(), ItemType::File);
         return;
     }
     const QString query = text.trimmed();
@@ -202,7 +198,7 @@ void SpotlightWindow::addWebGroups(const QString& text, const WebQuery::EngineMa
         addHeaderRow(engineTitle(em));
         addWebRows(engineRows);
         if (engineRows.isEmpty())
-            addHintRow(Tr::t(QStringLiteral("web.engine_hint")), em.iconToken, kUrl);
+            addHintRow(Tr::t(QStringLiteral("web.engine_hint")), em.iconToken, ItemType::Url);
     }
     if (!webRows.isEmpty()) {
         addHeaderRow(Tr::t(QStringLiteral("spotlight.group_web")));

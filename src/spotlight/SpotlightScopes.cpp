@@ -11,6 +11,7 @@
 #include "Localization.h"
 #include "SpotlightWindow.h"
 #include "Theme.h"
+#include "Types.h"
 
 #include <QGuiApplication>
 #include <QListWidget>
@@ -40,8 +41,13 @@ QSettings openSettings()
 const QVector<SpotlightWindow::ScopeDef>& SpotlightWindow::scopeDefs()
 {
     static const QVector<ScopeDef> s_defs{
-        {"", Glyph::Apps},         {"Application", 0}, {"URL", 0},  {"File", 0},
-        {"Folder", Glyph::Folder}, {"Snippet", 0},     {"Bulk", 0},
+        {"", Glyph::Apps},
+        {ItemType::Application.data(), 0},
+        {ItemType::Url.data(), 0},
+        {ItemType::File.data(), 0},
+        {FolderScope.data(), Glyph::Folder},
+        {ItemType::Snippet.data(), 0},
+        {ItemType::Bulk.data(), 0},
     };
     return s_defs;
 }
@@ -57,7 +63,7 @@ QString SpotlightWindow::scopeLabel(const ScopeDef& def)
     const QString key = QString::fromLatin1(def.typeKey);
     if (key.isEmpty())
         return Tr::t(QStringLiteral("spotlight.scope_all"));
-    if (key == QLatin1String("Folder"))
+    if (key == FolderScope)
         return Tr::t(QStringLiteral("spotlight.scope_folder"));
     return SpotlightResultDelegate::typeLabel(key);
 }

@@ -51,6 +51,9 @@ public:
     /// Item role: under what key a launch of the row is remembered.
     static constexpr int RoleUsageKey = SpotlightResultDelegate::RoleNextFree;
 
+    /// Key of the scope of folders, the one that is no type of item.
+    static constexpr QLatin1String FolderScope{"Folder"};
+
     /// A kind of result that a search can be narrowed to.
     struct ScopeDef
     {

@@ -7,6 +7,7 @@
 #include "ItemImages.h"
 #include "ItemRoles.h"
 #include "Theme.h"
+#include "Types.h"
 
 #include <QFontMetrics>
 #include <QModelIndex>
@@ -46,7 +47,7 @@ QFont RowPainting::rowFont(int px, QFont::Weight weight)
 QString RowPainting::itemType(const QModelIndex& index)
 {
     const QString type = index.data(ItemRoles::RoleItemType).toString();
-    return type.isEmpty() ? QStringLiteral("URL") : type;
+    return type.isEmpty() ? QString(ItemType::Url) : type;
 }
 
 QString RowPainting::visiblePart(const QString& text, int width)
