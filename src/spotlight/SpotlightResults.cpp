@@ -9,6 +9,7 @@
 #include "Types.h"
 #include "UsageStats.h"
 
+#include <QHash>
 #include <QListWidget>
 
 #include <algorithm>
@@ -111,14 +112,16 @@ void SpotlightWindow::addCalculatorGroup(const QString& text)
 QVector<SpotlightWindow::Group> SpotlightWindow::ownItemGroups(const QString& text) const
 {
     QVector<Group> groups;
+    QHash<QString, qsizetype> places; // a document may hold as many types as items
     const QVector<SearchMatch> matches = SearchEngine::search(m_model->data(), text.trimmed());
     for (const SearchMatch& match : matches) {
         const QString type = typeOf(match.el);
-        auto group = std::find_if(groups.begin(), groups.end(),
-                                  [&type](const Group& g) { return g.type == type; });
-        if (group == groups.end())
-            group = groups.insert(groups.end(), Group{type, {}});
-        group->matches.append(match);
+        const qsizetype place = places.value(type, groups.size());
+        if (place == groups.size()) {
+            places.insert(type, place);
+            groups.append({type, {}});
+        }
+        groups[place].matches.append(match);
     }
     for (Group& group : groups)
         sortByUsage(group.matches, [](const SearchMatch& match) { return match.el.id; });
