@@ -9,6 +9,7 @@
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "SpotlightWindow.h"
+#include "Theme.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -19,25 +20,6 @@
 
 namespace
 {
-
-// Bars stay invisible until the pointer is on them, in every theme.
-const QString kScrollBarStyle =
-    QStringLiteral("QScrollBar:vertical { background: transparent; width: 6px; }"
-                   "QScrollBar::handle:vertical { background: transparent; border-radius: 3px; }"
-                   "QScrollBar::handle:vertical:hover { background: rgba(128, 128, 128, 0.6); }"
-                   "QScrollBar::handle:vertical:pressed { background: rgba(128, 128, 128, 0.6); }"
-                   "QScrollBar::add-line:vertical { height: 0px; }"
-                   "QScrollBar::sub-line:vertical { height: 0px; }"
-                   "QScrollBar::add-page:vertical { background: none; }"
-                   "QScrollBar::sub-page:vertical { background: none; }"
-                   "QScrollBar:horizontal { background: transparent; height: 6px; }"
-                   "QScrollBar::handle:horizontal { background: transparent; border-radius: 3px; }"
-                   "QScrollBar::handle:horizontal:hover { background: rgba(128, 128, 128, 0.6); }"
-                   "QScrollBar::handle:horizontal:pressed { background: rgba(128, 128, 128, 0.6); }"
-                   "QScrollBar::add-line:horizontal { width: 0px; }"
-                   "QScrollBar::sub-line:horizontal { width: 0px; }"
-                   "QScrollBar::add-page:horizontal { background: none; }"
-                   "QScrollBar::sub-page:horizontal { background: none; }");
 
 void loadTextFont()
 {
@@ -92,7 +74,7 @@ int runPrimary(const QString& instanceKey)
     QLocalServer server;
     SingleInstance::listen(server, SingleInstance::ipcServerName(instanceKey));
     loadTextFont();
-    qApp->setStyleSheet(kScrollBarStyle);
+    qApp->setStyleSheet(Theme::scrollBarStyle());
 
     MainWindow window(nullptr);
     SpotlightWindow spotlight(window.model(), nullptr);

@@ -177,6 +177,8 @@ public:
     static QString dialogTitleStyle(const ColorTokens& c);
     static QString groupHeaderStyle(const ColorTokens& c);
     static QString contextMenuStyle(const ColorTokens& c);
+    /// For every scroll bar of the program: invisible until the pointer is on it, in every theme.
+    static QString scrollBarStyle();
 
     enum class Weight { Normal, Bold };
     /// A label in `color`, any style-sheet colour, and `size`, one of `FontTokens`.

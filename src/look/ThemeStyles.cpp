@@ -208,6 +208,27 @@ QString Theme::bandTitleStyle(const ColorTokens& c)
         .arg(c.onSurface);
 }
 
+QString Theme::scrollBarStyle()
+{
+    return QStringLiteral(
+        "QScrollBar:vertical { background: transparent; width: 6px; }"
+        "QScrollBar::handle:vertical { background: transparent; border-radius: 3px; }"
+        "QScrollBar::handle:vertical:hover { background: rgba(128, 128, 128, 0.6); }"
+        "QScrollBar::handle:vertical:pressed { background: rgba(128, 128, 128, 0.6); }"
+        "QScrollBar::add-line:vertical { height: 0px; }"
+        "QScrollBar::sub-line:vertical { height: 0px; }"
+        "QScrollBar::add-page:vertical { background: none; }"
+        "QScrollBar::sub-page:vertical { background: none; }"
+        "QScrollBar:horizontal { background: transparent; height: 6px; }"
+        "QScrollBar::handle:horizontal { background: transparent; border-radius: 3px; }"
+        "QScrollBar::handle:horizontal:hover { background: rgba(128, 128, 128, 0.6); }"
+        "QScrollBar::handle:horizontal:pressed { background: rgba(128, 128, 128, 0.6); }"
+        "QScrollBar::add-line:horizontal { width: 0px; }"
+        "QScrollBar::sub-line:horizontal { width: 0px; }"
+        "QScrollBar::add-page:horizontal { background: none; }"
+        "QScrollBar::sub-page:horizontal { background: none; }");
+}
+
 QString Theme::shellBg()
 {
     return colors().surfaceContainerHigh;

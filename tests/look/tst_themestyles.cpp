@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -14,6 +15,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTest>
 
 #include <memory>
@@ -106,6 +108,8 @@ private slots:
     void band();
     void bandTitle();
     void contextMenu();
+    void scrollBars_data();
+    void scrollBars();
     void keyComesFromTheSeed();
     void sheetsFollowTheSeed();
     void sheetsParse();
@@ -409,6 +413,38 @@ void ThemeStylesTest::contextMenu()
                  "QMenu::item { padding: 0px; margin: 0px; background: transparent; }"
                  "QMenu::separator { height: 1px; background-color: #003000; "
                  "margin: 4px 10px; }"));
+}
+
+void ThemeStylesTest::scrollBars_data()
+{
+    QTest::addColumn<bool>("isUpright");
+    QTest::addColumn<QSize>("bar");
+    QTest::addColumn<QRect>("handle");
+    QTest::newRow("vertical") << true << QSize(6, 100) << QRect(0, 0, 6, 50);
+    QTest::newRow("horizontal") << false << QSize(100, 6) << QRect(0, 0, 50, 6);
+}
+
+void ThemeStylesTest::scrollBars()
+{
+    QFETCH(bool, isUpright);
+    QFETCH(QSize, bar);
+    QFETCH(QRect, handle);
+    QScrollBar scrollBar(isUpright ? Qt::Vertical : Qt::Horizontal);
+    scrollBar.setStyleSheet(Theme::scrollBarStyle());
+    scrollBar.setRange(0, 100);
+    scrollBar.setPageStep(100);
+    scrollBar.resize(bar);
+    scrollBar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scrollBar));
+    const int thickness = isUpright ? scrollBar.sizeHint().width() : scrollBar.sizeHint().height();
+    QCOMPARE(thickness, 6);
+    QTest::mouseMove(&scrollBar, QRect(QPoint(), bar).bottomRight()); // beside the handle
+    QTRY_COMPARE(Pixels::inkBox(Pixels::imageOf(scrollBar)), QRect());
+    QTest::mouseMove(&scrollBar, handle.center());
+    QTRY_COMPARE(Pixels::inkBox(Pixels::imageOf(scrollBar)), handle); // no arrows before it
+    const int grey = qRound(0.6 * 128 + 0.4 * 255);
+    const QColor shown = Pixels::imageOf(scrollBar).pixelColor(handle.center());
+    QVERIFY2(Pixels::isNear(shown, QColor(grey, grey, grey), 1), qPrintable(shown.name()));
 }
 
 void ThemeStylesTest::keyComesFromTheSeed()
