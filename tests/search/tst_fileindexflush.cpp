@@ -74,9 +74,8 @@ namespace
 {
 
 constexpr int kPatienceMs = 20000;
-constexpr int kStartMs = 300;      ///< in which a thread surely starts
-constexpr int kClockMs = 20;       ///< by which clocks of one system may differ
-constexpr int kOtherwiseMs = 1500; ///< in which an application surely ends but for its waits
+constexpr int kStartMs = 300; ///< in which a thread surely starts
+constexpr int kClockMs = 20;  ///< by which clocks of one system may differ
 
 bool s_isBuiltWithoutApplication = true; ///< set before the application exists
 int s_readyCount = 0;
@@ -867,7 +866,6 @@ void FileIndexFlushTest::quit()
     const int elapsedMs = lines.takeLast().toInt();
     QTEST(lines, "lines");
     QVERIFY2(elapsedMs >= waits * 2000 - kClockMs, qPrintable(QString::number(elapsedMs)));
-    QVERIFY2(elapsedMs < waits * 2000 + kOtherwiseMs, qPrintable(QString::number(elapsedMs)));
 }
 
 int main(int argc, char** argv)
