@@ -22,6 +22,7 @@
 #include <QFrame>
 #include <QGraphicsDropShadowEffect>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
@@ -36,6 +37,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 using Registration = FakeHotkeyBackend::Registration;
@@ -140,7 +142,13 @@ private slots:
     void rebuildWhileFading();
     void rebuildTwice();
     void rebuildChangesTheLanguage();
+    void rebuildChoosesAValidCategory_data();
     void rebuildChoosesAValidCategory();
+    void rebuildGivesTheFocusBack_data();
+    void rebuildGivesTheFocusBack();
+    void rebuildDuringARebuildComesAfterIt();
+    void pagesSwapAtOnceDuringARebuild();
+    void keysPassDuringARebuild();
     void rebuildLeavesContentVisible();
     void fadingWindowLeavesTheActivation();
     void rebuildTakesTheActivationOfAShownWindow();
@@ -175,6 +183,7 @@ private:
     QAction* trayAction(int index) const;
     QPropertyAnimation* runningFade() const;
     bool isDipping() const;
+    void rebuildAnd(const std::function<void()>& inBetween);
     static QString stored(const QString& key);
     static void store(const QString& key, const QVariant& value);
 
@@ -1366,17 +1375,136 @@ void MainWindowTest::rebuildChangesTheLanguage()
     QCOMPARE(m_window->findChild<QSystemTrayIcon*>()->contextMenu()->actions().size(), 2);
 }
 
+void MainWindowTest::rebuildChoosesAValidCategory_data()
+{
+    const QStringList all{"Alpha", "Beta", "Gamma"};
+    QTest::addColumn<QStringList>("categories");
+    QTest::addColumn<QString>("standard");
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<QString>("chosen");
+    QTest::newRow("still there") << all << "Beta"
+                                 << "Gamma"
+                                 << "Gamma";
+    QTest::newRow("gone, to the default") << all << "Beta"
+                                          << "Gone"
+                                          << "Beta";
+    QTest::newRow("none yet") << all << "Beta"
+                              << ""
+                              << "Beta";
+    QTest::newRow("other case") << all << "Beta"
+                                << "gamma"
+                                << "Beta";
+    QTest::newRow("default gone too") << QStringList{"Gamma", "Alpha"} << "Beta"
+                                      << "Gone"
+                                      << "Gamma";
+    QTest::newRow("none left") << QStringList() << "Beta"
+                               << "Gone"
+                               << "";
+}
+
 void MainWindowTest::rebuildChoosesAValidCategory()
 {
+    QFETCH(QStringList, categories);
+    QFETCH(QString, standard);
+    QFETCH(QString, current);
     construct();
-    m_window->model()->setCurrentCategory("Gamma");
+    // No operation of the model leaves a default behind that isn't there; a document may.
+    auto& document = const_cast<LauncherData&>(m_window->model()->data());
+    document.categories = categories;
+    document.defaultCategory = standard;
+    m_window->model()->setCurrentCategory(current);
+    rebuildAnd([] {});
+    QTEST(m_window->model()->currentCategory(), "chosen");
+}
+
+void MainWindowTest::rebuildGivesTheFocusBack_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<bool>("isGivenBack");
+    QTest::newRow("same name") << "nameEdit"
+                               << "nameEdit" << true;
+    QTest::newRow("other name") << "nameEdit"
+                                << "valueEdit" << false;
+    QTest::newRow("without a name") << ""
+                                    << "" << false;
+}
+
+void MainWindowTest::rebuildGivesTheFocusBack()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    constructAndShow();
+    const auto addEdit = [this](const QString& name) {
+        auto* edit = new QLineEdit;
+        edit->setObjectName(name);
+        stack()->currentWidget()->layout()->addWidget(edit);
+        edit->show();
+        return edit;
+    };
+    addEdit(before)->setFocus();
+    QPointer<QLineEdit> built;
+    // The texts of the tray change when the tree is built and before the focus is given.
+    connect(trayAction(0), &QAction::changed, this, [&] { built = addEdit(after); });
+    Tr::setLanguage(Lang::Ja);
     m_window->rebuildUIPreservingFocus();
-    QPointer<QFrame> old = background();
+    QTRY_VERIFY(!isDipping());
+    QVERIFY(built);
+    QFETCH(bool, isGivenBack);
+    const QWidget* expected = isGivenBack ? built.data() : nullptr;
+    QCOMPARE(QApplication::focusWidget(), expected);
+}
+
+/// Rebuilds the tree and does something in the middle of it.
+void MainWindowTest::rebuildAnd(const std::function<void()>& inBetween)
+{
+    const QPointer<QFrame> old = background();
+    const auto connection =
+        connect(m_window->model(), &LauncherModel::currentCategoryChanged, this, inBetween);
+    m_window->rebuildUIPreservingFocus();
     QTRY_VERIFY(!old);
-    QCOMPARE(m_window->model()->currentCategory(), "Gamma");
+    disconnect(connection);
+}
+
+void MainWindowTest::rebuildDuringARebuildComesAfterIt()
+{
+    constructAndShow();
+    m_window->model()->setCurrentCategory("Gone"); // so that the rebuild chooses another
+    QPointer<QFrame> inner;
+    bool isLeftAlone = false;
+    rebuildAnd([&] {
+        inner = background();
+        m_window->rebuildUIPreservingFocus();
+        isLeftAlone = inner && inner == background();
+    });
+    QVERIFY(isLeftAlone);
+    QTRY_VERIFY(!inner); // replaced once more
+    QTRY_VERIFY(!isDipping());
+    QCOMPARE(m_window->findChildren<QFrame*>("bgContainer").size(), 1);
+    QCOMPARE(m_window->windowOpacity(), 1.0);
+}
+
+void MainWindowTest::pagesSwapAtOnceDuringARebuild()
+{
+    constructAndShow();
     m_window->model()->setCurrentCategory("Gone");
-    m_window->rebuildUIPreservingFocus();
-    QTRY_COMPARE(m_window->model()->currentCategory(), "Beta");
+    int page = -1;
+    rebuildAnd([&] {
+        stack()->addWidget(new QWidget);
+        m_window->goToPage(1);
+        page = stack()->currentIndex();
+    });
+    QCOMPARE(page, 1);
+}
+
+void MainWindowTest::keysPassDuringARebuild()
+{
+    constructAndShow();
+    m_window->model()->setCurrentCategory("Gone");
+    bool isTaken = true;
+    rebuildAnd([&] { isTaken = isOverrideConsumed(m_window.get(), Qt::Key_Tab); });
+    QVERIFY(!isTaken);
+    QVERIFY(isOverrideConsumed(m_window.get(), Qt::Key_Tab));
 }
 
 void MainWindowTest::rebuildLeavesContentVisible()

@@ -200,6 +200,7 @@ private slots:
     void gutterFollowsAResize();
     void gutterTakesTheFieldColours_data();
     void gutterTakesTheFieldColours();
+    void gutterUnderItsStyleSheet();
     void gutterNumbersTheVisibleLines();
     void gutterScrollsWithTheText();
     void gutterFollowsLinesThatMove();
@@ -585,6 +586,35 @@ void CustomWidgetsTest::gutterTakesTheFieldColours()
     QVERIFY(!digit.isEmpty());
     QVERIFY(digit.right() < field.gutter().width() - 8);
     QVERIFY(digit.bottom() < 60);
+}
+
+void CustomWidgetsTest::gutterUnderItsStyleSheet()
+{
+    const ColorTokens tokens = Theme::colors();
+    NumberedField field;
+    field.edit.setStyleSheet(Theme::fieldInputStyle(tokens));
+    field.edit.resize(300, 400);
+    field.setLineCount(12);
+    QVERIFY(QTest::qWaitForWindowActive(&field.edit));
+    const QRect contents = field.edit.contentsRect();
+    QVERIFY(contents.left() > 0); // the padding of the sheet
+    const QRect gutter(contents.topLeft(),
+                       QSize(field.edit.lineNumberAreaWidth(), contents.height()));
+    QTRY_COMPARE(field.gutter().geometry(), gutter);
+    QCOMPARE(field.edit.viewport()->geometry(), contents.adjusted(gutter.width(), 0, 0, 0));
+    // The sheet paints the field and the gutter itself, and between them there is no seam.
+    for (const bool hasFocus : {true, false}) {
+        hasFocus ? field.edit.setFocus() : field.edit.clearFocus();
+        const QColor ground(hasFocus ? Theme::fieldFocusBg(tokens) : Theme::fieldIdleBg(tokens));
+        const QImage image = field.edit.grab().toImage();
+        QCOMPARE(image.pixelColor(gutter.left() + 1, gutter.bottom() - 1), ground);
+        QCOMPARE(image.pixelColor(gutter.left() - 2, gutter.bottom() - 1), ground);
+        QCOMPARE(image.pixelColor(gutter.right() + 20, gutter.bottom() - 1), ground);
+        const QRect digits = Pixels::boxWhere(image.copy(gutter), [&tokens](const QColor& color) {
+            return color == QColor(tokens.onSurfaceVariant);
+        });
+        QVERIFY(!digits.isEmpty());
+    }
 }
 
 void CustomWidgetsTest::gutterNumbersTheVisibleLines()
