@@ -12,6 +12,7 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -677,6 +678,7 @@ void StorageManagerTest::failedSaveIsSilent()
     write("kept", "directory/inside");
     const QStringList before = QDir(m_dir->path()).entryList();
 
+    QTest::failOnWarning(QRegularExpression(".*"));
     StorageManager::saveData(file.isEmpty() ? file : path(file), fullDocument());
     QCOMPARE(QDir(m_dir->path()).entryList(), before);
     QCOMPARE(read("file"), "kept");

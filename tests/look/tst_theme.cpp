@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FakeSystemTheme.h"
+#include "FreshProcess.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -12,7 +13,9 @@
 #include <QSettings>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 namespace
@@ -110,6 +113,22 @@ bool isNear(double actual, double expected)
     return false;
 }
 
+/// Tells what is set before anything is loaded or asked for.
+int printInitialState(const QStringList&)
+{
+    std::printf("%d\n%s\n%d\n", Theme::forceTheme, qPrintable(Theme::seedColorHex),
+                Theme::gridColumns);
+    return 0;
+}
+
+/// True if every token is the very text that the other has, and no equal one worked out anew.
+bool areShared(const ColorTokens& a, const ColorTokens& b)
+{
+    return std::all_of(std::begin(kFields), std::end(kFields), [&](const TokenField& entry) {
+        return (a.*entry.field).constData() == (b.*entry.field).constData();
+    });
+}
+
 QByteArray settingsFileContent()
 {
     QFile file(Theme::settingsFilePath());
@@ -153,6 +172,8 @@ private slots:
     void tonesForTouchesSixFieldsOnly();
     void tonesForIgnoresAlpha();
     void tonesForKeepsOneBaseOnly();
+    void palettesAreCached_data();
+    void palettesAreCached();
     void palettesNoticeSeedAndMode();
     void itemThemeIsOfTheSeed();
     void errorAndWarningIgnoreTheSeed();
@@ -192,7 +213,9 @@ void ThemeTest::init()
 
 void ThemeTest::initialState()
 {
-    // The statics before anything is loaded are what a fresh installation loads.
+    const QStringList initial{QString::number(kFollowSystem), kDefaultSeed, "3"};
+    QCOMPARE(FreshProcess::linesOf("print initial state", {}), initial);
+    // A fresh installation loads the same.
     Theme::forceTheme = 5;
     Theme::seedColorHex.clear();
     Theme::gridColumns = 4;
@@ -465,6 +488,38 @@ void ThemeTest::tonesForTouchesSixFieldsOnly()
         token->clear();
     }
     QVERIFY(t == c);
+}
+
+void ThemeTest::palettesAreCached_data()
+{
+    QTest::addColumn<bool>("isOfABase");
+    QTest::addColumn<QString>("otherSeed");
+    QTest::addColumn<int>("otherMode");
+    QTest::newRow("palette, another seed") << false << "#a03050" << kForceLight;
+    QTest::newRow("palette, another mode") << false << kDefaultSeed << kForceDark;
+    QTest::newRow("tones, another seed") << true << "#a03050" << kForceLight;
+    QTest::newRow("tones, another mode") << true << kDefaultSeed << kForceDark;
+}
+
+void ThemeTest::palettesAreCached()
+{
+    QFETCH(bool, isOfABase);
+    QFETCH(QString, otherSeed);
+    QFETCH(int, otherMode);
+    const auto palette = [isOfABase] {
+        return isOfABase ? Theme::tonesFor(QColor(0x22, 0xC5, 0x5E)) : Theme::colors();
+    };
+    useTheme(kForceLight, kDefaultSeed);
+    const ColorTokens first = palette();
+    QVERIFY(areShared(palette(), first));
+    useTheme(otherMode, otherSeed);
+    const ColorTokens other = palette();
+    QVERIFY(!(other == first));
+    QVERIFY(areShared(palette(), other));
+    useTheme(kForceLight, kDefaultSeed);
+    const ColorTokens again = palette();
+    QVERIFY(again == first);
+    QVERIFY(!areShared(again, first)); // one palette is kept, not all of them
 }
 
 void ThemeTest::tonesForIgnoresAlpha()
@@ -850,5 +905,9 @@ void ThemeTest::stateLayerOn()
     QTEST(Theme::stateLayerOn(base, on, alpha), "result");
 }
 
-QTEST_MAIN(ThemeTest)
+int main(int argc, char** argv)
+{
+    return FreshProcess::main<ThemeTest>(argc, argv, {{"print initial state", printInitialState}});
+}
+
 #include "tst_theme.moc"

@@ -406,6 +406,7 @@ void LauncherModelTest::locateElementById()
     data.sectionElements["Alpha"] = {item("twice")};
     data.sectionElements["Zeta"] = {item("other"), item("twice"), item("twice")};
     open(data);
+    m_model->saveItem("Zeta", LauncherElement(), -1); // whose id is empty
 
     QString outCat = "before";
     int outIndex = 77;

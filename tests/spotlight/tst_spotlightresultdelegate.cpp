@@ -176,7 +176,7 @@ private slots:
     void brokenImagePaintsNothing();
     void missingImageGivesTheGlyph();
 
-    void titleIsDrawnAsSpecified();
+    void titleHasItsPlaceFontAndColour();
     void longTitleIsElided();
     void strangeTitlesStayOnOneLine_data();
     void strangeTitlesStayOnOneLine();
@@ -767,7 +767,7 @@ void SpotlightResultDelegateTest::missingImageGivesTheGlyph()
     }
 }
 
-void SpotlightResultDelegateTest::titleIsDrawnAsSpecified()
+void SpotlightResultDelegateTest::titleHasItsPlaceFontAndColour()
 {
     const QImage image = painted(row("Quick Journey"));
     QImage expected(image.size(), image.format());
@@ -848,10 +848,12 @@ void SpotlightResultDelegateTest::rightToLeftTitleStartsAtTheLeft()
 void SpotlightResultDelegateTest::rowTooSmallForAnything_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::newRow("nothing") << QSize(0, 0);
-    QTest::newRow("narrower than its margin") << QSize(5, 64);
-    QTest::newRow("lower than its margin") << QSize(300, 5);
-    QTest::newRow("no room for a title") << QSize(60, 64);
+    QTest::addColumn<bool>("isTitled");
+    QTest::newRow("nothing") << QSize(0, 0) << false;
+    QTest::newRow("narrower than its margin") << QSize(5, 64) << false;
+    QTest::newRow("lower than its margin") << QSize(300, 5) << true;
+    QTest::newRow("no room for a title") << QSize(60, 64) << false;
+    QTest::newRow("room for the ellipsis") << QSize(100, 64) << true;
 }
 
 void SpotlightResultDelegateTest::rowTooSmallForAnything()
@@ -863,8 +865,10 @@ void SpotlightResultDelegateTest::rowTooSmallForAnything()
     Roles roles = with(row("Name"), Delegate::RoleGroupFirst, true);
     roles.insert(Delegate::RoleGroupLast, true);
     const QRect rect(QPoint(20, 20), size);
-    const QImage image = painted(roles, QStyle::State_Selected, delegate, rect);
-    QVERIFY(!image.isNull());
+    const Roles untitled = with(roles, Qt::DisplayRole, QString());
+    const bool isTitled = painted(roles, QStyle::State_Selected, delegate, rect) !=
+                          painted(untitled, QStyle::State_Selected, delegate, rect);
+    QTEST(isTitled, "isTitled");
 }
 
 void SpotlightResultDelegateTest::painterStateIsKept()

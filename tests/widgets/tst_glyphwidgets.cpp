@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FreshProcess.h"
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
 #include "Pictures.h"
@@ -14,6 +15,7 @@
 #include <QPainter>
 #include <QTest>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
 
@@ -38,6 +40,20 @@ QImage painted(const QSize& size, const std::function<void(QPainter&)>& draw)
     painter.setRenderHint(QPainter::Antialiasing);
     draw(painter);
     return image;
+}
+
+/// Styles a pill that isn't there, in the way that is named, and repeats the name if it survives.
+int styleNoPill(const QStringList& arguments)
+{
+    const QString& style = arguments.first();
+    if (style == "resting")
+        PillStyle::applyResting(nullptr, Glyph::Add, false);
+    else if (style == "lit")
+        PillStyle::applyLit(nullptr, Glyph::Add);
+    else
+        PillStyle::applyFilterChip(nullptr, Glyph::Add, QStringLiteral("Text"));
+    std::printf("%s\n", qPrintable(style));
+    return 0;
 }
 
 void sendEnter(QWidget& widget)
@@ -185,6 +201,7 @@ private slots:
     void filterChipShowsItsGlyphs();
     void filterChipShowsAmpersands();
     void filterChipMeasuresTheFontInForce();
+    void pillStylesIgnoreNull_data();
     void pillStylesIgnoreNull();
 };
 
@@ -884,14 +901,22 @@ void GlyphWidgetsTest::filterChipMeasuresTheFontInForce()
     QCOMPARE(chip->width(), QFontMetrics(chip->font()).horizontalAdvance(label) + 64);
 }
 
-void GlyphWidgetsTest::pillStylesIgnoreNull()
+void GlyphWidgetsTest::pillStylesIgnoreNull_data()
 {
-    PillStyle::applyResting(nullptr, Glyph::Add, false);
-    PillStyle::applyLit(nullptr, Glyph::Add);
-    PillStyle::applyFilterChip(nullptr, Glyph::Add, QStringLiteral("Text"));
-    GlyphButton untouched;
-    QVERIFY(untouched.styleSheet().isEmpty());
+    QTest::addColumn<QString>("style");
+    for (const char* style : {"resting", "lit", "filter chip"})
+        QTest::newRow(style) << style;
 }
 
-QTEST_MAIN(GlyphWidgetsTest)
+void GlyphWidgetsTest::pillStylesIgnoreNull()
+{
+    QFETCH(QString, style);
+    QCOMPARE(FreshProcess::linesOf("style no pill", {style}), QStringList(style)); // no crash
+}
+
+int main(int argc, char** argv)
+{
+    return FreshProcess::main<GlyphWidgetsTest>(argc, argv, {{"style no pill", styleNoPill}});
+}
+
 #include "tst_glyphwidgets.moc"
