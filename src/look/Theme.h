@@ -184,6 +184,9 @@ public:
     /// A label in `color`, any style-sheet colour, and `size`, one of `FontTokens`.
     static QString textStyle(const QString& color, const QString& size,
                              Weight weight = Weight::Normal);
+    /// The vertical scroll bar of a text that is not all in view: shown at all times, unlike the
+    /// others of the program.
+    static QString shownScrollBarStyle(const ColorTokens& c);
     /// A filled box whose upper and lower corners differ, such as the band at the top of a card.
     /// \param sel selector of that box.
     /// \param topRadius, bottomRadius px.

@@ -193,6 +193,18 @@ QString Theme::textStyle(const QString& color, const QString& size, Weight weigh
         .arg(color, size, isBold ? QStringLiteral("font-weight: bold; ") : QString());
 }
 
+QString Theme::shownScrollBarStyle(const ColorTokens& c)
+{
+    return QStringLiteral(
+               "QScrollBar:vertical { background: transparent; width: 6px; }"
+               "QScrollBar::handle:vertical { background: %1; border-radius: 3px; "
+               "min-height: 24px; }"
+               "QScrollBar::handle:vertical:hover { background: %2; }"
+               "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0px; }"
+               "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }")
+        .arg(c.outline, c.onSurfaceVariant);
+}
+
 QString Theme::bandStyle(const QString& sel, const QString& fill, int topRadius, int bottomRadius)
 {
     return QStringLiteral("%1 { background-color: %2; border: none; "

@@ -90,6 +90,7 @@ QScrollArea* makeScroll(QLabel* text)
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // the sign that there is more
+    scroll->verticalScrollBar()->setStyleSheet(Theme::shownScrollBarStyle(Theme::colors()));
     scroll->setWidgetResizable(true);
     scroll->setFixedHeight(kMaxTextHeight);
     text->setContentsMargins(0, 0, Theme::Sp_Sm, 0); // off the scroll bar

@@ -107,6 +107,7 @@ private slots:
     void text();
     void band();
     void bandTitle();
+    void shownScrollBar();
     void contextMenu();
     void scrollBars_data();
     void scrollBars();
@@ -401,6 +402,17 @@ void ThemeStylesTest::bandTitle()
     QCOMPARE(Theme::bandTitleStyle(markedTokens()),
              QStringLiteral("color: #c00000; font-size: 18px; font-weight: bold; border: none; "
                             "background: transparent;"));
+}
+
+void ThemeStylesTest::shownScrollBar()
+{
+    const QString sheet = Theme::shownScrollBarStyle(markedTokens());
+    QCOMPARE(ruleOf(sheet, "QScrollBar:vertical")["width"], QStringLiteral("6px"));
+    const Declarations handle = ruleOf(sheet, "QScrollBar::handle:vertical");
+    QCOMPARE(handle["background"], QStringLiteral("#002000"));
+    QCOMPARE(handle["border-radius"], QStringLiteral("3px"));
+    QCOMPARE(ruleOf(sheet, "QScrollBar::handle:vertical:hover")["background"],
+             QStringLiteral("#b00000"));
 }
 
 void ThemeStylesTest::contextMenu()

@@ -3,6 +3,7 @@
 
 #include "CustomMessageBox.h"
 #include "Localization.h"
+#include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
@@ -114,6 +116,8 @@ private slots:
     void longTextsScroll();
     void scrollingShowsTheEnd();
     void scrolledTextStandsOnTheCard();
+    void scrollBarIsInSight_data();
+    void scrollBarIsInSight();
     void keysScroll_data();
     void keysScroll();
     void scrolledBoxEndsAsAnyOther();
@@ -313,6 +317,33 @@ void CustomMessageBoxTest::scrolledTextStandsOnTheCard()
     // Between the lines of the text there is the card, and nothing of a colour of its own.
     const QPoint corner = scroll->viewport()->mapTo(&box, scroll->viewport()->rect().bottomRight());
     QCOMPARE(image.pixelColor(corner), QColor(Theme::colors().surface));
+}
+
+void CustomMessageBoxTest::scrollBarIsInSight_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::newRow("light") << 1;
+    QTest::newRow("dark") << 2;
+}
+
+void CustomMessageBoxTest::scrollBarIsInSight()
+{
+    QFETCH(int, mode);
+    Theme::forceTheme = mode;
+    // The bars of the program are invisible until the pointer is on them.
+    qApp->setStyleSheet("QScrollBar::handle:vertical { background: transparent; }");
+    const auto restore = qScopeGuard([] { qApp->setStyleSheet(QString()); });
+    Box box(nullptr, "t", linesOf(200), Box::Ok, Box::Ok, Box::Info);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    const QScrollBar* bar = box.findChild<QScrollArea*>()->verticalScrollBar();
+    const QRect barInBox(bar->mapTo(&box, QPoint(0, 0)), bar->size());
+    const QRect handle =
+        Pixels::boxOfColor(box.grab().toImage().copy(barInBox), QColor(Theme::colors().outline), 2);
+    QVERIFY(handle.width() >= 4);
+    QVERIFY(handle.height() >= 20);
+    QVERIFY(handle.top() < 10);
+    QVERIFY(handle.bottom() < barInBox.height() / 2); // most of the text is below
 }
 
 void CustomMessageBoxTest::keysScroll_data()
