@@ -184,14 +184,34 @@ public:
     /// A label in `color`, any style-sheet colour, and `size`, one of `FontTokens`.
     static QString textStyle(const QString& color, const QString& size,
                              Weight weight = Weight::Normal);
+    /// The same on a card of the pages, whose own sheet would give the label a ground of its own.
+    static QString textOnCardStyle(const QString& color, const QString& size,
+                                   Weight weight = Weight::Normal);
+    /// The name of a row of the pages; for a label whose object name is "titleStatic".
+    static QString staticTitleStyle(const ColorTokens& c);
     /// The vertical scroll bar of a text that is not all in view: shown at all times, unlike the
     /// others of the program.
     static QString shownScrollBarStyle(const ColorTokens& c);
-    /// A filled box whose upper and lower corners differ, such as the band at the top of a card.
-    /// \param sel selector of that box.
+    /// A line between groups; the widget's height is the caller's.
+    static QString separatorStyle(const ColorTokens& c);
+    /// `pillSecondaryStyle` for a push button 36 px high at the end of a row.
+    static QString smallPillStyle(const ColorTokens& c);
+    /// A push button 36 px high that shows a choice and opens a menu to change it.
+    /// \param sel selector of that button.
+    /// \param activeBg, activeFg colours under the pointer and with focus.
+    /// \param leftPad px before the text, where a glyph may stand.
+    /// \param minWidth px of the text's box.
+    static QString pickerPillStyle(const QString& sel, const ColorTokens& c,
+                                   const QString& activeBg, const QString& activeFg, int leftPad,
+                                   int minWidth);
+    /// A checkable push button 36 px high, one of a row of choices; with `choiceBtnStates`.
+    /// \param sel, idleBgOverride as there.
+    static QString choicePillStyle(const ColorTokens& c, const QString& sel,
+                                   const QString& idleBgOverride = QString());
+    /// A filled box whose upper and lower corners differ, such as the band at the top of a card:
+    /// what stands between the braces of its rule.
     /// \param topRadius, bottomRadius px.
-    static QString bandStyle(const QString& sel, const QString& fill, int topRadius,
-                             int bottomRadius);
+    static QString bandStyle(const QString& fill, int topRadius, int bottomRadius);
     /// The title in such a band.
     static QString bandTitleStyle(const ColorTokens& c);
 

@@ -193,6 +193,18 @@ QString Theme::textStyle(const QString& color, const QString& size, Weight weigh
         .arg(color, size, isBold ? QStringLiteral("font-weight: bold; ") : QString());
 }
 
+QString Theme::textOnCardStyle(const QString& color, const QString& size, Weight weight)
+{
+    return QStringLiteral("%1 background: transparent;").arg(textStyle(color, size, weight));
+}
+
+QString Theme::staticTitleStyle(const ColorTokens& c)
+{
+    return QStringLiteral("QLabel#titleStatic { background-color: transparent; color: %1; "
+                          "font-size: %2; font-weight: bold; border: none; }")
+        .arg(c.onSurface, FontTokens::SizeMd);
+}
+
 QString Theme::shownScrollBarStyle(const ColorTokens& c)
 {
     return QStringLiteral(
@@ -205,12 +217,46 @@ QString Theme::shownScrollBarStyle(const ColorTokens& c)
         .arg(c.outline, c.onSurfaceVariant);
 }
 
-QString Theme::bandStyle(const QString& sel, const QString& fill, int topRadius, int bottomRadius)
+QString Theme::separatorStyle(const ColorTokens& c)
 {
-    return QStringLiteral("%1 { background-color: %2; border: none; "
-                          "border-top-left-radius: %3px; border-top-right-radius: %3px; "
-                          "border-bottom-left-radius: %4px; border-bottom-right-radius: %4px; }")
-        .arg(sel, fill, QString::number(topRadius), QString::number(bottomRadius));
+    return QStringLiteral("background-color: %1; border: none;").arg(c.outlineVariant);
+}
+
+QString Theme::smallPillStyle(const ColorTokens& c)
+{
+    return pillSecondaryStyle(c) +
+           QStringLiteral("QPushButton { border-radius: 18px; padding: 0 16px; font-size: 12px; }");
+}
+
+QString Theme::pickerPillStyle(const QString& sel, const ColorTokens& c, const QString& activeBg,
+                               const QString& activeFg, int leftPad, int minWidth)
+{
+    return QStringLiteral(
+               "%1 { background-color: %2; border: none; border-radius: 18px; "
+               "padding: 6px 14px 6px %6px; color: %3; font-weight: bold; letter-spacing: 0.3px; "
+               "outline: 0; min-width: %7px; text-align: left; }"
+               "%1:hover { background-color: %4; color: %5; }"
+               "%1:focus { background-color: %4; color: %5; outline: 0; }")
+        .arg(sel, fieldIdleBg(c), c.onSurface, activeBg, activeFg, QString::number(leftPad),
+             QString::number(minWidth));
+}
+
+QString Theme::choicePillStyle(const ColorTokens& c, const QString& sel,
+                               const QString& idleBgOverride)
+{
+    return QStringLiteral("%1 { background-color: %2; color: %3; border: 2px solid transparent; "
+                          "border-radius: 18px; padding: 0 14px; font-size: 12px; "
+                          "font-weight: bold; outline: 0; }")
+               .arg(sel, idleOf(c, idleBgOverride), c.onSurface) +
+           choiceBtnStates(c, sel, idleBgOverride);
+}
+
+QString Theme::bandStyle(const QString& fill, int topRadius, int bottomRadius)
+{
+    return QStringLiteral("background-color: %1; border: none; "
+                          "border-top-left-radius: %2px; border-top-right-radius: %2px; "
+                          "border-bottom-left-radius: %3px; border-bottom-right-radius: %3px;")
+        .arg(fill, QString::number(topRadius), QString::number(bottomRadius));
 }
 
 QString Theme::bandTitleStyle(const ColorTokens& c)

@@ -40,18 +40,6 @@ constexpr int kSearchIconPx = 16;
 constexpr int kChipGap = 8;
 constexpr int kChipMargin = 8;
 
-QString cornersStyle(const QString& selector, const QString& color, int top, int bottom)
-{
-    return selector + QStringLiteral(" {") +
-           QStringLiteral("background-color: %1; border: none; border-top-left-radius: %2px; "
-                          "border-top-right-radius: %2px; border-bottom-left-radius: %3px; "
-                          "border-bottom-right-radius: %3px;")
-               .arg(color)
-               .arg(top)
-               .arg(bottom) +
-           QStringLiteral("}");
-}
-
 } // namespace
 
 SpotlightWindow::SpotlightWindow(LauncherModel* model, QWidget* parent)
@@ -327,11 +315,11 @@ void SpotlightWindow::applySearchStripStyle()
 {
     if (!m_searchPill || !m_searchBox || !m_resultsPanel)
         return;
-    m_searchPill->setStyleSheet(cornersStyle(QStringLiteral("QFrame#spotlightSearchPill"),
-                                             Theme::shellBg(), kShellRadius,
-                                             m_resultsShown ? 0 : kShellRadius));
-    m_resultsPanel->setStyleSheet(cornersStyle(QStringLiteral("QFrame#spotlightResultsPanel"),
-                                               Theme::panelBg(), 0, kShellRadius));
+    m_searchPill->setStyleSheet(QStringLiteral("QFrame#spotlightSearchPill {%1}")
+                                    .arg(Theme::bandStyle(Theme::shellBg(), kShellRadius,
+                                                          m_resultsShown ? 0 : kShellRadius)));
+    m_resultsPanel->setStyleSheet(QStringLiteral("QFrame#spotlightResultsPanel {%1}")
+                                      .arg(Theme::bandStyle(Theme::panelBg(), 0, kShellRadius)));
     m_searchBox->setStyleSheet(
         QStringLiteral("QFrame#spotlightSearchBox { background-color: %1; border: none; "
                        "border-radius: %2px; }")

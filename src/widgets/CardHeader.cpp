@@ -14,8 +14,8 @@ CardHeader::CardHeader(const QString& objectName, const QString& title, int radi
 {
     setObjectName(objectName);
     setFixedHeight(Height);
-    setStyleSheet(
-        Theme::bandStyle(QStringLiteral("QFrame#") + objectName, Theme::shellBg(), radiusPx, 0));
+    setStyleSheet(QStringLiteral("QFrame#%1 { %2 }")
+                      .arg(objectName, Theme::bandStyle(Theme::shellBg(), radiusPx, 0)));
     m_row->setContentsMargins(SidePad, 0, SidePad, 0);
     m_row->setSpacing(LeadingSpan);
     m_title->setTextFormat(Qt::PlainText);

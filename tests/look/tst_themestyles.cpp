@@ -107,7 +107,14 @@ private slots:
     void text();
     void band();
     void bandTitle();
+    void textOnACard();
+    void staticTitle();
+    void separator();
     void shownScrollBar();
+    void smallPill();
+    void pickerPill();
+    void choicePill_data();
+    void choicePill();
     void contextMenu();
     void scrollBars_data();
     void scrollBars();
@@ -388,13 +395,10 @@ void ThemeStylesTest::text()
 
 void ThemeStylesTest::band()
 {
-    QCOMPARE(Theme::bandStyle("QFrame#band", "#123456", 24, 16),
-             QStringLiteral("QFrame#band { background-color: #123456; border: none; "
+    QCOMPARE(Theme::bandStyle("#123456", 24, 16),
+             QStringLiteral("background-color: #123456; border: none; "
                             "border-top-left-radius: 24px; border-top-right-radius: 24px; "
-                            "border-bottom-left-radius: 16px; border-bottom-right-radius: 16px; "
-                            "}"));
-    // A name with a placeholder's look in it stays as it is.
-    QVERIFY(Theme::bandStyle("QFrame#b%2", "#123456", 1, 2).startsWith("QFrame#b%2 {"));
+                            "border-bottom-left-radius: 16px; border-bottom-right-radius: 16px;"));
 }
 
 void ThemeStylesTest::bandTitle()
@@ -402,6 +406,27 @@ void ThemeStylesTest::bandTitle()
     QCOMPARE(Theme::bandTitleStyle(markedTokens()),
              QStringLiteral("color: #c00000; font-size: 18px; font-weight: bold; border: none; "
                             "background: transparent;"));
+}
+
+void ThemeStylesTest::textOnACard()
+{
+    for (const Theme::Weight weight : {Theme::Weight::Normal, Theme::Weight::Bold}) {
+        const Declarations text =
+            declarationsOf(Theme::textOnCardStyle("#123456", FontTokens::SizeSm, weight));
+        QCOMPARE(text["color"], QStringLiteral("#123456"));
+        QCOMPARE(text["font-size"], QStringLiteral("13px"));
+        QCOMPARE(text["border"], QStringLiteral("none"));
+        QCOMPARE(text["background"], QStringLiteral("transparent"));
+        QCOMPARE(text.value("font-weight", "normal"),
+                 weight == Theme::Weight::Bold ? QStringLiteral("bold") : QStringLiteral("normal"));
+    }
+}
+
+void ThemeStylesTest::staticTitle()
+{
+    QCOMPARE(Theme::staticTitleStyle(markedTokens()),
+             QStringLiteral("QLabel#titleStatic { background-color: transparent; color: #c00000; "
+                            "font-size: 14px; font-weight: bold; border: none; }"));
 }
 
 void ThemeStylesTest::shownScrollBar()
@@ -413,6 +438,72 @@ void ThemeStylesTest::shownScrollBar()
     QCOMPARE(handle["border-radius"], QStringLiteral("3px"));
     QCOMPARE(ruleOf(sheet, "QScrollBar::handle:vertical:hover")["background"],
              QStringLiteral("#b00000"));
+}
+
+void ThemeStylesTest::separator()
+{
+    QCOMPARE(Theme::separatorStyle(markedTokens()),
+             QStringLiteral("background-color: #003000; border: none;"));
+}
+
+void ThemeStylesTest::smallPill()
+{
+    const ColorTokens c = markedTokens();
+    const QString sheet = Theme::smallPillStyle(c);
+    QVERIFY(sheet.startsWith(Theme::pillSecondaryStyle(c))); // so that the rule behind it wins
+    QCOMPARE(sheet.mid(Theme::pillSecondaryStyle(c).size()),
+             QStringLiteral("QPushButton { border-radius: 18px; padding: 0 16px; "
+                            "font-size: 12px; }"));
+}
+
+void ThemeStylesTest::pickerPill()
+{
+    const ColorTokens c = markedTokens();
+    const QString sheet =
+        Theme::pickerPillStyle("QPushButton#pick", c, "#123456", "#654321", 34, 80);
+    const Declarations box = ruleOf(sheet, "QPushButton#pick");
+    QCOMPARE(box["background-color"], Theme::fieldIdleBg(c));
+    QCOMPARE(box["border"], QStringLiteral("none"));
+    QCOMPARE(box["border-radius"], QStringLiteral("18px"));
+    QCOMPARE(box["padding"], QStringLiteral("6px 14px 6px 34px"));
+    QCOMPARE(box["color"], QStringLiteral("#c00000"));
+    QCOMPARE(box["font-weight"], QStringLiteral("bold"));
+    QCOMPARE(box["letter-spacing"], QStringLiteral("0.3px"));
+    QCOMPARE(box["outline"], QStringLiteral("0"));
+    QCOMPARE(box["min-width"], QStringLiteral("80px"));
+    QCOMPARE(box["text-align"], QStringLiteral("left"));
+    for (const char* state : {"QPushButton#pick:hover", "QPushButton#pick:focus"}) {
+        QCOMPARE(ruleOf(sheet, state)["background-color"], QStringLiteral("#123456"));
+        QCOMPARE(ruleOf(sheet, state)["color"], QStringLiteral("#654321"));
+    }
+    QCOMPARE(ruleOf(sheet, "QPushButton#pick:focus")["outline"], QStringLiteral("0"));
+}
+
+void ThemeStylesTest::choicePill_data()
+{
+    QTest::addColumn<QString>("override");
+    QTest::addColumn<QString>("idle");
+    QTest::newRow("on a card") << QString() << QStringLiteral("#300000");
+    QTest::newRow("on a dialog") << QStringLiteral("#123456") << QStringLiteral("#123456");
+}
+
+void ThemeStylesTest::choicePill()
+{
+    QFETCH(QString, override);
+    QFETCH(QString, idle);
+    const ColorTokens c = markedTokens();
+    const QString selector = QStringLiteral("QPushButton#themeBtn_auto");
+    const QString sheet = Theme::choicePillStyle(c, selector, override);
+    const Declarations box = ruleOf(sheet, selector);
+    QCOMPARE(box["background-color"], idle);
+    QCOMPARE(box["color"], QStringLiteral("#c00000"));
+    QCOMPARE(box["border"], QStringLiteral("2px solid transparent"));
+    QCOMPARE(box["border-radius"], QStringLiteral("18px"));
+    QCOMPARE(box["padding"], QStringLiteral("0 14px"));
+    QCOMPARE(box["font-size"], QStringLiteral("12px"));
+    QCOMPARE(box["font-weight"], QStringLiteral("bold"));
+    QCOMPARE(box["outline"], QStringLiteral("0"));
+    QVERIFY(sheet.endsWith(Theme::choiceBtnStates(c, selector, override)));
 }
 
 void ThemeStylesTest::contextMenu()
@@ -493,14 +584,18 @@ void ThemeStylesTest::sheetsParse()
           Theme::destructiveBtnStyle(c), Theme::activeListeningStyle(c), Theme::iconBtnStyle(c),
           Theme::iconBtnStyle(c, clear), Theme::pillSecondaryStyle(c),
           Theme::iconChoiceStyle(c, false), Theme::iconChoiceStyle(c, true),
-          Theme::choiceBtnStates(c, QStringLiteral("QPushButton"))}) {
+          Theme::choiceBtnStates(c, QStringLiteral("QPushButton")), Theme::smallPillStyle(c),
+          Theme::pickerPillStyle(QStringLiteral("QPushButton"), c, c.primary, c.onPrimary, 34, 80),
+          Theme::choicePillStyle(c, QStringLiteral("QPushButton"))}) {
         button.setStyleSheet(sheet);
         QVERIFY(!button.grab().isNull());
     }
     QLabel label(QStringLiteral("text"));
     for (const QString& sheet :
          {Theme::fieldLabelStyle(c), Theme::dialogTitleStyle(c), Theme::groupHeaderStyle(c),
-          Theme::bandTitleStyle(c), Theme::textStyle(c.primary, FontTokens::SizeSm)}) {
+          Theme::bandTitleStyle(c), Theme::textStyle(c.primary, FontTokens::SizeSm),
+          Theme::textOnCardStyle(c.primary, FontTokens::SizeSm), Theme::staticTitleStyle(c),
+          Theme::separatorStyle(c)}) {
         label.setStyleSheet(sheet);
         QVERIFY(!label.grab().isNull());
     }
