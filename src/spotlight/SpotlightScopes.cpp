@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "ActionsMenu.h"
-#include "AutoQuitBlocker.h"
 #include "ConfirmDot.h"
 #include "CustomWidgets.h"
 #include "FlowLayout.h"
@@ -139,10 +138,8 @@ GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
 
 void SpotlightWindow::showFilterMenu()
 {
-    const AutoQuitBlocker blocker;
-    const ColorTokens colors = Theme::colors();
-    QMenu menu(this);
-    ActionsMenu::style(menu, colors);
+    ActionsMenu::Popup popup(this);
+    QMenu& menu = popup.menu();
     QStringList pending = m_scopeKeys;
     QVector<QAction*> actions;
     QStringList keys;
@@ -150,17 +147,17 @@ void SpotlightWindow::showFilterMenu()
         const QString key = QString::fromLatin1(def.typeKey);
         if (key.isEmpty())
             continue;
-        actions.append(ActionsMenu::addCheckRow(
-            menu, [&pending, key] { return pending.contains(key); }, scopeGlyph(def),
-            scopeLabel(def), colors));
+        actions.append(popup.addCheckRow([&pending, key] { return pending.contains(key); },
+                                         scopeGlyph(def), scopeLabel(def)));
         keys.append(key);
     }
 
     // Rows only stage a change; the dot beside the row is what commits it.
     ConfirmDot dot(this);
+    const ColorTokens colors = Theme::colors();
     dot.setColors(colors.primary, colors.onPrimary);
     bool isConfirmed = false;
-    ActionsMenu::ToggleFilter filter(&menu, [&](QAction* action) {
+    auto* filter = new ActionsMenu::ToggleFilter(&menu, [&](QAction* action) {
         const QString key = keys.value(actions.indexOf(action));
         if (pending.removeAll(key) == 0)
             pending.append(key);
@@ -169,12 +166,12 @@ void SpotlightWindow::showFilterMenu()
         dot.raise();
     });
     for (QAction* action : std::as_const(actions))
-        filter.watch(action);
-    filter.watchArea(&dot, [&] {
+        filter->watch(action);
+    filter->watchArea(&dot, [&] {
         isConfirmed = true;
         menu.close();
     });
-    menu.exec(ActionsMenu::anchorBelow(m_addFilterBtn, menu));
+    popup.execBelow(m_addFilterBtn);
     dot.hide();
     if (isConfirmed)
         setScopeKeys(pending);

@@ -8,9 +8,11 @@
 #include "IconHelper.h"
 #include "Keys.h"
 #include "Localization.h"
-#include "Theme.h"
+#include "RowPainting.h"
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -42,7 +44,7 @@ ActionsMenuRow::ActionsMenuRow(QMenu* menu, QAction* action, uint glyph, const Q
       m_menu(menu),
       m_action(action),
       m_glyph(glyph),
-      m_text(text),
+      m_text(RowPainting::visiblePart(text, MaxTextWidth)),
       m_idleFg(tokens.onSurface),
       m_selFg(tokens.onPrimaryContainer),
       m_selBg(tokens.primaryContainer),
@@ -99,8 +101,17 @@ void ActionsMenuRow::paintEvent(QPaintEvent*)
     }
     const int textX = checkLead() + PadH + iconLead();
     painter.setPen(foreground);
-    painter.drawText(QRect(textX, 0, width() - textX - PadH, height()),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, m_text);
+    paintText(&painter, QRect(textX, 0, width() - textX - PadH, height()));
+}
+
+void ActionsMenuRow::paintText(QPainter* painter, const QRect& rect) const
+{
+    const Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    // A text just as wide as its row may exceed it by a part of a pixel.
+    if (fontMetrics().horizontalAdvance(m_text) <= rect.width())
+        painter->drawText(rect, int(alignment) | Qt::TextSingleLine, m_text);
+    else
+        RowPainting::drawLine(painter, rect, alignment, m_text);
 }
 
 void ActionsMenu::style(QMenu& menu, const ColorTokens& tokens)
@@ -117,7 +128,9 @@ QAction* ActionsMenu::addRow(QMenu& menu, uint glyph, const QString& text,
                              std::function<bool()> checkedProbe)
 {
     auto* action = new QWidgetAction(&menu);
-    action->setText(Keys::withoutShortcut(text)); // not shown, but read out by a screen reader
+    // Not shown, but read out by a screen reader.
+    action->setText(
+        Keys::withoutShortcut(RowPainting::visiblePart(text, ActionsMenuRow::MaxTextWidth)));
     auto* row = new ActionsMenuRow(&menu, action, glyph, text, tokens, reserveCheck,
                                    std::move(checkedProbe));
     action->setDefaultWidget(row);
@@ -227,6 +240,100 @@ bool ActionsMenu::ToggleFilter::handleClick(const QPoint& globalPos, const QPoin
     if (released)
         fire(action);
     return true;
+}
+
+ActionsMenu::Popup::Popup(QWidget* parent)
+    : m_colors(Theme::colors()),
+      m_menu(new QMenu(parent)),
+      m_focusBefore(QApplication::focusWidget())
+{
+    style(*m_menu, m_colors);
+}
+
+ActionsMenu::Popup::~Popup()
+{
+    delete m_menu;
+}
+
+QMenu& ActionsMenu::Popup::menu() const
+{
+    return *m_menu;
+}
+
+QAction* ActionsMenu::Popup::addRow(uint glyph, const QString& text, std::function<void()> onChosen)
+{
+    return keep(ActionsMenu::addRow(*m_menu, glyph, text, m_colors), std::move(onChosen));
+}
+
+QAction* ActionsMenu::Popup::addCheckRow(std::function<bool()> checkedProbe, uint glyph,
+                                         const QString& text)
+{
+    return ActionsMenu::addCheckRow(*m_menu, std::move(checkedProbe), glyph, text, m_colors);
+}
+
+QAction* ActionsMenu::Popup::addDone(std::function<void()> onChosen, bool reserveCheck)
+{
+    return keep(ActionsMenu::addDone(*m_menu, m_colors, reserveCheck), std::move(onChosen));
+}
+
+QAction* ActionsMenu::Popup::addCancel(bool reserveCheck)
+{
+    return ActionsMenu::addCancel(*m_menu, m_colors, reserveCheck);
+}
+
+void ActionsMenu::Popup::addSeparator()
+{
+    m_menu->addSeparator();
+}
+
+bool ActionsMenu::Popup::execAt(const QPoint& globalPos)
+{
+    boundRows();
+    const QAction* chosen = m_menu->exec(globalPos);
+    const std::function<void()> onChosen = m_onChosen.value(chosen);
+    if (!onChosen) {
+        restoreFocus();
+        return false;
+    }
+    onChosen();
+    return true;
+}
+
+bool ActionsMenu::Popup::execBelow(QWidget* button)
+{
+    return execAt(anchorBelow(button, *m_menu));
+}
+
+bool ActionsMenu::Popup::execAtCenter(const QWidget* widget)
+{
+    return execAt(widget->mapToGlobal(widget->rect().center()));
+}
+
+bool ActionsMenu::Popup::execAtCenter(const QAbstractItemView* view, const QModelIndex& index)
+{
+    return execAt(view->viewport()->mapToGlobal(view->visualRect(index).center()));
+}
+
+void ActionsMenu::Popup::restoreFocus() const
+{
+    if (m_focusBefore)
+        m_focusBefore->setFocus();
+}
+
+QAction* ActionsMenu::Popup::keep(QAction* action, std::function<void()> onChosen)
+{
+    m_onChosen.insert(action, std::move(onChosen));
+    return action;
+}
+
+void ActionsMenu::Popup::boundRows()
+{
+    // A menu that has to be wider than that is filled by its rows.
+    const int width = std::max(MaxRowWidth, m_menu->minimumWidth());
+    for (QAction* action : m_menu->actions()) {
+        if (auto* row = qobject_cast<QWidgetAction*>(action))
+            row->defaultWidget()->setMaximumWidth(width);
+    }
 }
 
 ActionsMenu::BackKeyFilter::BackKeyFilter(QMenu* menu) : QObject(menu), m_menu(menu)

@@ -3,7 +3,11 @@
 
 #pragma once
 
+#include "AutoQuitBlocker.h"
+#include "Theme.h"
+
 #include <QColor>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPoint>
@@ -13,9 +17,10 @@
 
 #include <functional>
 
+class QAbstractItemView;
 class QAction;
 class QMenu;
-struct ColorTokens;
+class QModelIndex;
 
 /// One row of a themed menu, which paints itself: an optional check circle, an optional glyph, and
 /// a text. Takes neither focus nor mouse events, both are the menu's.
@@ -32,11 +37,13 @@ public:
     static constexpr int CheckBox = 18;
     static constexpr int CheckGap = 12;
     static constexpr int Radius = 10;
+    static constexpr int MaxTextWidth = 4096; ///< what is beyond that isn't even measured
 
     /// \param action the action that this row stands for in `menu`.
     /// \param glyph codepoint, 0 for none.
-    /// \param reserveCheck keeps the column of the check circle and draws one in it.
-    /// \param checkedProbe asked at each paint whether the circle is checked; may be empty.
+    /// \param text shown as it is, on one line; elided where the row is narrower than it wants to
+    /// be. \param reserveCheck keeps the column of the check circle and draws one in it. \param
+    /// checkedProbe asked at each paint whether the circle is checked; may be empty.
     ActionsMenuRow(QMenu* menu, QAction* action, uint glyph, const QString& text,
                    const ColorTokens& tokens, bool reserveCheck,
                    std::function<bool()> checkedProbe);
@@ -47,6 +54,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintText(QPainter* painter, const QRect& rect) const;
     int checkLead() const;
     int iconLead() const;
 
@@ -126,6 +134,58 @@ private:
     Handler m_onToggle;
     QList<QAction*> m_watched;
     QList<Area> m_areas;
+};
+
+/// A menu from its opening to what becomes of the choice. While it lives no window hides for want
+/// of the focus: make it on the stack, add the rows, open it once.
+///
+/// Its parent may be deleted while the menu is open, as a rebuild of a window does it; the menu
+/// then ends without a choice. Rows belong to the menu, which owns what a `ToggleFilter` needs as
+/// well.
+class Popup
+{
+public:
+    static constexpr int MaxRowWidth = 420; ///< pixels; longer names are elided
+
+    /// Remembers who has the focus.
+    explicit Popup(QWidget* parent);
+    ~Popup();
+    Popup(const Popup&) = delete;
+    Popup& operator=(const Popup&) = delete;
+
+    /// Only before it is opened: later it may be gone.
+    QMenu& menu() const;
+
+    /// Append a row. \see ActionsMenuRow for the parameters.
+    /// \param onChosen called once the menu has closed, with the windows still held.
+    QAction* addRow(uint glyph, const QString& text, std::function<void()> onChosen);
+    QAction* addCheckRow(std::function<bool()> checkedProbe, uint glyph, const QString& text);
+    QAction* addDone(std::function<void()> onChosen, bool reserveCheck = false);
+    /// Like any end without a choice it gives the focus back.
+    QAction* addCancel(bool reserveCheck = false);
+    void addSeparator();
+
+    /// Open the menu and wait for its end: with the corner at a point of the screen, below a button
+    /// and at least as wide, at the middle of a widget, at the middle of a row.
+    /// \returns whether a row was chosen that does something, and it has been done. If not, whoever
+    /// had the focus has it again.
+    bool execAt(const QPoint& globalPos);
+    bool execBelow(QWidget* button);
+    bool execAtCenter(const QWidget* widget);
+    bool execAtCenter(const QAbstractItemView* view, const QModelIndex& index);
+
+    /// Gives the focus back to whoever had it, if that still lives. For rows whose action failed.
+    void restoreFocus() const;
+
+private:
+    QAction* keep(QAction* action, std::function<void()> onChosen);
+    void boundRows();
+
+    AutoQuitBlocker m_blocker;
+    ColorTokens m_colors;
+    QPointer<QMenu> m_menu;
+    QPointer<QWidget> m_focusBefore;
+    QHash<const QAction*, std::function<void()>> m_onChosen;
 };
 
 /// Lets Backspace close a menu, as it closes the dialogs.

@@ -12,6 +12,7 @@
 #include "Localization.h"
 #include "Pixels.h"
 #include "SpotlightFixture.h"
+#include "UiDriver.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -39,38 +40,6 @@ constexpr int kOpenHeight = 472;
 constexpr int kOneChipRow = 28;
 
 const QString kDefaultScope = QStringLiteral("Spotlight/DefaultScope");
-
-/// Works the menu that opens inside a call under test, which would otherwise never return.
-class MenuDriver : public QObject
-{
-public:
-    using Action = std::function<void(QMenu*)>;
-
-    explicit MenuDriver(Action act) : m_act(std::move(act))
-    {
-        connect(&m_timer, &QTimer::timeout, this, &MenuDriver::look);
-        m_timer.start(0);
-    }
-
-    /// Whether there has been a menu, and it was closed by what was done to it.
-    bool hasClosed() const { return m_hasClosed; }
-
-private:
-    void look()
-    {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (!menu || !menu->isVisible())
-            return;
-        m_timer.stop();
-        m_act(menu);
-        m_hasClosed = !menu->isVisible();
-        menu->close();
-    }
-
-    QTimer m_timer;
-    Action m_act;
-    bool m_hasClosed = false;
-};
 
 void sendMouse(QWidget* target, QEvent::Type type, const QPoint& globalPos,
                Qt::MouseButton button = Qt::LeftButton)

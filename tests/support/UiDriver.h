@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QMenu>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -45,6 +46,39 @@ private:
     Action m_act;
     QPointer<QWidget> m_handled;
     int m_count = 0;
+};
+
+/// Works the menu that opens inside a call under test, which would otherwise never return.
+class MenuDriver : public QObject
+{
+public:
+    using Action = std::function<void(QMenu*)>;
+
+    explicit MenuDriver(Action act) : m_act(std::move(act))
+    {
+        connect(&m_timer, &QTimer::timeout, this, &MenuDriver::look);
+        m_timer.start(0);
+    }
+
+    /// Whether there has been a menu, and it was closed by what was done to it.
+    bool hasClosed() const { return m_hasClosed; }
+
+private:
+    void look()
+    {
+        const QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu || !menu->isVisible())
+            return;
+        m_timer.stop();
+        m_act(menu);
+        m_hasClosed = !menu || !menu->isVisible();
+        if (menu)
+            menu->close();
+    }
+
+    QTimer m_timer;
+    Action m_act;
+    bool m_hasClosed = false;
 };
 
 /// Types a key at the widget of `window` that has the focus, as a keyboard does.

@@ -2,15 +2,20 @@
 // SPDX-License-Identifier: MIT
 
 #include "ActionsMenu.h"
+#include "AutoQuitBlocker.h"
 #include "IconHelper.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
+#include "UiDriver.h"
 
 #include <QAction>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -61,6 +66,37 @@ void sendMouse(QMenu& menu, QEvent::Type type, const QPoint& globalPos)
     QMouseEvent event(type, QPointF(menu.mapFromGlobal(globalPos)), QPointF(globalPos),
                       Qt::LeftButton, released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&menu, &event);
+}
+
+/// A window with a field that has the focus, and with what a popup may be opened at.
+class PopupStage : public QWidget
+{
+public:
+    PopupStage()
+    {
+        setGeometry(60, 80, 500, 400);
+        field = new QLineEdit(this);
+        button = new QPushButton(this);
+        button->setGeometry(30, 40, 220, 30);
+        list = new QListWidget(this);
+        list->setGeometry(20, 100, 300, 200);
+        list->addItems({"first", "second", "third"});
+        show();
+        field->setFocus();
+        activateWindow();
+        if (!QTest::qWaitForWindowActive(this))
+            qFatal("no window");
+    }
+
+    QLineEdit* field;
+    QPushButton* button;
+    QListWidget* list;
+};
+
+void choose(QMenu* menu, int index)
+{
+    menu->setActiveAction(menu->actions().at(index));
+    QTest::keyClick(menu, Qt::Key_Return);
 }
 
 } // namespace
@@ -119,6 +155,20 @@ private slots:
     void areaWithoutHandlerStillTakesClicks();
     void areaComesBeforeARow();
     void firstOfTwoAreasWins();
+
+    void longTextIsElidedInANarrowRow();
+    void namesOfAMegabyteAreBounded();
+    void popupRunsWhatIsChosen_data();
+    void popupRunsWhatIsChosen();
+    void popupWithoutAChoiceGivesTheFocusBack_data();
+    void popupWithoutAChoiceGivesTheFocusBack();
+    void popupOutlivesTheFocusWidget();
+    void popupHoldsTheWindows();
+    void popupOpensAtItsAnchor_data();
+    void popupOpensAtItsAnchor();
+    void popupSurvivesItsParent();
+    void popupElidesLongNames();
+    void popupRowsFillAWideMenu();
 
 private:
     void popup();
@@ -727,6 +777,205 @@ void ActionsMenuTest::firstOfTwoAreasWins()
     filter->watchArea(&dot, [&who] { who += "second "; });
     sendMouse(*m_menu, QEvent::MouseButtonRelease, dot.geometry().center());
     QCOMPARE(who, "first ");
+}
+
+void ActionsMenuTest::longTextIsElidedInANarrowRow()
+{
+    const QString name = QStringLiteral("a name that takes more room than there is");
+    Row* row = rowOf(ActionsMenu::addPlainRow(*m_menu, name, m_colors));
+    const int room = 120;
+    row->setFixedSize(room + 2 * Row::PadH, 36);
+    const QString elided = row->fontMetrics().elidedText(name, Qt::ElideRight, room);
+    QVERIFY(elided.endsWith(QChar(0x2026)));
+    Row* expected = rowOf(ActionsMenu::addPlainRow(*m_menu, elided, m_colors));
+    expected->setFixedSize(row->size());
+    QCOMPARE(Pixels::imageOf(*row), Pixels::imageOf(*expected));
+}
+
+void ActionsMenuTest::namesOfAMegabyteAreBounded()
+{
+    QAction* action = ActionsMenu::addPlainRow(*m_menu, QString(1 << 20, u'i'), m_colors);
+    QVERIFY(action->text().size() < 5000);
+    QVERIFY(rowOf(action)->sizeHint().width() > Row::MaxTextWidth);
+}
+
+void ActionsMenuTest::popupRunsWhatIsChosen_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("done");
+    QTest::newRow("first") << 0 << "first";
+    QTest::newRow("second") << 1 << "second";
+    QTest::newRow("behind a separator") << 3 << "third";
+    QTest::newRow("done row") << 5 << "done";
+}
+
+void ActionsMenuTest::popupRunsWhatIsChosen()
+{
+    QFETCH(int, index);
+    PopupStage stage;
+    QString done;
+    bool wasClosed = false;
+    ActionsMenu::Popup popup(&stage);
+    QMenu* menu = &popup.menu();
+    const auto note = [&](const QString& what) {
+        return [&done, &wasClosed, menu, what] {
+            done += what;
+            wasClosed = !menu->isVisible();
+        };
+    };
+    popup.addRow(Glyph::Edit, "First", note("first"));
+    popup.addRow(0, "Second", note("second"));
+    popup.addSeparator();
+    popup.addRow(Glyph::Delete, "Third", note("third"));
+    popup.addDone(note("done"));
+    const MenuDriver driver([index](QMenu* open) { choose(open, index); });
+    QVERIFY(popup.execBelow(stage.button));
+    QTEST(done, "done");
+    QVERIFY(wasClosed);
+}
+
+void ActionsMenuTest::popupWithoutAChoiceGivesTheFocusBack_data()
+{
+    QTest::addColumn<int>("index"); // -1: Esc
+    QTest::newRow("Esc") << -1;
+    QTest::newRow("cancel row") << 2;
+    QTest::newRow("row that does nothing") << 3;
+}
+
+void ActionsMenuTest::popupWithoutAChoiceGivesTheFocusBack()
+{
+    QFETCH(int, index);
+    PopupStage stage;
+    ActionsMenu::Popup popup(&stage);
+    bool isDone = false;
+    popup.addRow(Glyph::Edit, "First", [&isDone] { isDone = true; });
+    popup.addCancel();
+    popup.addRow(0, "Nothing", {});
+    const MenuDriver driver([&stage, index](QMenu* menu) {
+        stage.button->setFocus(); // the focus wanders off while the menu is open
+        if (index < 0)
+            QTest::keyClick(menu, Qt::Key_Escape);
+        else
+            choose(menu, index);
+    });
+    QVERIFY(!popup.execBelow(stage.button));
+    QVERIFY(!isDone);
+    QCOMPARE(stage.focusWidget(), stage.field);
+}
+
+void ActionsMenuTest::popupOutlivesTheFocusWidget()
+{
+    PopupStage stage;
+    ActionsMenu::Popup popup(&stage);
+    popup.addCancel();
+    const MenuDriver driver([&stage](QMenu* menu) {
+        delete stage.field;
+        QTest::keyClick(menu, Qt::Key_Escape);
+    });
+    QVERIFY(!popup.execBelow(stage.button));
+    popup.restoreFocus();
+}
+
+void ActionsMenuTest::popupHoldsTheWindows()
+{
+    PopupStage stage;
+    bool isHeldWhileOpen = false;
+    bool isHeldWhileActing = false;
+    QTRY_VERIFY(!g_blockAutoQuit);
+    {
+        ActionsMenu::Popup popup(&stage);
+        popup.addRow(0, "Row", [&] { isHeldWhileActing = g_blockAutoQuit; });
+        const MenuDriver driver([&](QMenu* menu) {
+            isHeldWhileOpen = g_blockAutoQuit;
+            choose(menu, 0);
+        });
+        QVERIFY(popup.execBelow(stage.button));
+    }
+    QVERIFY(isHeldWhileOpen);
+    QVERIFY(isHeldWhileActing);
+    QTRY_VERIFY(!g_blockAutoQuit);
+}
+
+void ActionsMenuTest::popupOpensAtItsAnchor_data()
+{
+    QTest::addColumn<QString>("anchor");
+    for (const char* anchor : {"point", "below", "centre", "row"})
+        QTest::newRow(anchor) << QString::fromLatin1(anchor);
+}
+
+void ActionsMenuTest::popupOpensAtItsAnchor()
+{
+    QFETCH(QString, anchor);
+    PopupStage stage;
+    ActionsMenu::Popup popup(&stage);
+    popup.addCancel();
+    QRect opened;
+    const MenuDriver driver([&opened](QMenu* menu) { opened = menu->geometry(); });
+    if (anchor == QLatin1String("point")) {
+        popup.execAt(QPoint(123, 45));
+        QCOMPARE(opened.topLeft(), QPoint(123, 45));
+    } else if (anchor == QLatin1String("below")) {
+        popup.execBelow(stage.button);
+        QCOMPARE(opened.topLeft(), stage.mapToGlobal(QPoint(30, 40 + 30 + 4)));
+        QCOMPARE(opened.width(), 220);
+    } else if (anchor == QLatin1String("centre")) {
+        popup.execAtCenter(stage.button);
+        QCOMPARE(opened.topLeft(), stage.mapToGlobal(stage.button->geometry().center()));
+    } else {
+        const QModelIndex second = stage.list->model()->index(1, 0);
+        popup.execAtCenter(stage.list, second);
+        QCOMPARE(opened.topLeft(),
+                 stage.list->viewport()->mapToGlobal(stage.list->visualRect(second).center()));
+    }
+}
+
+void ActionsMenuTest::popupSurvivesItsParent()
+{
+    PopupStage stage;
+    auto* page = new QWidget(&stage); // what a rebuild takes away
+    auto* pageField = new QLineEdit(page);
+    page->show();
+    pageField->setFocus();
+    bool isDone = false;
+    ActionsMenu::Popup popup(page);
+    auto* filter = new ActionsMenu::ToggleFilter(&popup.menu(), [](QAction*) {});
+    filter->watch(popup.addCheckRow([] { return true; }, 0, "Check"));
+    popup.addRow(0, "Row", [&isDone] { isDone = true; });
+    const QPointer<QMenu> menu(&popup.menu());
+    const MenuDriver driver([page](QMenu*) { delete page; });
+    QVERIFY(!popup.execBelow(stage.button));
+    QVERIFY(!menu);
+    QVERIFY(!isDone);
+    popup.restoreFocus();
+}
+
+void ActionsMenuTest::popupElidesLongNames()
+{
+    PopupStage stage;
+    ActionsMenu::Popup popup(&stage);
+    QAction* action = popup.addRow(Glyph::Folder, "R&D " + QString(1 << 20, u'w'), [] {});
+    popup.addCancel();
+    QSize size;
+    const MenuDriver driver([&](QMenu*) { size = rowOf(action)->size(); });
+    popup.execAt(QPoint(10, 10));
+    QCOMPARE(size.width(), ActionsMenu::Popup::MaxRowWidth);
+}
+
+void ActionsMenuTest::popupRowsFillAWideMenu()
+{
+    PopupStage stage;
+    stage.button->setFixedWidth(ActionsMenu::Popup::MaxRowWidth + 60);
+    ActionsMenu::Popup popup(&stage);
+    QAction* action = popup.addRow(0, "Short", [] {});
+    QRect row;
+    QRect room;
+    const MenuDriver driver([&](QMenu* menu) {
+        row = rowOf(action)->geometry();
+        room = menu->actionGeometry(action);
+    });
+    popup.execBelow(stage.button);
+    QCOMPARE(row, room);
+    QVERIFY(row.width() > ActionsMenu::Popup::MaxRowWidth);
 }
 
 QTEST_MAIN(ActionsMenuTest)
