@@ -29,9 +29,11 @@ public:
     /// Gives the combination of `window` and `id` back; nothing happens if there is none.
     virtual void unregisterHotkey(WId window, int id) = 0;
 
-    /// The id of the hotkey that a native event reports, or nothing for any other event. May be
-    /// asked several times about the same event and then gives the same answer.
-    virtual std::optional<int> hotkeyIdOf(const QByteArray& eventType, void* message) = 0;
+    /// The id of the hotkey that a native event reports, or nothing for any other event. A press is
+    /// one such event, which every native event filter of the application is shown. No more than a
+    /// question: asking changes nothing.
+    virtual std::optional<int> hotkeyIdOf(const QByteArray& eventType,
+                                          const void* message) const = 0;
 
     /// The backend in use; the system's own is made at the first call.
     static HotkeyBackend& instance();

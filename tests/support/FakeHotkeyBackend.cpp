@@ -31,7 +31,7 @@ void FakeHotkeyBackend::unregisterHotkey(WId window, int id)
     });
 }
 
-std::optional<int> FakeHotkeyBackend::hotkeyIdOf(const QByteArray& type, void* message)
+std::optional<int> FakeHotkeyBackend::hotkeyIdOf(const QByteArray& type, const void* message) const
 {
     if (type != eventType())
         return std::nullopt;

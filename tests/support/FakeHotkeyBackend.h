@@ -33,7 +33,7 @@ public:
 
     bool registerHotkey(WId window, int id, unsigned int modifiers, unsigned int key) override;
     void unregisterHotkey(WId window, int id) override;
-    std::optional<int> hotkeyIdOf(const QByteArray& eventType, void* message) override;
+    std::optional<int> hotkeyIdOf(const QByteArray& eventType, const void* message) const override;
 
     /// Lets another program hold a combination from now on.
     void takeByOther(unsigned int modifiers, unsigned int key);

@@ -6,84 +6,13 @@
 #include <QByteArray>
 #include <QGuiApplication>
 #include <QHash>
-#include <QPointer>
-#include <QTimer>
 #include <QWindow>
 
 namespace
 {
 
-// A window manager may refuse the focus; the keyboard must not stay frozen over that.
-constexpr int kLongestHoldMs = 400;
-
 xcb_timestamp_t s_userTime = XCB_CURRENT_TIME;
-
-/// Lets the withheld keys go at the right moment. Lives as long as the application object.
-class KeyRelease : public QObject
-{
-public:
-    static KeyRelease* instance()
-    {
-        static QPointer<KeyRelease> s_instance;
-        if (!s_instance)
-            s_instance = new KeyRelease(qApp);
-        return s_instance;
-    }
-
-    void hold()
-    {
-        m_holding = true;
-        m_awaited = 0;
-        m_limit.start(kLongestHoldMs);
-        // One turn later the slots of the hotkey have run and have asked for a window, or not.
-        QTimer::singleShot(0, this, [this] {
-            if (!m_awaited)
-                release();
-        });
-    }
-
-    void expectFocusOn(WId window)
-    {
-        if (m_holding)
-            m_awaited = window;
-    }
-
-    void noteFocusOn(WId window)
-    {
-        if (m_awaited && window == m_awaited)
-            release();
-    }
-
-private:
-    explicit KeyRelease(QObject* parent) : QObject(parent)
-    {
-        m_limit.setSingleShot(true);
-        connect(&m_limit, &QTimer::timeout, this, &KeyRelease::release);
-    }
-
-    void release()
-    {
-        if (!m_holding)
-            return;
-        m_holding = false;
-        m_awaited = 0;
-        m_limit.stop();
-        xcb_allow_events(X11::connection(), XCB_ALLOW_ASYNC_KEYBOARD, XCB_CURRENT_TIME);
-        xcb_flush(X11::connection());
-    }
-
-    QTimer m_limit;
-    bool m_holding = false;
-    WId m_awaited = 0;
-};
-
-const xcb_screen_t* defaultScreen()
-{
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(X11::connection()));
-    for (int i = 0; i < X11::screenNumber() && screens.rem > 1; ++i)
-        xcb_screen_next(&screens);
-    return screens.data;
-}
+WId s_expectedFocus = 0;
 
 } // namespace
 
@@ -108,7 +37,15 @@ int X11::screenNumber()
 
 xcb_window_t X11::rootWindow()
 {
-    return defaultScreen()->root;
+    return screenOf(connection(), screenNumber())->root;
+}
+
+const xcb_screen_t* X11::screenOf(xcb_connection_t* connection, int number)
+{
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < number && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    return screens.data;
 }
 
 xcb_atom_t X11::atom(const char* name)
@@ -142,18 +79,18 @@ xcb_timestamp_t X11::userTime()
     return s_userTime;
 }
 
-void X11::holdKeysForHotkey(xcb_timestamp_t time)
+void X11::noteHotkey(xcb_timestamp_t time)
 {
     s_userTime = time;
-    KeyRelease::instance()->hold();
+    s_expectedFocus = 0;
 }
 
 void X11::expectFocusOn(WId window)
 {
-    KeyRelease::instance()->expectFocusOn(window);
+    s_expectedFocus = window;
 }
 
-void X11::noteFocusOn(WId window)
+WId X11::expectedFocus()
 {
-    KeyRelease::instance()->noteFocusOn(window);
+    return s_expectedFocus;
 }

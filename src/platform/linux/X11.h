@@ -12,8 +12,8 @@
 
 class QWindow;
 
-/// What the X11 implementations of the platform layer share: Qt's connection, atoms, and the
-/// keyboard that a hotkey holds until the window it summoned has the focus. GUI thread only.
+/// What the X11 implementations of the platform layer share: Qt's connection, atoms, and which
+/// window a hotkey has summoned. GUI thread only, where nothing else is said.
 namespace X11
 {
 
@@ -33,6 +33,9 @@ xcb_connection_t* connection();
 int screenNumber();
 xcb_window_t rootWindow();
 
+/// A screen of any connection, by number. Any thread.
+const xcb_screen_t* screenOf(xcb_connection_t* connection, int number);
+
 /// The atom of that name, made if it is new.
 xcb_atom_t atom(const char* name);
 
@@ -42,17 +45,13 @@ QWindow* windowOf(WId id);
 /// Time of the key press that was last taken for a hotkey; `XCB_CURRENT_TIME` before the first.
 xcb_timestamp_t userTime();
 
-/// Notes that a hotkey was pressed. The server withholds all keys from that moment; they are let go
-/// once the event loop turns, or, if a window is on its way to the foreground then, when that
-/// window has the focus. So what is typed behind the hotkey reaches the window from the first
-/// character on.
-void holdKeysForHotkey(xcb_timestamp_t time);
+/// Notes that a hotkey was pressed. No window is expected to take the foreground over it yet.
+void noteHotkey(xcb_timestamp_t time);
 
 /// Tells that `window` has been asked to take the foreground.
 void expectFocusOn(WId window);
 
-/// Tells that the server has given the keyboard to `window`. What Qt says of the focus can be out
-/// of date by a moment, after a hide for instance.
-void noteFocusOn(WId window);
+/// The window that was asked last since the last hotkey; 0 if none was.
+WId expectedFocus();
 
 } // namespace X11

@@ -25,7 +25,7 @@ public:
         UnregisterHotKey(reinterpret_cast<HWND>(window), id);
     }
 
-    std::optional<int> hotkeyIdOf(const QByteArray& eventType, void* message) override
+    std::optional<int> hotkeyIdOf(const QByteArray& eventType, const void* message) const override
     {
         Q_UNUSED(eventType);
         const auto* native = static_cast<const MSG*>(message);

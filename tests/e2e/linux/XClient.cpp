@@ -254,14 +254,27 @@ void XClient::pressKeys(const QVector<xcb_keysym_t>& keysyms)
     QVector<xcb_keycode_t> codes;
     for (const xcb_keysym_t keysym : keysyms)
         codes.append(keycodesOf(keysym).value(0));
-    const auto fake = [this](uint8_t type, xcb_keycode_t code) {
-        xcb_test_fake_input(m_connection, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    };
+    pressKeycodes(codes);
+}
+
+void XClient::pressKeycodes(const QVector<xcb_keycode_t>& codes)
+{
     for (const xcb_keycode_t code : codes)
-        fake(XCB_KEY_PRESS, code);
+        fakeKey(XCB_KEY_PRESS, code);
     for (auto code = codes.crbegin(); code != codes.crend(); ++code)
-        fake(XCB_KEY_RELEASE, *code);
+        fakeKey(XCB_KEY_RELEASE, *code);
     focus(); // a round trip
+}
+
+void XClient::setKeyDown(xcb_keycode_t code, bool isDown)
+{
+    fakeKey(isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
+    focus(); // a round trip
+}
+
+void XClient::fakeKey(uint8_t type, xcb_keycode_t code)
+{
+    xcb_test_fake_input(m_connection, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
 }
 
 QRgb XClient::pixel(const QPoint& position) const

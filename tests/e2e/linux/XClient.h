@@ -67,6 +67,11 @@ public:
     /// order. Has reached the server on return.
     void pressKeys(const QVector<xcb_keysym_t>& keysyms);
 
+    /// The same with keys given by their codes, which are what they are in every layout.
+    void pressKeycodes(const QVector<xcb_keycode_t>& codes);
+    /// Presses or releases one key and leaves it so. Has reached the server on return.
+    void setKeyDown(xcb_keycode_t code, bool isDown);
+
     /// Colour of one pixel of the screen.
     QRgb pixel(const QPoint& position) const;
 
@@ -80,6 +85,7 @@ private:
     bool grabKeycode(xcb_keycode_t code, quint16 modifiers);
     xcb_atom_t atom(const char* name) const;
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
+    void fakeKey(uint8_t type, xcb_keycode_t code);
     void readEvents();
     void readEvent(const xcb_generic_event_t& event);
     qint64 pidOf(xcb_window_t window) const;
