@@ -10,7 +10,7 @@
 
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev
+build_packages=(g++ lld cmake ninja-build pkg-config qt6-base-dev
     libxcb1-dev libxcb-keysyms1-dev libxcb-xkb-dev libxcb-shape0-dev libxcb-xtest0-dev
     libxkbcommon-dev libxkbcommon-x11-dev)
 # A screen without a monitor, what a desktop has around it, and what drives and photographs it.
@@ -18,7 +18,8 @@ build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev
 run_packages=(xvfb openbox awesome i3-wm picom dbus libglib2.0-bin xdotool xclip x11-utils x11-xserver-utils
     x11-xkb-utils imagemagick fonts-noto-cjk)
 # One version of the tools, because each lays code out and judges it a little differently.
-check_packages=(clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev)
+check_packages=(clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
+    shellcheck codespell reuse)
 # The cross-compiler, what unpacks Qt's sources and builds them (Qt's own tools of the host among
 # it), what runs and what packs the result.
 windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev patch xz-utils perl

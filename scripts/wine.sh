@@ -58,6 +58,7 @@ make_wine_template() ( # directory; in a shell of its own, for the environment
     rm -rf "$1" "$1.new"
     mkdir -p "$1.new/home"
     export_wine_environment "$1.new/home"
+    # shellcheck disable=SC2030 # meant to end with that shell
     export WINEPREFIX=$1.new/prefix
     wine wineboot --init >/dev/null 2>&1
     wineserver -w
@@ -98,6 +99,7 @@ start_wine_profile() {
     wine_run_directory=$(mktemp -d "${TMPDIR:-/tmp}/orlimo-wine.XXXXXX")
     mkdir "$wine_run_directory/home"
     export_wine_environment "$wine_run_directory/home"
+    # shellcheck disable=SC2031 # nothing of the other shell's is wanted
     export WINEPREFIX=$wine_run_directory/prefix
     copy_wine_template "$template/prefix" "$WINEPREFIX"
     for directory in "$@"; do
