@@ -121,4 +121,5 @@ archive=Orlimo-$(from_cache CMAKE_PROJECT_VERSION)-win64.zip
 compress "$archive"
 unpack "$archive"
 scripts/check-windows-folder.sh "$unpacked/Orlimo"
+scripts/check-hardening.sh "$unpacked/Orlimo/Orlimo.exe"
 end_phase
