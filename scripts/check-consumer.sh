@@ -33,7 +33,9 @@ int main()
     return hasFont && calculates ? 0 : 1;
 }
 EOT
-cmake -S "$work" -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug
+# What is asked is whether it compiles and links there, so neither optimised code nor debug information
+# is made, which leaves a fraction of the time of any other build.
+cmake -S "$work" -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE= -DCMAKE_CXX_FLAGS=-O0
 cmake --build "$work/build" --parallel "$(nproc)" --target consumer
 "$work/build/consumer"
 if [[ -d $work/build/orlimo/tests ]]; then

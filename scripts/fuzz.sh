@@ -17,23 +17,30 @@ build_dir=$root/build/fuzz
 use_neutral_locale
 
 cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DCMAKE_CXX_COMPILER=clang++-14 -DORLIMO_FUZZ=ON \
+    -DCMAKE_CXX_COMPILER=clang++-14 -DORLIMO_FUZZ=ON -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
     -DORLIMO_SANITIZE=address,undefined -DCMAKE_CXX_FLAGS=-fsanitize=fuzzer-no-link
 mapfile -t targets < <(find tests/fuzz -name 'fuzz_*.cpp' -printf '%f\n' | sed 's/\.cpp$//' | sort)
 cmake --build "$build_dir" --parallel "$(nproc)" --target "${targets[@]}"
 
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+homes=$(mktemp -d)
+trap 'rm -rf "$homes"' EXIT
 mkdir -p "$build_dir/findings"
-for target in "${targets[@]}"; do
-    echo "$target: $seconds s"
-    mkdir -p "$build_dir/corpus/$target"
+
+# Each in a home directory of its own, because one runs beside another.
+run_target() { # target
+    local home=$homes/$1 log=$build_dir/$1.log
+    mkdir -p "$build_dir/corpus/$1" "$home"
     HOME=$home XDG_DATA_HOME=$home/data XDG_RUNTIME_DIR=$home \
-        "$build_dir/tests/fuzz/$target" -max_total_time="$seconds" -print_final_stats=1 \
-        -artifact_prefix="$build_dir/findings/$target-" "$build_dir/corpus/$target" \
-        > "$build_dir/$target.log" 2>&1 || {
-        tail -n 40 "$build_dir/$target.log"
-        exit 1
+        "$build_dir/tests/fuzz/$1" -max_total_time="$seconds" -print_final_stats=1 \
+        -artifact_prefix="$build_dir/findings/$1-" "$build_dir/corpus/$1" >"$log" 2>&1 || {
+        tail -n 40 "$log"
+        return 1
     }
-    grep -E 'number_of_executed_units' "$build_dir/$target.log"
-done
+    printf '%s: %s s, %s\n' "$1" "$seconds" "$(grep -E 'number_of_executed_units' "$log")"
+}
+export -f run_target
+export homes build_dir seconds
+
+# shellcheck disable=SC2016 # expanded by the inner shell
+printf '%s\0' "${targets[@]}" |
+    xargs -0 -P "$(nproc)" -I {} bash -euo pipefail -c 'run_target "$1"' fuzz {}
