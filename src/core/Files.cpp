@@ -17,10 +17,12 @@ namespace
 constexpr QLatin1String kAsideSuffix(".bak");
 constexpr qint64 kMinChunkBytes = 4096;
 
-/// Not `readAll`, which gives what came before an error as if it were all. The size is a hint
-/// alone: the file may be growing.
-FileContent readToTheEnd(QFile& file, qint64 maxBytes)
+} // namespace
+
+FileContent readToTheEnd(QIODevice& file, qint64 maxBytes)
 {
+    // Not `readAll`, which gives what came before an error as if it were all. The size is a hint
+    // alone: the file may be growing.
     QByteArray bytes;
     qint64 size = 0;
     for (;;) {
@@ -38,8 +40,6 @@ FileContent readToTheEnd(QFile& file, qint64 maxBytes)
     bytes.resize(size);
     return {FileContent::State::Whole, bytes};
 }
-
-} // namespace
 
 FileContent readFile(const QString& filePath, qint64 maxBytes)
 {
@@ -74,6 +74,9 @@ bool replaceFile(const QString& filePath, const QByteArray& content)
 
 void moveFileAside(const QString& filePath)
 {
+    const QFileInfo info(filePath);
+    if (!info.exists() && !info.isSymLink())
+        return;
     const QString aside = filePath + kAsideSuffix;
     // Not asked for first: a link that points nowhere does not count as existing, and would be in
     // the way of the rename all the same.

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QtGlobal>
 
+class QIODevice;
+
 /// What came of reading a file whole.
 struct FileContent
 {
@@ -25,9 +27,12 @@ struct FileContent
 /// and a device never end.
 FileContent readFile(const QString& filePath, qint64 maxBytes);
 
-/// The same for a file that the program itself writes. One that is there but can't be read whole is
-/// moved aside, as `moveFileAside` does, or the next save would destroy what is in it; the result
-/// is empty then, as for one that is absent.
+/// Reads an open file from where it stands to its end. Never `Absent`.
+FileContent readToTheEnd(QIODevice& file, qint64 maxBytes);
+
+/// As `readFile`, for a file that the program itself writes. One that is there but can't be read
+/// whole is moved aside, as `moveFileAside` does, or the next save would destroy what is in it; the
+/// result is empty then, as for one that is absent.
 QByteArray readOwnFile(const QString& filePath, qint64 maxBytes);
 
 /// Replaces a file by `content` in one step and synchronously: at any moment it is either the old
@@ -35,6 +40,6 @@ QByteArray readOwnFile(const QString& filePath, qint64 maxBytes);
 /// it was. A symbolic link stays one; the file it points to is replaced.
 bool replaceFile(const QString& filePath, const QByteArray& content);
 
-/// Renames a file to `filePath` + ".bak", over an older one of that name. If that fails it stays
-/// where it is, and the caller isn't told.
+/// Renames a file to `filePath` + ".bak", over an older one of that name; if there is none,
+/// the older one stays. If that fails it stays where it is, and the caller isn't told.
 void moveFileAside(const QString& filePath);

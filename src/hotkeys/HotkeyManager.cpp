@@ -4,10 +4,9 @@
 #include "HotkeyManager.h"
 
 #include "HotkeyBackend.h"
-#include "Theme.h"
+#include "Settings.h"
 
 #include <QHash>
-#include <QSettings>
 
 #include <algorithm>
 #include <utility>
@@ -132,7 +131,7 @@ QVector<HotkeyManager::Slot*> HotkeyManager::allSlots()
 
 QString HotkeyManager::settingsFilePath()
 {
-    return Theme::settingsFilePath();
+    return Settings::filePath();
 }
 
 bool HotkeyManager::parseCombo(const QString& combo, unsigned int& outModifiers,
@@ -199,14 +198,10 @@ void HotkeyManager::adopt(Slot& s, const QString& combo)
 
 QString HotkeyManager::loadSettings(Slot& s, WId windowId)
 {
-    QString savedCombo;
-    {
-        QSettings settings(settingsFilePath(), QSettings::IniFormat);
-        // A first run leaves both keys in the file, for whoever wants to change them by hand.
-        if (!settings.contains(s.settingsKey))
-            settings.setValue(s.settingsKey, s.defaultCombo);
-        savedCombo = settings.value(s.settingsKey, s.defaultCombo).toString();
-    }
+    // A first run leaves both keys in the file, for whoever wants to change them by hand.
+    if (!Settings::contains(s.settingsKey))
+        Settings::setValue(s.settingsKey, s.defaultCombo);
+    const QString savedCombo = Settings::value(s.settingsKey, s.defaultCombo).toString();
     const ValidationResult result = validate(savedCombo, windowId, true, &s);
     if (result.valid) {
         adopt(s, savedCombo);
@@ -219,7 +214,5 @@ QString HotkeyManager::loadSettings(Slot& s, WId windowId)
 
 void HotkeyManager::saveSettings(const Slot& s)
 {
-    QSettings settings(settingsFilePath(), QSettings::IniFormat);
-    settings.setValue(s.settingsKey, s.combo);
-    settings.sync();
+    Settings::setValue(s.settingsKey, s.combo);
 }

@@ -3,9 +3,8 @@
 
 #include "Localization.h"
 
-#include "Theme.h"
+#include "Settings.h"
 
-#include <QSettings>
 #include <QStringView>
 
 #include <algorithm>
@@ -97,14 +96,11 @@ QList<Lang> Tr::all()
 
 void Tr::loadSettings()
 {
-    const QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
-    currentLang = langForCode(settings.value(kLanguageCode, codeFor(Lang::En)).toString());
+    currentLang = langForCode(Settings::value(kLanguageCode, codeFor(Lang::En)).toString());
 }
 
 void Tr::setLanguage(Lang lang)
 {
     currentLang = lang;
-    QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
-    settings.setValue(kLanguageCode, codeFor(lang));
-    settings.sync();
+    Settings::setValue(kLanguageCode, codeFor(lang));
 }

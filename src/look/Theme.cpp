@@ -3,12 +3,10 @@
 
 #include "Theme.h"
 
-#include "StorageManager.h"
+#include "Settings.h"
 #include "SystemTheme.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QSettings>
 #include <QVariant>
 
 #include <algorithm>
@@ -56,13 +54,6 @@ QString tokenOf(const Hct::Color& seed, const Theme::ToneSpec& sp, bool dark)
     return Theme::fromSpec(seed, sp, dark, 0.0, Theme::NoChromaCap);
 }
 
-void writeSetting(QLatin1String key, const QVariant& value)
-{
-    QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
-    settings.setValue(key, value);
-    settings.sync();
-}
-
 int roundedHalfUp(double value)
 {
     return static_cast<int>(std::floor(value + 0.5));
@@ -81,33 +72,32 @@ int Theme::gridColumns = kDefaultGridColumns;
 
 QString Theme::settingsFilePath()
 {
-    return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("settings.ini"));
+    return Settings::filePath();
 }
 
 void Theme::loadSettings()
 {
-    const QSettings settings(settingsFilePath(), QSettings::IniFormat);
-    forceTheme = settings.value(kForceThemeKey, kFollowSystem).toInt();
-    seedColorHex = settings.value(kSeedColorKey, kDefaultSeed).toString();
-    gridColumns = boundedColumns(settings.value(kGridColumnsKey, kDefaultGridColumns).toInt());
+    forceTheme = Settings::value(kForceThemeKey, kFollowSystem).toInt();
+    seedColorHex = Settings::value(kSeedColorKey, kDefaultSeed).toString();
+    gridColumns = boundedColumns(Settings::value(kGridColumnsKey, kDefaultGridColumns).toInt());
 }
 
 void Theme::saveForceTheme(int mode)
 {
     forceTheme = mode;
-    writeSetting(kForceThemeKey, mode);
+    Settings::setValue(kForceThemeKey, mode);
 }
 
 void Theme::saveSeedColor(const QString& hex)
 {
     seedColorHex = hex;
-    writeSetting(kSeedColorKey, hex);
+    Settings::setValue(kSeedColorKey, hex);
 }
 
 void Theme::saveGridColumns(int columns)
 {
     gridColumns = boundedColumns(columns);
-    writeSetting(kGridColumnsKey, gridColumns);
+    Settings::setValue(kGridColumnsKey, gridColumns);
 }
 
 bool Theme::isDarkMode()

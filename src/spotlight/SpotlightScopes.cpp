@@ -8,6 +8,7 @@
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
 #include "Localization.h"
+#include "Settings.h"
 #include "SpotlightWindow.h"
 #include "Theme.h"
 #include "Types.h"
@@ -16,7 +17,6 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QScreen>
-#include <QSettings>
 
 #include <utility>
 
@@ -29,11 +29,6 @@ constexpr int kDotReach = 38;   // how far the dot reaches to the right of its p
 constexpr int kDotGapLeft = 48; // from the menu's left edge, dot included
 
 const QString kDefaultScopeKey = QStringLiteral("Spotlight/DefaultScope");
-
-QSettings openSettings()
-{
-    return QSettings(Theme::settingsFilePath(), QSettings::IniFormat);
-}
 
 } // namespace
 
@@ -69,7 +64,7 @@ QString SpotlightWindow::scopeLabel(const ScopeDef& def)
 
 QStringList SpotlightWindow::defaultScopeKeys()
 {
-    const QStringList stored = openSettings().value(kDefaultScopeKey).toStringList();
+    const QStringList stored = Settings::value(kDefaultScopeKey).toStringList();
     QStringList keys;
     for (const ScopeDef& def : scopeDefs()) {
         const QString key = QString::fromLatin1(def.typeKey);
@@ -81,9 +76,7 @@ QStringList SpotlightWindow::defaultScopeKeys()
 
 void SpotlightWindow::setDefaultScopeKeys(const QStringList& keys)
 {
-    QSettings settings = openSettings();
-    settings.setValue(kDefaultScopeKey, keys);
-    settings.sync();
+    Settings::setValue(kDefaultScopeKey, keys);
 }
 
 void SpotlightWindow::setScopeKeys(const QStringList& keys)

@@ -10,6 +10,7 @@
 #include "IconHelper.h"
 #include "LauncherModel.h"
 #include "Localization.h"
+#include "Settings.h"
 #include "StorageManager.h"
 #include "Theme.h"
 
@@ -22,7 +23,6 @@
 #include <QPropertyAnimation>
 #include <QScreen>
 #include <QSequentialAnimationGroup>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -98,8 +98,7 @@ void MainWindow::loadModel()
     const QStringList& categories = m_model->data().categories;
     if (categories.isEmpty())
         return;
-    const QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
-    const QString last = settings.value(kLastCategoryKey).toString();
+    const QString last = Settings::value(kLastCategoryKey).toString();
     m_model->setCurrentCategory(categories.contains(last) ? last : categories.constFirst());
 }
 
@@ -183,9 +182,7 @@ void MainWindow::saveLastCategory()
 {
     if (!m_model || m_model->currentCategory().isEmpty())
         return;
-    QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
-    settings.setValue(kLastCategoryKey, m_model->currentCategory());
-    settings.sync();
+    Settings::setValue(kLastCategoryKey, m_model->currentCategory());
 }
 
 void MainWindow::prepareFade()

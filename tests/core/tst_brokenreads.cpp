@@ -4,6 +4,7 @@
 #include "Files.h"
 #include "FolderFilter.h"
 #include "FreshProcess.h"
+#include "Settings.h"
 #include "StorageManager.h"
 #include "TestHome.h"
 #include "UsageStats.h"
@@ -101,6 +102,13 @@ void changeFolders(const QString&)
     FolderFilter::setFolders(FolderFilter::folders() + QStringList("/new"));
 }
 
+void changeSetting(const QString&)
+{
+    // Asked first, as at the start of the program: what came of that must not be forgotten.
+    Settings::value("Some/old");
+    Settings::setValue("Some/new", 1);
+}
+
 struct Case
 {
     const char* file;
@@ -111,7 +119,8 @@ struct Case
 constexpr std::array kCases{
     Case{"data.json", R"({"categories": ["old"], "sectionElements": {}})", changeDocument},
     Case{"usage.json", R"({"old":{"c":3,"t":1}})", changeUsage},
-    Case{"folderfilter.json", R"(["/old"])", changeFolders}};
+    Case{"folderfilter.json", R"(["/old"])", changeFolders},
+    Case{"settings.ini", "[Some]\nold=1\n", changeSetting}};
 
 int change(const QStringList& arguments)
 {

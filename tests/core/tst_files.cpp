@@ -146,6 +146,9 @@ void FilesTest::nothingToMoveAside()
 {
     moveFileAside(path());
     QCOMPARE(names(), QStringList());
+    write("older", "file.bak");
+    moveFileAside(path());
+    QCOMPARE(read("file.bak"), "older");
 }
 
 void FilesTest::replacesWhatIsThere_data()

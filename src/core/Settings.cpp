@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "Settings.h"
+
+#include "Files.h"
+#include "IniText.h"
+#include "SettingsKeys.h"
+#include "StorageManager.h"
+
+#include <QDir>
+#include <QFileDevice>
+#include <QFileInfo>
+#include <QIODevice>
+#include <QSettings>
+
+namespace
+{
+
+// Qt reads the file again only if it has changed, so what came of the last time is kept.
+bool s_isUnreadable = false;
+
+bool readIni(QIODevice& device, QSettings::SettingsMap& values)
+{
+    const FileContent content = readToTheEnd(device, Settings::MaxFileBytes);
+    s_isUnreadable = content.state != FileContent::State::Whole;
+    values = IniText::parse(content.bytes);
+    return !s_isUnreadable;
+}
+
+bool writeIni(QIODevice& device, const QSettings::SettingsMap& values)
+{
+    device.setTextModeEnabled(true);
+    const QByteArray text = IniText::format(values);
+    auto* file = qobject_cast<QFileDevice*>(&device);
+    // A disk that is full in the middle says so only when the buffer is emptied.
+    return device.write(text) == text.size() && (!file || file->flush());
+}
+
+QSettings::Format iniFormat()
+{
+    // Qt's own would make objects of what is in the file.
+    static const QSettings::Format s_format =
+        QSettings::registerFormat("ini", readIni, writeIni, Platform::settingsKeyCase());
+    return s_format;
+}
+
+/// Anything else can't be read, and to open a pipe would block.
+bool isFileOrNothing(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() || !info.exists();
+}
+
+} // namespace
+
+QString Settings::filePath()
+{
+    return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("settings.ini"));
+}
+
+bool Settings::contains(const QString& key)
+{
+    const QString path = filePath();
+    return isFileOrNothing(path) && QSettings(path, iniFormat()).contains(key);
+}
+
+QVariant Settings::value(const QString& key, const QVariant& fallback)
+{
+    const QString path = filePath();
+    if (!isFileOrNothing(path))
+        return fallback;
+    const QVariant found = QSettings(path, iniFormat()).value(key, fallback);
+    const bool isRefused = found.metaType() == QMetaType::fromType<IniText::RawValue>();
+    return isRefused ? fallback : found;
+}
+
+void Settings::setValue(const QString& key, const QVariant& value)
+{
+    const QString path = filePath();
+    if (!isFileOrNothing(path))
+        return;
+    QSettings settings(path, iniFormat());
+    if (s_isUnreadable) {
+        moveFileAside(path);
+        s_isUnreadable = false;
+    }
+    settings.setValue(key, value);
+    settings.sync();
+}
