@@ -119,8 +119,8 @@ void Visit::end()
 {
     m_patience.stop();
     m_client->disconnect(this);
-    // A client that has gone may have left something behind.
-    if (m_data.size() < kWakeMessage.size())
+    // A client that has gone may have left something behind, unless the system has closed that too.
+    if (m_data.size() < kWakeMessage.size() && m_client->isOpen())
         m_data += m_client->readAll();
     m_client->deleteLater();
     if (m_data != kWakeMessage) {
