@@ -12,6 +12,7 @@
 #include "Localization.h"
 #include "Pixels.h"
 #include "SpotlightFixture.h"
+#include "TestScreens.h"
 #include "UiDriver.h"
 
 #include <QApplication>
@@ -114,7 +115,11 @@ class SpotlightWindowTest : public QObject
     Q_OBJECT
 
 public:
-    static void initMain() { TestHome::install(); }
+    static void initMain()
+    {
+        TestHome::install();
+        TestScreens::install();
+    }
 
 private slots:
     void init();

@@ -12,6 +12,7 @@
 #include "MainWindow.h"
 #include "Pixels.h"
 #include "TestHome.h"
+#include "TestScreens.h"
 #include "Theme.h"
 
 #include <QAbstractEventDispatcher>
@@ -31,7 +32,6 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStackedWidget>
-#include <QTemporaryFile>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -198,13 +198,6 @@ namespace
 constexpr unsigned int kNoRepeat = 0x4000;
 const QString kLastCategory = QStringLiteral("lastCategory");
 
-std::unique_ptr<QTemporaryFile> s_screens;
-
-/// Odd sizes away from the origin, so that a sum that forgets either is seen.
-const QByteArray kScreens = R"({"screens": [
-    {"name": "primary", "x": 100, "y": 50, "width": 1001, "height": 777},
-    {"name": "second", "x": 2000, "y": 0, "width": 900, "height": 800}]})";
-
 /// Takes the activation the way another program does: none of our widgets has it then.
 class ForeignProgram
 {
@@ -260,20 +253,14 @@ bool isOverrideConsumed(QWidget* widget, Qt::Key key)
 void MainWindowTest::initMain()
 {
     TestHome::install();
-    // Given by a relative name, since the platform's options are separated by colons.
-    s_screens = std::make_unique<QTemporaryFile>("screens_XXXXXX.json");
-    if (!s_screens->open() || s_screens->write(kScreens) != kScreens.size())
-        qFatal("cannot write the screens");
-    s_screens->close();
-    const QString name = QFileInfo(*s_screens).fileName();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(name));
+    TestScreens::install();
 }
 
 void MainWindowTest::initTestCase()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     QCOMPARE(QGuiApplication::screens().size(), 2);
-    QCOMPARE(QGuiApplication::primaryScreen()->availableGeometry(), QRect(100, 50, 1001, 777));
+    QCOMPARE(QGuiApplication::primaryScreen()->availableGeometry(), TestScreens::Primary);
     m_initialSlot = HotkeyManager::mainWindowSlot;
 }
 
