@@ -19,7 +19,6 @@
 #include <QClipboard>
 #include <QGraphicsDropShadowEffect>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QScreen>
 #include <QSettings>
 #include <QSignalSpy>
@@ -41,23 +40,6 @@ constexpr int kOpenHeight = 472;
 constexpr int kOneChipRow = 28;
 
 const QString kDefaultScope = QStringLiteral("Spotlight/DefaultScope");
-
-void sendMouse(QWidget* target, QEvent::Type type, const QPoint& globalPos,
-               Qt::MouseButton button = Qt::LeftButton)
-{
-    const bool isMove = type == QEvent::MouseMove;
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-    QMouseEvent event(type, target->mapFromGlobal(QPointF(globalPos)), QPointF(globalPos),
-                      isMove ? Qt::NoButton : button, held, Qt::NoModifier);
-    QApplication::sendEvent(target, &event);
-}
-
-void clickAt(QWidget* target, const QPoint& globalPos)
-{
-    sendMouse(target, QEvent::MouseButtonPress, globalPos);
-    sendMouse(target, QEvent::MouseButtonRelease, globalPos);
-}
 
 /// The dot of the menu that is open.
 ConfirmDot* confirmDot()

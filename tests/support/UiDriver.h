@@ -4,7 +4,10 @@
 #pragma once
 
 #include <QApplication>
+#include <QFrame>
+#include <QLayout>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -86,4 +89,44 @@ inline void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifie
 {
     QWidget* target = window.focusWidget();
     QTest::keyClick(target ? target : &window, key, modifiers);
+}
+
+/// Sends one mouse event to a widget, wherever on the screen it happens: an open menu gets them
+/// all, and so does a widget that is being dragged. Only a release leaves the button up.
+inline void sendMouse(QWidget* target, QEvent::Type type, const QPoint& globalPos,
+                      Qt::MouseButton button = Qt::LeftButton)
+{
+    const bool isMove = type == QEvent::MouseMove;
+    const Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
+    QMouseEvent event(type, target->mapFromGlobal(QPointF(globalPos)), QPointF(globalPos),
+                      isMove ? Qt::NoButton : button, held, Qt::NoModifier);
+    QApplication::sendEvent(target, &event);
+}
+
+inline void clickAt(QWidget* target, const QPoint& globalPos)
+{
+    sendMouse(target, QEvent::MouseButtonPress, globalPos);
+    sendMouse(target, QEvent::MouseButtonRelease, globalPos);
+}
+
+/// Where a widget stands in a window above it.
+inline QRect rectIn(const QWidget& window, const QWidget* widget)
+{
+    return {widget->mapTo(&window, QPoint(0, 0)), widget->size()};
+}
+
+/// Checks what every dialog has in common: the frameless window above its parent, and the card in
+/// it with room for its shadow. \param paddingPx of the card.
+inline void verifyDialogLook(const QWidget& dialog, const QWidget& parent, int paddingPx)
+{
+    QCOMPARE(dialog.parentWidget(), &parent);
+    QCOMPARE(dialog.windowType(), Qt::Dialog);
+    QVERIFY(dialog.windowFlags() & Qt::FramelessWindowHint);
+    QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
+    QVERIFY(dialog.testAttribute(Qt::WA_TranslucentBackground));
+    QCOMPARE(dialog.layout()->contentsMargins(), QMargins(10, 10, 10, 10));
+    const auto* card = dialog.findChild<QFrame*>(QStringLiteral("dialogBg"));
+    QVERIFY(card);
+    QVERIFY(card->styleSheet().contains(QStringLiteral("padding: %1px").arg(paddingPx)));
 }

@@ -38,11 +38,6 @@ QStringList labelTexts(const QWidget& dialog)
     return texts;
 }
 
-QRect rectIn(const QWidget& window, const QWidget* widget)
-{
-    return {widget->mapTo(&window, QPoint(0, 0)), widget->size()};
-}
-
 } // namespace
 
 class AddEditCategoryDialogTest : public QObject
@@ -148,13 +143,7 @@ void AddEditCategoryDialogTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const AddEditCategoryDialog dialog(&parent, "t");
-    QCOMPARE(dialog.parentWidget(), &parent);
-    QCOMPARE(dialog.windowType(), Qt::Dialog);
-    QVERIFY(dialog.windowFlags() & Qt::FramelessWindowHint);
-    QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
-    QVERIFY(dialog.testAttribute(Qt::WA_TranslucentBackground));
-    QCOMPARE(dialog.layout()->contentsMargins(), QMargins(10, 10, 10, 10));
-    QVERIFY(dialog.findChild<QFrame*>("dialogBg")->styleSheet().contains("padding: 0px"));
+    verifyDialogLook(dialog, parent, 0);
 }
 
 void AddEditCategoryDialogTest::hasItsExactSize()

@@ -31,11 +31,6 @@ constexpr int kBrowse = 102;
 
 constexpr int kOpen = -1; ///< result of a dialog that has not ended
 
-QRect rectIn(const QWidget& window, const QWidget* widget)
-{
-    return {widget->mapTo(&window, QPoint(0, 0)), widget->size()};
-}
-
 } // namespace
 
 class IconPickerDialogTest : public QObject
@@ -140,13 +135,7 @@ void IconPickerDialogTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const IconPickerDialog dialog(&parent, QString());
-    QCOMPARE(dialog.parentWidget(), &parent);
-    QCOMPARE(dialog.windowType(), Qt::Dialog);
-    QVERIFY(dialog.windowFlags() & Qt::FramelessWindowHint);
-    QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
-    QVERIFY(dialog.testAttribute(Qt::WA_TranslucentBackground));
-    QCOMPARE(dialog.layout()->contentsMargins(), QMargins(10, 10, 10, 10));
-    QVERIFY(dialog.findChild<QFrame*>("dialogBg")->styleSheet().contains("padding: 0px"));
+    verifyDialogLook(dialog, parent, 0);
     QVERIFY(dialog.findChild<QFrame*>("iconPickerHeader")
                 ->styleSheet()
                 .startsWith("QFrame#iconPickerHeader { background-color: " + Theme::shellBg()));

@@ -14,6 +14,7 @@
 #include "TestHome.h"
 #include "TestScreens.h"
 #include "Theme.h"
+#include "UiDriver.h"
 
 #include <QAbstractEventDispatcher>
 #include <QAction>
@@ -25,7 +26,6 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QPropertyAnimation>
 #include <QSequentialAnimationGroup>
@@ -229,14 +229,6 @@ public:
 private:
     QWidget m_window;
 };
-
-void sendMouse(QWidget* widget, QEvent::Type type, const QPoint& global, Qt::MouseButton button)
-{
-    const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, widget->mapFromGlobal(QPointF(global)), QPointF(global), button,
-                      buttons, Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
-}
 
 /// True if the event was consumed before it reached the widget.
 bool isOverrideConsumed(QWidget* widget, Qt::Key key)
@@ -1584,9 +1576,9 @@ void MainWindowTest::dragMoves()
     const QPoint start = m_window->pos();
     const QPoint grip = start + QPoint(40, 40);
     sendMouse(m_window.get(), QEvent::MouseButtonPress, grip, static_cast<Qt::MouseButton>(button));
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(30, -20), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(30, -20));
     QCOMPARE(m_window->pos(), isMoved ? start + QPoint(30, -20) : start);
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(-5, 7), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(-5, 7));
     QCOMPARE(m_window->pos(), isMoved ? start + QPoint(-5, 7) : start);
 }
 
@@ -1597,10 +1589,10 @@ void MainWindowTest::dragEndsWithTheLeftButton()
     const QPoint grip = start + QPoint(40, 40);
     sendMouse(m_window.get(), QEvent::MouseButtonPress, grip, Qt::LeftButton);
     sendMouse(m_window.get(), QEvent::MouseButtonRelease, grip, Qt::RightButton);
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(10, 10), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(10, 10));
     QCOMPARE(m_window->pos(), start + QPoint(10, 10));
     sendMouse(m_window.get(), QEvent::MouseButtonRelease, grip + QPoint(10, 10), Qt::LeftButton);
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(99, 99), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(99, 99));
     QCOMPARE(m_window->pos(), start + QPoint(10, 10));
 }
 
@@ -1610,7 +1602,7 @@ void MainWindowTest::dragThroughAChild()
     const QPoint start = m_window->pos();
     const QPoint grip = start + QPoint(300, 300);
     sendMouse(background(), QEvent::MouseButtonPress, grip, Qt::LeftButton);
-    sendMouse(background(), QEvent::MouseMove, grip + QPoint(15, 25), Qt::NoButton);
+    sendMouse(background(), QEvent::MouseMove, grip + QPoint(15, 25));
     QCOMPARE(m_window->pos(), start + QPoint(15, 25));
 }
 
@@ -1620,14 +1612,14 @@ void MainWindowTest::dragIsForgottenAtTheNextShow()
     const QPoint start = m_window->pos();
     const QPoint grip = start + QPoint(40, 40);
     sendMouse(m_window.get(), QEvent::MouseButtonPress, grip, Qt::LeftButton);
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(30, -20), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(30, -20));
     QCOMPARE(m_window->pos(), start + QPoint(30, -20));
     // The button is released over whatever is there then.
     m_window->fadeOutAndHide();
     QTRY_VERIFY(m_window->isHidden());
     m_window->show();
     QCOMPARE(m_window->pos(), start);
-    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(70, 50), Qt::NoButton);
+    sendMouse(m_window.get(), QEvent::MouseMove, grip + QPoint(70, 50));
     QCOMPARE(m_window->pos(), start);
 }
 

@@ -14,7 +14,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -58,15 +57,6 @@ protected:
         return false;
     }
 };
-
-/// Sends one mouse event to a menu, wherever on the screen it happens: an open menu gets them all.
-void sendMouse(QMenu& menu, QEvent::Type type, const QPoint& globalPos)
-{
-    const bool released = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, QPointF(menu.mapFromGlobal(globalPos)), QPointF(globalPos),
-                      Qt::LeftButton, released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&menu, &event);
-}
 
 /// A window with a field that has the focus, and with what a popup may be opened at.
 class PopupStage : public QWidget
@@ -581,7 +571,7 @@ void ActionsMenuTest::doubleClickTogglesTwice()
     const QPoint where = m_menu->mapToGlobal(middleOf(toggle));
     for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
                                     QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
-        sendMouse(*m_menu, type, where);
+        sendMouse(m_menu.get(), type, where);
     QCOMPARE(m_toggled.size(), 2);
     QVERIFY(m_menu->isVisible());
     QVERIFY(passed.types.isEmpty());
@@ -604,7 +594,8 @@ void ActionsMenuTest::clickOutsideClosesTheMenu()
 {
     makeFilter()->watch(ActionsMenu::addPlainRow(*m_menu, "T", m_colors));
     popup();
-    sendMouse(*m_menu, QEvent::MouseButtonPress, m_menu->geometry().bottomRight() + QPoint(40, 40));
+    sendMouse(m_menu.get(), QEvent::MouseButtonPress,
+              m_menu->geometry().bottomRight() + QPoint(40, 40));
     QVERIFY(!m_menu->isVisible());
     QVERIFY(m_toggled.isEmpty());
 }
@@ -694,15 +685,15 @@ void ActionsMenuTest::areaTakesItsClicks()
     int clicks = 0;
     const PassedEvents passed(m_menu.get());
     makeFilter()->watchArea(&dot, [&clicks] { ++clicks; });
-    sendMouse(*m_menu, QEvent::MouseButtonPress, dot.geometry().center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonPress, dot.geometry().center());
     QCOMPARE(clicks, 0);
-    sendMouse(*m_menu, QEvent::MouseButtonRelease, dot.geometry().center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonRelease, dot.geometry().center());
     QCOMPARE(clicks, 1);
-    sendMouse(*m_menu, QEvent::MouseButtonDblClick, dot.geometry().topLeft());
+    sendMouse(m_menu.get(), QEvent::MouseButtonDblClick, dot.geometry().topLeft());
     QCOMPARE(clicks, 1);
     QVERIFY(passed.types.isEmpty());
     QVERIFY(m_menu->isVisible());
-    sendMouse(*m_menu, QEvent::MouseButtonPress, dot.geometry().bottomRight() + QPoint(1, 1));
+    sendMouse(m_menu.get(), QEvent::MouseButtonPress, dot.geometry().bottomRight() + QPoint(1, 1));
     QCOMPARE(passed.types.size(), 1);
     QCOMPARE(clicks, 1);
 }
@@ -728,7 +719,7 @@ void ActionsMenuTest::areaIsSkipped()
     makeFilter()->watchArea(dot.get(), [&clicks] { ++clicks; });
     if (isDeleted)
         dot.reset();
-    sendMouse(*m_menu, QEvent::MouseButtonPress, where.center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonPress, where.center());
     QCOMPARE(clicks, 0);
     QVERIFY(!m_menu->isVisible()); // a click outside like any other
 }
@@ -742,8 +733,8 @@ void ActionsMenuTest::areaWithoutHandlerStillTakesClicks()
     dot.show();
     const PassedEvents passed(m_menu.get());
     makeFilter()->watchArea(&dot, {});
-    sendMouse(*m_menu, QEvent::MouseButtonPress, dot.geometry().center());
-    sendMouse(*m_menu, QEvent::MouseButtonRelease, dot.geometry().center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonPress, dot.geometry().center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonRelease, dot.geometry().center());
     QVERIFY(passed.types.isEmpty());
     QVERIFY(m_menu->isVisible());
 }
@@ -775,7 +766,7 @@ void ActionsMenuTest::firstOfTwoAreasWins()
     ActionsMenu::ToggleFilter* filter = makeFilter();
     filter->watchArea(&dot, [&who] { who += "first "; });
     filter->watchArea(&dot, [&who] { who += "second "; });
-    sendMouse(*m_menu, QEvent::MouseButtonRelease, dot.geometry().center());
+    sendMouse(m_menu.get(), QEvent::MouseButtonRelease, dot.geometry().center());
     QCOMPARE(who, "first ");
 }
 

@@ -39,11 +39,6 @@ public:
     using FramelessDialog::SoftShadow;
 };
 
-QRect rectIn(const QWidget& window, const QWidget* widget)
-{
-    return {widget->mapTo(&window, QPoint(0, 0)), widget->size()};
-}
-
 } // namespace
 
 class FramelessDialogTest : public QObject
