@@ -47,6 +47,7 @@ void nameApplication()
 {
     QCoreApplication::setApplicationName(QStringLiteral("Orlimo"));
     QCoreApplication::setOrganizationName(QStringLiteral("Orlimo"));
+    reopenLog();
 }
 
 /// False if another process is the one instance of this install, which has been woken then.

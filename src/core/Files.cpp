@@ -65,11 +65,17 @@ bool replaceFile(const QString& filePath, const QByteArray& content)
     QSaveFile file(filePath);
     if (!file.open(QIODevice::WriteOnly))
         return false;
+    makePrivate(file);
     // A disk that is full in the middle takes a part of the content and reports no error.
     // QSaveFile would put that part in the place of the old file.
     if (file.write(content) != content.size() || !file.flush())
         file.cancelWriting();
     return file.commit();
+}
+
+void makePrivate(QFileDevice& file)
+{
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 void moveFileAside(const QString& filePath)

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtGlobal>
 
+class QFileDevice;
 class QIODevice;
 
 /// What came of reading a file whole.
@@ -36,9 +37,14 @@ FileContent readToTheEnd(QIODevice& file, qint64 maxBytes);
 QByteArray readOwnFile(const QString& filePath, qint64 maxBytes);
 
 /// Replaces a file by `content` in one step and synchronously: at any moment it is either the old
-/// one or the new one, whole. False if it can't be written, as on a full disk; then it stays as
-/// it was. A symbolic link stays one; the file it points to is replaced.
+/// one or the new one, whole, and nobody but the user can read it. False if it can't be written, as
+/// on a full disk; then it stays as it was. A symbolic link stays one; the file it points to is
+/// replaced.
 bool replaceFile(const QString& filePath, const QByteArray& content);
+
+/// Lets nobody but the user read or write a file. To be called while it is empty still, or whoever
+/// has opened it by then reads on. Where the file system knows no rights nothing happens.
+void makePrivate(QFileDevice& file);
 
 /// Renames a file to `filePath` + ".bak", over an older one of that name; if there is none,
 /// the older one stays. If that fails it stays where it is, and the caller isn't told.

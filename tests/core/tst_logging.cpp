@@ -10,13 +10,17 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTest>
+#include <QThread>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <vector>
 
 // The handler keeps its file open for as long as the process lives, so each test that looks at how
 // the file comes into being lets a process of its own do the logging.
@@ -38,7 +42,11 @@ private slots:
     void contextIsNotWritten();
     void textIsWrittenAsItIs_data();
     void textIsWrittenAsItIs();
+    void textCantForgeALine_data();
+    void textCantForgeALine();
     void lineIsOnDiskAtOnce();
+    void threadsWriteWholeLines();
+    void fileIsChosenAnewOnRequestAlone();
     void messageAfterTheEndOfMain();
 
     void fatalMessageAborts();
@@ -159,6 +167,40 @@ int logAndLook(const QStringList&)
         return 1;
     qInfo("second");
     return logLines().size() == 2 ? EXIT_SUCCESS : 2;
+}
+
+constexpr int kThreads = 8;
+constexpr int kLinesOfAThread = 200;
+
+int logFromThreads(const QStringList&)
+{
+    qInstallMessageHandler(fileMessageHandler);
+    std::vector<std::unique_ptr<QThread>> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back(QThread::create([i] {
+            for (int k = 0; k < kLinesOfAThread; ++k)
+                qInfo().noquote() << QString::number(i).repeated(500);
+        }));
+        threads.back()->start();
+    }
+    for (const auto& thread : threads)
+        thread->wait();
+    return EXIT_SUCCESS;
+}
+
+/// Prints where the lines went that were written under another name.
+int logUnderTwoNames(const QStringList&)
+{
+    qInstallMessageHandler(fileMessageHandler);
+    const QString name = QCoreApplication::applicationName();
+    QCoreApplication::setApplicationName("early");
+    qInfo("one");
+    std::printf("%s\n", qPrintable(logPath()));
+    QCoreApplication::setApplicationName(name);
+    qInfo("two");
+    reopenLog();
+    qInfo("three");
+    return EXIT_SUCCESS;
 }
 
 class LastWords
@@ -284,6 +326,62 @@ void LoggingTest::textIsWrittenAsItIs()
     verifyLine(logLines().value(0), "[INFO] " + text);
 }
 
+void LoggingTest::textCantForgeALine_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("written");
+    const QString forged = "2026-01-01 00:00:00.000 [FATAL] forged";
+    const auto row = [&](const char* name, const QString& end, const QString& escaped) {
+        QTest::newRow(name) << "text" + end + forged << "text" + escaped + forged;
+    };
+    row("line feed", "\n", "\\n");
+    row("carriage return", "\r", "\\r");
+    row("both", "\r\n", "\\r\\n");
+    row("line separator", QString(QChar(0x2028)), "\\u2028");
+    row("paragraph separator", QString(QChar(0x2029)), "\\u2029");
+    row("next line", QString(QChar(0x85)), "\\u0085");
+    row("form feed", "\f", "\\u000c");
+    row("escape sequence", "\x1B[2K", "\\u001b[2K");
+    row("tab stays", "\t", "\t");
+}
+
+void LoggingTest::textCantForgeALine()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, written);
+    runToTheEnd("text", {text});
+    QCOMPARE(logLines().size(), 1);
+    verifyLine(logLines().value(0), "[INFO] " + written);
+}
+
+void LoggingTest::threadsWriteWholeLines()
+{
+    runToTheEnd("from threads");
+    QHash<QString, int> counts;
+    const QStringList lines = logLines();
+    for (const QString& line : lines)
+        ++counts[line.mid(kStampLength)];
+    QCOMPARE(lines.size(), kThreads * kLinesOfAThread);
+    QCOMPARE(counts.size(), kThreads);
+    for (int i = 0; i < kThreads; ++i)
+        QCOMPARE(counts.value(" [INFO] " + QString::number(i).repeated(500)), kLinesOfAThread);
+}
+
+void LoggingTest::fileIsChosenAnewOnRequestAlone()
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run("under two names", {});
+    QCOMPARE(outcome.exitCode, 0);
+    QFile early(QString::fromUtf8(outcome.output).trimmed());
+    QVERIFY(early.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(early.readAll()).split('\n', Qt::SkipEmptyParts);
+    QVERIFY(early.remove());
+    QCOMPARE(lines.size(), 2);
+    verifyLine(lines.at(0), "[INFO] one");
+    verifyLine(lines.at(1), "[INFO] two");
+    QCOMPARE(logLines().size(), 1);
+    verifyLine(logLines().value(0), "[INFO] three");
+}
+
 void LoggingTest::lineIsOnDiskAtOnce()
 {
     runToTheEnd("log and look");
@@ -375,6 +473,8 @@ int main(int argc, char** argv)
          {"all levels", logAllLevels},
          {"with context", logWithContext},
          {"log and look", logAndLook},
+         {"from threads", logFromThreads},
+         {"under two names", logUnderTwoNames},
          {"from a destructor", logFromADestructor},
          {"fatal", logFatal},
          {"in the way", logInTheWay}});
