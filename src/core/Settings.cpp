@@ -31,8 +31,10 @@ bool readIni(QIODevice& device, QSettings::SettingsMap& values)
 bool writeIni(QIODevice& device, const QSettings::SettingsMap& values)
 {
     device.setTextModeEnabled(true);
-    const QByteArray text = IniText::format(values);
     auto* file = qobject_cast<QFileDevice*>(&device);
+    if (file)
+        makePrivate(*file);
+    const QByteArray text = IniText::format(values);
     // A disk that is full in the middle says so only when the buffer is emptied.
     return device.write(text) == text.size() && (!file || file->flush());
 }

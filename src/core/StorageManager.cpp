@@ -4,6 +4,7 @@
 #include "StorageManager.h"
 
 #include "Files.h"
+#include "PrivateDirectory.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -179,11 +180,15 @@ QJsonObject documentToJson(const LauncherData& data)
 QString StorageManager::appDataDir()
 {
     QString path = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         path = QCoreApplication::applicationDirPath();
-    const QDir dir(path);
-    if (!dir.exists())
-        dir.mkpath(QStringLiteral("."));
+        QDir().mkpath(path);
+    } else if (QCoreApplication::organizationName().isEmpty()) {
+        // Before the program has its name this is a directory of others too.
+        QDir().mkpath(path);
+    } else {
+        Platform::makePrivateDirectory(path);
+    }
     return path;
 }
 

@@ -19,7 +19,8 @@ public:
 
     StorageManager() = delete;
 
-    /// The per-user data directory, created if absent. It may still be missing if that failed.
+    /// The per-user data directory, created if absent, closed to other users. It may still be
+    /// missing if that failed.
     static QString appDataDir();
 
     /// Reads the document, in the current or in the legacy shape. Never fails: whatever the file
