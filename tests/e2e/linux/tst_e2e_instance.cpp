@@ -128,17 +128,29 @@ XClient::Window User::window() const
     return {};
 }
 
-/// Takes the focus away from the windows until they have gone.
+/// Takes the focus away from the user's window until it has gone: at first it doesn't mind the
+/// loss.
 void hide(Desktop& desktop, const User& user)
 {
-    const auto isGone = [&] {
-        if (!user.window().isViewable)
+    constexpr int kNoticeMs = 2000;
+    constexpr int kFadeMs = 500;
+    XClient& client = desktop.client();
+    const auto isGone = [&] { return !user.window().isViewable; };
+    const auto isGoneAfterLoss = [&] {
+        if (isGone())
             return true;
-        desktop.client().activate(user.window().id);
+        // A loss that comes before the window has noticed its focus is none to it.
+        const xcb_window_t window = user.window().id;
+        client.activate(window);
+        if (!QTest::qWaitFor([&] { return client.focus() == window; }, kNoticeMs))
+            return isGone();
+        client.ping(window);
+        if (!QTest::qWaitFor([&] { return client.hasAnswered(); }, kNoticeMs))
+            return isGone();
         desktop.focusOtherWindow();
-        return false;
+        return QTest::qWaitFor(isGone, kFadeMs);
     };
-    QVERIFY(QTest::qWaitFor(isGone, kPatienceMs));
+    QVERIFY(QTest::qWaitFor(isGoneAfterLoss, kPatienceMs));
 }
 
 } // namespace
