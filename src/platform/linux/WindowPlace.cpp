@@ -76,9 +76,11 @@ private:
             return;
         m_isAsking = true;
         --m_requestsLeft;
-        QTimer::singleShot(0, m_kept, [this, place] {
+        QTimer::singleShot(0, m_kept, [this, window = m_kept.data(), place] {
+            if (window != m_kept) // the other window has been shown in the meantime
+                return;
             m_isAsking = false;
-            m_kept->setPosition(place);
+            window->setPosition(place);
         });
     }
 
