@@ -104,8 +104,9 @@ private:
         if (++m_at == m_text.size())
             return;
         const char c = m_text[m_at++];
-        const auto known = std::find_if(std::begin(kEscapes), std::end(kEscapes),
-                                        [c](const auto& escape) { return escape.first == c; });
+        const auto* const known =
+            std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                         [c](const auto& escape) { return escape.first == c; });
         if (known != std::end(kEscapes)) {
             m_current += QLatin1Char(known->second);
         } else if (c == 'x') {
@@ -243,7 +244,7 @@ QVariant valueOf(QByteArrayView text)
 /// take in what is written behind it.
 QByteArrayView takeLine(QByteArrayView& rest)
 {
-    const auto end =
+    const auto* const end =
         std::find_if(rest.begin(), rest.end(), [](char c) { return c == '\n' || c == '\r'; });
     const qsizetype size = end - rest.begin();
     const QByteArrayView line = rest.first(size).trimmed();
@@ -286,7 +287,7 @@ QByteArray escapedText(const QString& text)
     QStringEncoder encoder(QStringEncoder::Utf8);
     for (const QChar character : text) {
         const ushort code = character.unicode();
-        const auto known =
+        const auto* const known =
             std::find_if(std::begin(kEscapes), std::end(kEscapes), [code](const auto& escape) {
                 return escape.second == code && code != '?' && code != '\'';
             });

@@ -70,8 +70,12 @@ public:
     void append(const QByteArray& line)
     {
         const QMutexLocker locker(&m_mutex);
-        if (m_file.isOpen() || open())
-            m_file.write(line);
+        if (!m_file.isOpen() && !open())
+            return;
+        // Not every system appends by itself, and copies of the program in two directories share
+        // the log.
+        m_file.seek(m_file.size());
+        m_file.write(line);
     }
 
     void close()
@@ -85,8 +89,7 @@ private:
     {
         m_file.setFileName(
             QDir(StorageManager::appDataDir()).filePath(QStringLiteral("debug.log")));
-        // Unbuffered, so that each line is one write at the end of the file, also where two copies
-        // of the program share it.
+        // Unbuffered, so that each line is one write.
         if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
             return false;
         makePrivate(m_file);

@@ -738,8 +738,8 @@ constexpr std::u16string_view keyOf(const Row& row)
 
 constexpr bool areKeysDistinct()
 {
-    for (auto row = std::begin(kRows); row != std::end(kRows); ++row) {
-        for (auto later = row + 1; later != std::end(kRows); ++later) {
+    for (const auto* row = std::begin(kRows); row != std::end(kRows); ++row) {
+        for (const auto* later = row + 1; later != std::end(kRows); ++later) {
             if (keyOf(*row) == keyOf(*later))
                 return false;
         }

@@ -51,8 +51,8 @@ class PictureReader : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qint64 MaxFileBytes = 64 * 1024 * 1024;
-    static constexpr qint64 MaxPixels = 30 * 1024 * 1024; ///< before it is scaled
+    static constexpr qint64 MaxFileBytes = qint64(64) * 1024 * 1024;
+    static constexpr qint64 MaxPixels = qint64(30) * 1024 * 1024; ///< before it is scaled
 
     /// Looks at the file and reads it, unless it is as it is known to be. Ends in `answered`.
     /// \param known what it was like; nothing if nobody has looked at it yet.

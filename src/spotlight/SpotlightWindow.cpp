@@ -13,6 +13,7 @@
 #include "HotkeyManager.h"
 #include "IconHelper.h"
 #include "ItemImages.h"
+#include "Keys.h"
 #include "Localization.h"
 #include "SpotlightResultDelegate.h"
 #include "Theme.h"
@@ -245,13 +246,13 @@ bool SpotlightWindow::handleFieldKey(int key, Qt::KeyboardModifiers modifiers)
     case Qt::Key_Up:
         moveSelection(-1);
         return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        launchItem(m_resultsList->currentItem());
-        return true;
     default:
-        return false;
+        break;
     }
+    if (!Keys::isEnter(key))
+        return false;
+    launchItem(m_resultsList->currentItem());
+    return true;
 }
 
 void SpotlightWindow::keyPressEvent(QKeyEvent* event)

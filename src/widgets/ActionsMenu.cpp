@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWidgetAction>
 
 #include <algorithm>
@@ -186,8 +187,11 @@ void ActionsMenu::ToggleFilter::watchArea(QWidget* w, std::function<void()> onCl
 
 void ActionsMenu::ToggleFilter::fire(QAction* action)
 {
+    // What is toggled may rebuild the window that the menu belongs to.
+    const QPointer<QMenu> menu(m_menu);
     m_onToggle(action);
-    repaintRows(m_menu);
+    if (menu)
+        repaintRows(menu);
 }
 
 bool ActionsMenu::ToggleFilter::eventFilter(QObject* watched, QEvent* event)
@@ -322,7 +326,7 @@ void ActionsMenu::Popup::restoreFocus() const
 
 QAction* ActionsMenu::Popup::keep(QAction* action, std::function<void()> onChosen)
 {
-    m_onChosen.insert(action, std::move(onChosen));
+    m_onChosen[action] = std::move(onChosen);
     return action;
 }
 

@@ -41,9 +41,9 @@ public:
 
     /// \param action the action that this row stands for in `menu`.
     /// \param glyph codepoint, 0 for none.
-    /// \param text shown as it is, on one line; elided where the row is narrower than it wants to
-    /// be. \param reserveCheck keeps the column of the check circle and draws one in it. \param
-    /// checkedProbe asked at each paint whether the circle is checked; may be empty.
+    /// \param text shown as it is, on one line; elided where the row is too narrow for it.
+    /// \param reserveCheck keeps the column of the check circle and draws one in it.
+    /// \param checkedProbe asked at each paint whether the circle is checked; may be empty.
     ActionsMenuRow(QMenu* menu, QAction* action, uint glyph, const QString& text,
                    const ColorTokens& tokens, bool reserveCheck,
                    std::function<bool()> checkedProbe);

@@ -19,9 +19,11 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdarg>
 #include <cstdio>
 #include <string_view>
 
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -40,6 +42,8 @@ private slots:
     void stateOfTheRead();
     void fileIsMovedAside_data();
     void fileIsMovedAside();
+    void settingsThatDoNotOpenAreKept_data();
+    void settingsThatDoNotOpenAreKept();
 };
 
 namespace
@@ -48,8 +52,8 @@ namespace
 /// Where reading breaks off.
 struct BadSpot
 {
-    QByteArray path; ///< empty for none
-    off_t offset = 0;
+    QByteArray path;  ///< empty for none
+    off_t offset = 0; ///< below 0: the file can't even be opened
     int error = EIO;
 };
 BadSpot s_badSpot;
@@ -67,6 +71,19 @@ bool isBad(int descriptor)
 } // namespace
 
 /// Stands in for the system's own, also in Qt.
+extern "C" int open64(const char* path, int flags, ...)
+{
+    if (s_badSpot.offset < 0 && s_badSpot.path == path) {
+        errno = s_badSpot.error;
+        return -1;
+    }
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
 extern "C" ssize_t read(int descriptor, void* buffer, size_t size)
 {
     if (!s_badSpot.path.isEmpty() && isBad(descriptor)) {
@@ -107,6 +124,16 @@ void changeSetting(const QString&)
     // Asked first, as at the start of the program: what came of that must not be forgotten.
     Settings::value("Some/old");
     Settings::setValue("Some/new", 1);
+}
+
+int changeSettingOnceItOpens(const QStringList& arguments)
+{
+    s_badSpot = {QFile::encodeName(arguments.at(0)), -1, arguments.at(1).toInt()};
+    const bool isHidden = !Settings::value("Some/old").isValid();
+    Settings::setValue("Some/early", 1);
+    s_badSpot = {};
+    Settings::setValue("Some/new", 1);
+    return isHidden ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 struct Case
@@ -215,10 +242,32 @@ void BrokenReadsTest::fileIsMovedAside()
     QCOMPARE(saved.contains("old"), !isMoved);
 }
 
+void BrokenReadsTest::settingsThatDoNotOpenAreKept_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("broken disk") << EIO;
+    QTest::newRow("stale handle") << ESTALE;
+    QTest::newRow("no rights") << EACCES;
+}
+
+void BrokenReadsTest::settingsThatDoNotOpenAreKept()
+{
+    QFETCH(int, error);
+    const QString path = TestHome::writeDataFile("settings.ini", "[Some]\nold=1\n");
+    const FreshProcess::Outcome outcome =
+        FreshProcess::run("changeSettingOnceItOpens", {path, QString::number(error)});
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(contentOf(path), QByteArray("[Some]\nnew=1\nold=1\n"));
+    QVERIFY(!QFile::exists(path + ".bak"));
+}
+
 int main(int argc, char** argv)
 {
     if (FreshProcess::isTask(argc, argv))
-        return FreshProcess::runTask(argc, argv, {{"change", change}});
+        return FreshProcess::runTask(
+            argc, argv,
+            {{"change", change}, {"changeSettingOnceItOpens", changeSettingOnceItOpens}});
     BrokenReadsTest::initMain();
     const QCoreApplication application(argc, argv);
     BrokenReadsTest test;
