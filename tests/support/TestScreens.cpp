@@ -3,19 +3,35 @@
 
 #include "TestScreens.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include "TestFiles.h"
+#include "TestHome.h"
+
+#include <QCoreApplication>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryFile>
-
-#include <memory>
 
 namespace
 {
 
-std::unique_ptr<QTemporaryFile> s_file;
+constexpr char kFileName[] = "screens.json";
+
+QString s_startDirectory;
+
+void enter(const QString& directory)
+{
+    if (!QDir::setCurrent(directory))
+        qFatal("cannot enter %s", qPrintable(directory));
+}
+
+// The platform has read the file by then. Whatever is given relative to the current directory, such
+// as a file for the results, means the one that the test was started in; and Windows removes no
+// directory that is a current one.
+void returnToTheStart()
+{
+    enter(s_startDirectory);
+}
 
 QJsonObject screen(const char* name, const QRect& place)
 {
@@ -32,11 +48,11 @@ void TestScreens::install()
 {
     const QJsonArray screens{screen("primary", Primary), screen("second", Second)};
     const QByteArray json = QJsonDocument(QJsonObject{{"screens", screens}}).toJson();
-    // Given by a relative name, since the platform's options are separated by colons.
-    s_file = std::make_unique<QTemporaryFile>("screens_XXXXXX.json");
-    if (!s_file->open() || s_file->write(json) != json.size())
+    if (!TestFiles::write(QDir(TestHome::path()).filePath(kFileName), json))
         qFatal("cannot write the screens");
-    s_file->close();
-    const QString name = QFileInfo(*s_file).fileName();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(name));
+    // Given by a relative name, since the platform's options are separated by colons.
+    s_startDirectory = QDir::currentPath();
+    enter(TestHome::path());
+    qAddPreRoutine(returnToTheStart);
+    qputenv("QT_QPA_PLATFORM", QByteArray("offscreen:configfile=") + kFileName);
 }

@@ -16,7 +16,7 @@ public:
     TestScreens() = delete;
 
     /// Asks the offscreen platform for them. Call it from `initMain()`, after `TestHome::install()`
-    /// and before the application object exists. Leaves a file in the current directory, which goes
-    /// with the process. Ends the test run if that can't be written.
+    /// and before the application object exists. Leaves a file in that home, which is the current
+    /// directory until the application object has been made. Ends the test run if that fails.
     static void install();
 };
