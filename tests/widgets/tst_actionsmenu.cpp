@@ -157,6 +157,7 @@ private slots:
     void popupOpensAtItsAnchor_data();
     void popupOpensAtItsAnchor();
     void popupSurvivesItsParent();
+    void toggleMayDeleteTheMenu();
     void popupElidesLongNames();
     void popupRowsFillAWideMenu();
 
@@ -938,6 +939,22 @@ void ActionsMenuTest::popupSurvivesItsParent()
     QVERIFY(!menu);
     QVERIFY(!isDone);
     popup.restoreFocus();
+}
+
+void ActionsMenuTest::toggleMayDeleteTheMenu()
+{
+    PopupStage stage;
+    auto* page = new QWidget(&stage);
+    ActionsMenu::Popup popup(page);
+    auto* filter = new ActionsMenu::ToggleFilter(&popup.menu(), [page](QAction*) { delete page; });
+    filter->watch(popup.addCheckRow([] { return true; }, 0, "Check"));
+    const QPointer<QMenu> menu(&popup.menu());
+    const MenuDriver driver([](QMenu* shown) {
+        QTest::keyClick(shown, Qt::Key_Down);
+        QTest::keyClick(shown, Qt::Key_Return);
+    });
+    QVERIFY(!popup.execBelow(stage.button));
+    QVERIFY(!menu);
 }
 
 void ActionsMenuTest::popupElidesLongNames()
