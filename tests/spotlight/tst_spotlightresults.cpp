@@ -2,140 +2,23 @@
 // SPDX-License-Identifier: MIT
 
 #include "Browser.h"
-#include "FakeApplications.h"
-#include "FakeFileSystem.h"
-#include "FileIndex.h"
-#include "ItemImages.h"
 #include "Localization.h"
-#include "Pixels.h"
-#include "SpotlightFixture.h"
-#include "UiDriver.h"
+#include "SpotlightSearchTest.h"
 #include "UsageStats.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
-#include <QScrollBar>
 #include <QTest>
-#include <QUrl>
-
-#include <memory>
-
-using Delegate = SpotlightResultDelegate;
 
 namespace
 {
 
-constexpr int kLight = 1;
 constexpr int kFieldLimit = 32767; // what a line edit holds
 constexpr qsizetype kMegabyte = 1024 * 1024;
 
-// No scope that has a chip, but one that only own items can be of.
-const QStringList kOwnOnly{"Snippet", "URL"};
-
-const QString kMissingProgram = QStringLiteral("/no/such/place/program.exe");
-
-LauncherElement snippet(const QString& name, const QString& value = QString())
-{
-    return makeItem(name, QStringLiteral("Snippet"), value);
-}
-
-void use(const QString& key, int times)
-{
-    for (int i = 0; i < times; ++i)
-        UsageStats::record(key);
-}
-
-void use(const LauncherElement& element, int times)
-{
-    use(element.id, times);
-}
-
-FakeApplications::Application application(const QString& name, bool isShellItem)
-{
-    FakeApplications::Application app;
-    app.name = name;
-    app.key = name.toLower();
-    app.launchPath = QStringLiteral("/apps/") + QString(app.key).replace(u' ', u'-');
-    app.isShellItem = isShellItem;
-    return app;
-}
-
-/// "Name A", "Name B" and so on.
-QStringList lettered(const QString& name, int count)
-{
-    QStringList names;
-    for (int i = 0; i < count; ++i)
-        names.append(name + u' ' + QChar(u'A' + i));
-    return names;
-}
-
-/// The desktop of all tests, since a process asks for it once: two families of thirteen, and
-/// single ones. None has a name that the text of a test about something else is part of.
-QVector<FakeApplications::Application> installedApplications()
-{
-    QVector<FakeApplications::Application> apps{
-        application("The Quill", false), application("Zebra", true),
-        application("Zebu", false),      application("Fly Queen", true),
-        application("8*8 Lab", false),   application("Wobble %1 Wheel", true)};
-    for (const QString& name : lettered("Quill", 13) + lettered("Plum", 13))
-        apps.append(application(name, true));
-    return apps;
-}
-
-/// The home of all tests: a folder for each letter, and files beside and in them. Their names, too,
-/// are no part of what other tests search for.
-QStringList homeContent()
-{
-    QStringList content;
-    for (const QString& name : lettered("chart", 13))
-        content << name + '/' << name + ".xls" << name + "/level" + name.right(1);
-    return content << "Orchard.txt"
-                   << "8*8.txt";
-}
-
-/// The full path of what `homeContent` names so.
-QString fullPath(const QString& path)
-{
-    return FileIndex::rootPath() + QDir::separator() +
-           QDir::toNativeSeparators(path.endsWith('/') ? path.chopped(1) : path);
-}
-
-QStringList withSuffix(QStringList names, const QString& suffix)
-{
-    for (QString& name : names)
-        name += suffix;
-    return names;
-}
-
-/// The record of a row: what is set of all that a row can have set.
-QMap<int, QVariant> recordOf(const QListWidgetItem* item)
-{
-    QMap<int, QVariant> record;
-    for (int role = Delegate::RoleOriginalIndex; role <= SpotlightWindow::RoleUsageKey; ++role) {
-        if (item->data(role).isValid())
-            record.insert(role, item->data(role));
-    }
-    return record;
-}
-
-/// All four events of it; the view asks for the press before.
-void doubleClick(QWidget* widget, const QPoint& pos)
-{
-    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseDClick(widget, Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, pos);
-}
-
-QString clipboardText()
-{
-    return QGuiApplication::clipboard()->text();
-}
-
 } // namespace
 
-class SpotlightResultsTest : public QObject
+class SpotlightResultsTest : public QObject, protected SpotlightSearchTest
 {
     Q_OBJECT
 
@@ -146,8 +29,6 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-
-    void filesWhileTheScanRuns(); // the first, because the process has but one first scan
 
     void headersOnlyInMixedView_data();
     void headersOnlyInMixedView();
@@ -163,17 +44,7 @@ private slots:
     void blanksAreAQueryWithoutHits();
     void textIsTrimmedForItems();
     void textWithoutHits();
-    void rebuildSelectsTheFirstResult();
-    void rebuildStartsAtTheTop();
     void languageOfHeaders();
-
-    void rowRecords();
-    void rowIsPaintedAgainOnceItsPictureIsRead();
-    void headerRecords();
-    void groupEdges();
-    void rowsKeepStrangeNames_data();
-    void rowsKeepStrangeNames();
-    void rowsStayInsideThePanel();
 
     void calculatorComesFirst();
     void calculatorRecords();
@@ -182,28 +53,6 @@ private slots:
     void calculatorNeedsAllScopes();
     void calculatorNeedsADigit();
     void calculatorLaunchCopiesTheValue();
-
-    void applicationsFollowTheScopes_data();
-    void applicationsFollowTheScopes();
-    void applicationRecords();
-    void applicationsEndAtTwelve();
-    void usageRanksTheFirstTwelveOnly();
-    void applicationIconsAreAskedForOnce();
-    void applicationIconIsPainted();
-    void shellItemLaunch();
-    void fileApplicationLaunch();
-    void applicationThatCannotBeStarted();
-
-    void filesFollowTheScopes_data();
-    void filesFollowTheScopes();
-    void ownFilesComeFirst();
-    void fileRecords();
-    void filesRankByUsage();
-    void fileLaunch_data();
-    void fileLaunch();
-    void changedFilesRebuildTheRows();
-    void changedFilesLeaveAHiddenWindow();
-    void indexOutlivesTheWindow();
 
     void allGroupsInTheirOrder_data();
     void allGroupsInTheirOrder();
@@ -220,74 +69,20 @@ private slots:
     void ghost();
     void languageOfWebGroups();
 
-    void launchRunsRecordsAndHides();
-    void launchTakesTheItemAsItIsNow();
-    void launchFindsAMovedItem();
-    void launchOfADeletedItem();
-    void launchThatFails();
-    void launchOfNoResult();
-    void launchCountsEveryTime();
-    void clickSelectsDoubleClickLaunches();
-    void doubleClickOnAHeader();
-    void pointerLightsUpRows();
-    void bulkWithHotkeyDuringItsMessage();
-    void failureWithHotkeyDuringItsMessage();
-
     void megabyteIntoTheField_data();
     void megabyteIntoTheField();
     void megabyteAsAnItem();
 
 private:
-    void show();
-    void type(const QString& text, const QStringList& scopes = kOwnOnly);
+    using SpotlightSearchTest::use;
+    static void use(const LauncherElement& element, int times) { use(element.id, times); }
     QStringList rowsUpToOwn() const;
-    QListWidgetItem* rowNamed(const QString& title) const;
-
-    std::unique_ptr<SpotlightFixture> f;
 };
 
 void SpotlightResultsTest::initTestCase()
 {
     QApplication::setCursorFlashTime(0); // a ghost is compared with a picture of the field
-    QPixmap red(16, 16);
-    red.fill(Qt::red);
-    FakeApplications::setIcon(application("Zebra", true).launchPath, QIcon(red));
-    FakeApplications::setApplications(installedApplications());
-    FakeFileSystem::setIcon(".xls", QIcon(red));
-    FakeFileSystem::add(homeContent());
-    FakeFileSystem::hold();
-}
-
-void SpotlightResultsTest::init()
-{
-    Theme::forceTheme = kLight;
-    Tr::currentLang = Lang::En;
-    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
-    f = std::make_unique<SpotlightFixture>();
-    if (qstrcmp(QTest::currentTestFunction(), "filesWhileTheScanRuns") == 0)
-        return;
-    FakeFileSystem::release();
-    QTRY_VERIFY(FileIndex::isReady());
-}
-
-void SpotlightResultsTest::cleanup()
-{
-    f.reset();
-}
-
-void SpotlightResultsTest::show()
-{
-    f->pressHotkey();
-    QVERIFY(QTest::qWaitForWindowActive(&f->window));
-}
-
-/// Shows the window with a text in its field. Scopes keep sources out that a test isn't about.
-void SpotlightResultsTest::type(const QString& text, const QStringList& scopes)
-{
-    if (!f->window.isVisible())
-        show();
-    f->window.setScopeKeys(scopes);
-    f->field()->setText(text);
+    installMachine();
 }
 
 /// The rows down to the last one of the user's items; behind it stand those of other sources.
@@ -300,45 +95,15 @@ QStringList SpotlightResultsTest::rowsUpToOwn() const
     return rows;
 }
 
-QListWidgetItem* SpotlightResultsTest::rowNamed(const QString& title) const
+void SpotlightResultsTest::init()
 {
-    const QList<QListWidgetItem*> items = f->list()->findItems(title, Qt::MatchExactly);
-    if (items.size() != 1)
-        qFatal("not one row \"%s\"", qPrintable(title));
-    return items.constFirst();
+    makeSpotlight();
+    waitForIndexes();
 }
 
-void SpotlightResultsTest::filesWhileTheScanRuns()
+void SpotlightResultsTest::cleanup()
 {
-    const QStringList hint{"Preparing file index..."};
-    show();
-    for (const QString& text : {QStringLiteral("chart"), QStringLiteral("   ")}) {
-        type(text, {"File"});
-        QCOMPARE(f->rows(), QStringList{"# Files on this PC"} + hint);
-        type(text, {"Folder"});
-        QCOMPARE(f->rows(), QStringList{"# Folders on this PC"} + hint);
-        type(text, {"Folder", "File"});
-        QCOMPARE(f->rows(), QStringList{"# Files on this PC"} + hint);
-        QCOMPARE(f->selected(), QString());
-    }
-    const QMap<int, QVariant> record{{Delegate::RoleItemType, "File"},
-                                     {Delegate::RoleIconToken, ""},
-                                     {Delegate::RoleIsHint, true},
-                                     {Delegate::RoleGroupFirst, true},
-                                     {Delegate::RoleGroupLast, true}};
-    QCOMPARE(recordOf(f->list()->item(1)), record);
-    QCOMPARE(f->list()->item(1)->flags(), Qt::ItemFlags(Qt::NoItemFlags));
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QVERIFY(!f->fade());
-
-    // A search through everything has nothing to say about files yet, and says so by silence.
-    type("chart", {});
-    QCOMPARE(f->rows(), QStringList({"# Web Search", QStringLiteral("chart — Google Search")}));
-    QVERIFY(!FileIndex::isReady());
-    FakeFileSystem::release();
-    QTRY_VERIFY(FileIndex::isReady());
-    QCOMPARE(f->rows().constFirst(), QStringLiteral("# Files on this PC")); // by itself
-    QCOMPARE(f->selected(), QStringLiteral("chart A.xls"));
+    f.reset();
 }
 
 void SpotlightResultsTest::headersOnlyInMixedView_data()
@@ -516,41 +281,6 @@ void SpotlightResultsTest::textWithoutHits()
     QCOMPARE(f->rows(), QStringList()); // no pattern
 }
 
-void SpotlightResultsTest::rebuildSelectsTheFirstResult()
-{
-    f->setItems({snippet("note 1"), snippet("note 2"), makeItem("note 3", "URL")});
-    type("note");
-    QCOMPARE(f->list()->currentRow(), 1);
-    f->list()->setCurrentRow(4);
-    f->window.rebuildResults(f->field()->text(), kOwnOnly); // as when a source gets ready
-    QCOMPARE(f->list()->currentRow(), 1);
-    QCOMPARE(f->selected(), QStringLiteral("note 1"));
-    f->list()->setCurrentRow(2);
-    f->field()->setText(QStringLiteral("note "));
-    QCOMPARE(f->selected(), QStringLiteral("note 1"));
-}
-
-void SpotlightResultsTest::rebuildStartsAtTheTop()
-{
-    QVector<LauncherElement> items;
-    for (int i = 0; i < 40; ++i)
-        items.append(snippet(QStringLiteral("note %1").arg(i)));
-    f->setItems(items);
-    type("note");
-    QScrollBar* bar = f->list()->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > 0);
-    bar->setValue(bar->maximum());
-    f->field()->setText(QStringLiteral("not"));
-    QTRY_VERIFY(bar->maximum() > 0);
-    QCOMPARE(bar->value(), 0);
-    for (int i = 0; i < 30; ++i)
-        QTest::keyClick(f->field(), Qt::Key_Down);
-    QVERIFY(bar->value() > 0);
-    f->field()->setText(QStringLiteral("no"));
-    QTRY_VERIFY(bar->maximum() > 0);
-    QCOMPARE(bar->value(), 0); // the header above the first row is seen again
-}
-
 void SpotlightResultsTest::languageOfHeaders()
 {
     f->setItems({snippet("1 note"), makeItem("1 site", "URL")});
@@ -559,126 +289,6 @@ void SpotlightResultsTest::languageOfHeaders()
     QCOMPARE(rowsUpToOwn(),
              QStringList({QStringLiteral("# Calculadora"), QStringLiteral("# Fragmento"), "1 note",
                           QStringLiteral("# Marcador web"), "1 site"}));
-}
-
-void SpotlightResultsTest::rowRecords()
-{
-    LauncherElement second = makeItem("note b", "File", "/some/file");
-    second.iconPath = QStringLiteral("glyph:e40a");
-    f->setItems({makeItem("other", "URL"), second});
-    type("note", {"File"});
-    const QListWidgetItem* item = f->list()->item(0);
-    QCOMPARE(item->text(), QStringLiteral("note b"));
-    QVERIFY(item->icon().isNull());
-    QCOMPARE(item->data(Delegate::RoleItemType), QVariant(QStringLiteral("File")));
-    QCOMPARE(item->data(Delegate::RoleReserved), QVariant(0));
-    QCOMPARE(item->data(Delegate::RoleIconToken), QVariant(QStringLiteral("glyph:e40a")));
-    QCOMPARE(item->data(Delegate::RoleOriginalIndex), QVariant(1));
-    QCOMPARE(item->data(Delegate::RoleElementId), QVariant(second.id));
-    QCOMPARE(item->data(Delegate::RoleCategory), QVariant(f->model.data().categories.at(0)));
-    QCOMPARE(item->data(SpotlightWindow::RoleUsageKey), QVariant(second.id));
-    for (const int unset : {int(Delegate::RoleSynthetic), int(Delegate::RoleValue),
-                            int(Delegate::RoleIsHeader), int(Delegate::RoleIsHint)})
-        QVERIFY(!item->data(unset).isValid());
-    QVERIFY(item->flags().testFlag(Qt::ItemIsEnabled));
-    QVERIFY(item->flags().testFlag(Qt::ItemIsSelectable));
-    QVERIFY(!item->flags().testFlag(Qt::ItemIsEditable));
-}
-
-void SpotlightResultsTest::rowIsPaintedAgainOnceItsPictureIsRead()
-{
-    LauncherElement item = makeItem("note", "URL");
-    item.iconPath = TestHome::writeDataFile(QStringLiteral("row.png"), {});
-    QImage picture(22, 22, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    QVERIFY(picture.save(item.iconPath));
-    f->setItems({item});
-    f->pressHotkey();
-    QVERIFY(QTest::qWaitForWindowExposed(&f->window));
-    const PaintWatcher watcher(f->list()->viewport(), [&item] {
-        return ItemImages::find(item.iconPath, {22, 22}, 1.0).state == ItemImages::State::Ready;
-    });
-    type("note");
-    QTRY_VERIFY(watcher.wasTrue());
-    QVERIFY(!Pixels::boxOfColor(Pixels::imageOf(*f->list()->viewport()), Qt::red).isEmpty());
-}
-
-void SpotlightResultsTest::headerRecords()
-{
-    f->setItems({snippet("note")});
-    type("note");
-    const QListWidgetItem* header = f->list()->item(0);
-    QCOMPARE(header->text(), QStringLiteral("Snippet"));
-    QCOMPARE(header->data(Delegate::RoleIsHeader), QVariant(true));
-    QCOMPARE(header->flags(), Qt::ItemFlags(Qt::NoItemFlags));
-    for (int role = Delegate::RoleOriginalIndex; role <= SpotlightWindow::RoleUsageKey; ++role)
-        QCOMPARE(header->data(role).isValid(), role == Delegate::RoleIsHeader);
-}
-
-void SpotlightResultsTest::groupEdges()
-{
-    f->setItems({snippet("n 1"), snippet("n 2"), snippet("n 3"), makeItem("n 4", "URL")});
-    type("n");
-    QStringList edges;
-    for (int row = 0; row < f->list()->count(); ++row) {
-        const QListWidgetItem* item = f->list()->item(row);
-        if (item->data(Delegate::RoleIsHeader).toBool())
-            continue;
-        edges.append(item->text() +
-                     (item->data(Delegate::RoleGroupFirst).toBool() ? " first" : "") +
-                     (item->data(Delegate::RoleGroupLast).toBool() ? " last" : ""));
-    }
-    QCOMPARE(edges, QStringList({"n 1 first", "n 2", "n 3 last", "n 4 first last"}));
-}
-
-void SpotlightResultsTest::rowsKeepStrangeNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("line feeds") << "zz first\nsecond\r\nthird";
-    QTest::newRow("right-to-left marks") << QStringLiteral("\u202ezz\u200f שלום");
-    QTest::newRow("surrogates") << QStringLiteral("zz \U0001F980");
-    QTest::newRow("half a surrogate") << (QStringLiteral("zz ") + QChar(0xD83E));
-    QTest::newRow("null character") << (QStringLiteral("zz") + QChar(0) + QStringLiteral("x"));
-    QTest::newRow("looks like a header") << "# zz";
-    QTest::newRow("ampersand") << "zz & &co";
-    QTest::newRow("long") << (QStringLiteral("zz") + QString(10000, u'x'));
-}
-
-void SpotlightResultsTest::rowsKeepStrangeNames()
-{
-    QFETCH(QString, name);
-    f->setItems({snippet(name, "the value")});
-    // What is saved is what is shown: the document goes through JSON.
-    const QString kept = f->model.data().sectionElements.first().constFirst().name;
-    QCOMPARE(kept, name);
-    type("ZZ", {"Snippet"});
-    QCOMPARE(f->list()->count(), 1);
-    QCOMPARE(f->list()->item(0)->text(), name);
-    QVERIFY(!f->window.grab().isNull());
-    QCOMPARE(f->panel()->height(), 328);
-    QCOMPARE(f->window.width(), int(SpotlightWindow::WINDOW_WIDTH));
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("the value"));
-}
-
-void SpotlightResultsTest::rowsStayInsideThePanel()
-{
-    QVector<LauncherElement> items;
-    for (int i = 0; i < 20; ++i)
-        items.append(snippet(QStringLiteral("note %1").arg(i)));
-    f->setItems(items);
-    type("note", {"Snippet"});
-    f->list()->verticalScrollBar()->setValue(100);
-    QImage image(f->panel()->size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    f->panel()->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
-    // Where the panel's corner of radius 40 has gone, nothing may stand out of it.
-    for (int x = 0; x < 14; ++x) {
-        const int y = image.height() - 8;
-        QCOMPARE(image.pixelColor(x, y).alpha(), 0);
-        QCOMPARE(image.pixelColor(image.width() - 1 - x, y).alpha(), 0);
-    }
-    QVERIFY(image.pixelColor(image.width() / 2, image.height() - 8).alpha() > 0);
 }
 
 void SpotlightResultsTest::calculatorComesFirst()
@@ -765,301 +375,6 @@ void SpotlightResultsTest::calculatorLaunchCopiesTheValue()
     QCOMPARE(f->field()->text(), QString());
     QTRY_VERIFY(f->window.isHidden());
     QVERIFY(!QFile::exists(UsageStats::filePath())); // leaves no trace
-}
-
-void SpotlightResultsTest::applicationsFollowTheScopes_data()
-{
-    QTest::addColumn<QStringList>("scopes");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList installed{"# Installed Apps", "Zebra", "Zebu"};
-    const QStringList web{"# Web Search", QStringLiteral("zeb — Google Search")};
-    QTest::newRow("all") << QStringList()
-                         << (QStringList{"# Snippet", "zeb note", "# Application", "my zeb"} +
-                             installed + web);
-    QTest::newRow("Application") << QStringList{"Application"}
-                                 << (QStringList{"my zeb"} + installed);
-    QTest::newRow("Application and Snippet")
-        << QStringList{"Application", "Snippet"}
-        << (QStringList{"# Snippet", "zeb note", "# Application", "my zeb"} + installed);
-    QTest::newRow("Application and one without hits")
-        << QStringList{"Bulk", "Application"}
-        << (QStringList{"# Application", "my zeb"} + installed);
-    QTest::newRow("Snippet") << QStringList{"Snippet"} << QStringList{"zeb note"};
-    QTest::newRow("Snippet and URL")
-        << QStringList{"Snippet", "URL"} << QStringList{"# Snippet", "zeb note"};
-    QTest::newRow("other letter case") << QStringList{"application"} << QStringList();
-    QTest::newRow("type of their items") << QStringList{"ShellItem"} << QStringList();
-}
-
-void SpotlightResultsTest::applicationsFollowTheScopes()
-{
-    QFETCH(QStringList, scopes);
-    f->setItems({snippet("zeb note"), makeItem("my zeb", "Application")});
-    type("zeb", scopes);
-    QTEST(f->rows(), "expected");
-}
-
-void SpotlightResultsTest::applicationRecords()
-{
-    type("ZEB ", {"Application"});
-    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Zebra", "Zebu"}));
-    const QMap<int, QVariant> zebra{
-        {Delegate::RoleItemType, "ShellItem"},   {Delegate::RoleReserved, 0},
-        {Delegate::RoleSynthetic, true},         {Delegate::RoleValue, "/apps/zebra"},
-        {Delegate::RoleGroupFirst, true},        {Delegate::RoleGroupLast, false},
-        {SpotlightWindow::RoleUsageKey, "zebra"}};
-    QCOMPARE(recordOf(rowNamed("Zebra")), zebra);
-    const QMap<int, QVariant> zebu{
-        {Delegate::RoleItemType, "File"},       {Delegate::RoleReserved, 0},
-        {Delegate::RoleSynthetic, true},        {Delegate::RoleValue, "/apps/zebu"},
-        {Delegate::RoleGroupFirst, false},      {Delegate::RoleGroupLast, true},
-        {SpotlightWindow::RoleUsageKey, "zebu"}};
-    QCOMPARE(recordOf(rowNamed("Zebu")), zebu);
-    QVERIFY(!rowNamed("Zebra")->icon().isNull());
-    QVERIFY(rowNamed("Zebu")->icon().isNull());
-    QCOMPARE(f->selected(), QStringLiteral("Zebra"));
-}
-
-void SpotlightResultsTest::applicationsEndAtTwelve()
-{
-    type("quill", {"Application"});
-    QCOMPARE(f->rows(), QStringList{"# Installed Apps"} + lettered("Quill", 12));
-    type("quill m", {"Application"});
-    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Quill M"}));
-    type("ill", {"Application"}); // nothing begins so: the order of the desktop
-    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "The Quill"}) + lettered("Quill", 11));
-}
-
-void SpotlightResultsTest::usageRanksTheFirstTwelveOnly()
-{
-    use("plum c", 2);
-    use("plum l", 4);
-    use("plum m", 9);
-    type("plum", {"Application"});
-    QStringList expected{"# Installed Apps", "Plum L", "Plum C"};
-    for (const QString& name : lettered("Plum", 11)) {
-        if (name != QLatin1String("Plum C"))
-            expected.append(name);
-    }
-    QCOMPARE(f->rows(), expected);
-    QCOMPARE(f->selected(), QStringLiteral("Plum L"));
-}
-
-void SpotlightResultsTest::applicationIconsAreAskedForOnce()
-{
-    for (const char* text : {"z", "ze", "zeb", "zebr", "zebra", "zeb", "zebu"})
-        type(QString::fromLatin1(text), {});
-    for (const char* path : {"/apps/zebra", "/apps/zebu"}) // there is one, there is none
-        QCOMPARE(FakeApplications::iconRequests().count(QString::fromLatin1(path)), 1);
-}
-
-void SpotlightResultsTest::applicationIconIsPainted()
-{
-    type("zeb", {"Application"});
-    const QListWidgetItem* item = rowNamed("Zebra");
-    const QImage image = f->list()->viewport()->grab().toImage();
-    const QRect icon = Pixels::boxOfColor(image, Qt::red);
-    QCOMPARE(icon.size(), QSize(16, 16)); // no larger than it is
-    QVERIFY(f->list()->visualItemRect(item).contains(icon));
-}
-
-void SpotlightResultsTest::shellItemLaunch()
-{
-    type("zeb", {});
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(FakeApplications::launches(), QStringList{"/apps/zebra"});
-    QVERIFY(UsageStats::scoreFor("zebra") > 0.9);
-    QCOMPARE(f->field()->text(), QString());
-    QCOMPARE(f->rows(), QStringList());
-    QTRY_VERIFY(f->window.isHidden());
-}
-
-void SpotlightResultsTest::fileApplicationLaunch()
-{
-    const Browser browser;
-    use("zebra", 1); // whatever other tests have used
-    type("zeb", {"Application"});
-    QTest::keyClick(f->field(), Qt::Key_Down);
-    QCOMPARE(f->selected(), QStringLiteral("Zebu"));
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(browser.opened, QStringList{"file:///apps/zebu"});
-    QVERIFY(UsageStats::scoreFor("zebu") > 0.9);
-    QTRY_VERIFY(f->window.isHidden());
-    use("zebu", 50);
-    type("zeb", {"Application"});
-    QCOMPARE(f->rows(), QStringList({"# Installed Apps", "Zebu", "Zebra"}));
-}
-
-void SpotlightResultsTest::applicationThatCannotBeStarted()
-{
-    FakeApplications::setRefusing(true);
-    type("fly", {});
-    const QStringList rows = f->rows();
-    const ModalDriver driver([](QWidget* box) { pressKey(*box, Qt::Key_Return); });
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    FakeApplications::setRefusing(false);
-    QCOMPARE(driver.count(), 1);
-    QCOMPARE(FakeApplications::launches().constLast(), QStringLiteral("/apps/fly-queen"));
-    QCOMPARE(UsageStats::scoreFor("fly queen"), 0.0);
-    QCOMPARE(f->field()->text(), QStringLiteral("fly"));
-    QCOMPARE(f->rows(), rows);
-    QCOMPARE(f->selected(), QStringLiteral("Fly Queen"));
-    QVERIFY(f->window.isVisible());
-    QVERIFY(!f->fade());
-}
-
-void SpotlightResultsTest::filesFollowTheScopes_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("scopes");
-    QTest::addColumn<QStringList>("expected");
-    const auto files = [](int count) {
-        return QStringList{"# Files on this PC"} + withSuffix(lettered("chart", count), ".xls");
-    };
-    const auto folders = [](int count) {
-        return QStringList{"# Folders on this PC"} + lettered("chart", count);
-    };
-    const QStringList web{"# Web Search", QStringLiteral("chart — Google Search")};
-    QTest::newRow("all") << "chart" << QStringList() << files(5) + web; // and no folders
-    QTest::newRow("File") << "chart" << QStringList{"File"} << files(12);
-    QTest::newRow("Folder") << "chart" << QStringList{"Folder"} << folders(12);
-    QTest::newRow("File and Folder")
-        << "chart" << QStringList{"File", "Folder"} << files(5) + folders(5);
-    QTest::newRow("the same in another order")
-        << "chart" << QStringList{"Folder", "File"} << files(5) + folders(5);
-    QTest::newRow("File and Snippet") << "chart" << QStringList{"File", "Snippet"} << files(5);
-    QTest::newRow("Folder and Application")
-        << "chart" << QStringList{"Folder", "Application"} << folders(5);
-    QTest::newRow("Snippet") << "chart" << QStringList{"Snippet"} << QStringList();
-    QTest::newRow("Application") << "chart" << QStringList{"Application"} << QStringList();
-    QTest::newRow("other letter case") << "chart" << QStringList{"file", "FOLDER"} << QStringList();
-    QTest::newRow("blanks around it") << "  CHART " << QStringList{"File"} << files(12);
-    QTest::newRow("files alone") << "orchard" << QStringList{"File", "Folder"}
-                                 << QStringList{"# Files on this PC", "Orchard.txt"};
-    QTest::newRow("no file") << "chart." << QStringList{"File"} << QStringList();
-    QTest::newRow("blanks") << "   " << QStringList{"File", "Folder"} << QStringList();
-    QTest::newRow("names, not paths")
-        << "levelb" << QStringList{"File"} << QStringList{"# Files on this PC", "levelB"};
-}
-
-void SpotlightResultsTest::filesFollowTheScopes()
-{
-    QFETCH(QString, text);
-    QFETCH(QStringList, scopes);
-    type(text, scopes);
-    QTEST(f->rows(), "expected");
-}
-
-void SpotlightResultsTest::ownFilesComeFirst()
-{
-    f->setItems({makeItem("my orchard", "File")});
-    type("orchard", {"File"});
-    QCOMPARE(f->rows(), QStringList({"my orchard", "# Files on this PC", "Orchard.txt"}));
-    type("orchard", {"File", "Bulk"});
-    QCOMPARE(f->rows(), QStringList({"# File", "my orchard", "# Files on this PC", "Orchard.txt"}));
-}
-
-void SpotlightResultsTest::fileRecords()
-{
-    type("chart", {"File", "Folder"});
-    const auto record = [](const QString& path, bool first, bool last) {
-        return QMap<int, QVariant>{{Delegate::RoleItemType, "File"},
-                                   {Delegate::RoleReserved, 0},
-                                   {Delegate::RoleSynthetic, true},
-                                   {Delegate::RoleValue, fullPath(path)},
-                                   {Delegate::RoleGroupFirst, first},
-                                   {Delegate::RoleGroupLast, last},
-                                   {SpotlightWindow::RoleUsageKey, fullPath(path)}};
-    };
-    QCOMPARE(recordOf(rowNamed("chart A.xls")), record("chart A.xls", true, false));
-    QCOMPARE(recordOf(rowNamed("chart C.xls")), record("chart C.xls", false, false));
-    QCOMPARE(recordOf(rowNamed("chart E.xls")), record("chart E.xls", false, true));
-    QCOMPARE(recordOf(rowNamed("chart A")), record("chart A/", true, false));
-    QCOMPARE(recordOf(rowNamed("chart E")), record("chart E/", false, true));
-    QVERIFY(!rowNamed("chart A.xls")->icon().isNull());
-    QVERIFY(rowNamed("chart A")->icon().isNull());
-    type("leveld", {"File"});
-    QCOMPARE(recordOf(rowNamed("levelD")), record("chart D/levelD", true, true));
-}
-
-void SpotlightResultsTest::filesRankByUsage()
-{
-    use(fullPath("chart M.xls"), 3); // beyond the twelfth, but the index sees it
-    use(fullPath("chart C.xls"), 1);
-    type("chart", {});
-    QCOMPARE(f->rows().mid(0, 4),
-             QStringList({"# Files on this PC", "chart M.xls", "chart C.xls", "chart A.xls"}));
-}
-
-void SpotlightResultsTest::fileLaunch_data()
-{
-    QTest::addColumn<QString>("scope");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("path");
-    QTest::newRow("file") << "File"
-                          << "chart K.x"
-                          << "chart K.xls";
-    QTest::newRow("folder") << "Folder"
-                            << "chart K"
-                            << "chart K/";
-}
-
-void SpotlightResultsTest::fileLaunch()
-{
-    QFETCH(QString, scope);
-    QFETCH(QString, text);
-    QFETCH(QString, path);
-    const Browser browser;
-    type(text, {scope});
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    const QString wanted = fullPath(path);
-    QCOMPARE(browser.opened,
-             QStringList{QString::fromUtf8(QUrl::fromLocalFile(wanted).toEncoded())});
-    QVERIFY(UsageStats::scoreFor(wanted) > 0.9);
-    QCOMPARE(f->field()->text(), QString());
-    QTRY_VERIFY(f->window.isHidden());
-}
-
-void SpotlightResultsTest::changedFilesRebuildTheRows()
-{
-    type("pear", {"File"});
-    QCOMPARE(f->rows(), QStringList());
-    QVERIFY(f->panel()->isHidden());
-    FakeFileSystem::add({"pear A.xls", "pear B.xls"});
-    FakeFileSystem::reportOverflow();
-    QTRY_COMPARE(f->rows(), QStringList({"# Files on this PC", "pear A.xls", "pear B.xls"}));
-    QVERIFY(f->panel()->isVisible());
-    QTest::keyClick(f->field(), Qt::Key_Down);
-    QCOMPARE(f->selected(), QStringLiteral("pear B.xls"));
-    FakeFileSystem::add("pear C.xls");
-    FakeFileSystem::reportOverflow();
-    QTRY_COMPARE(f->rows().size(), 4);
-    QCOMPARE(f->selected(), QStringLiteral("pear A.xls")); // a selection isn't kept
-}
-
-void SpotlightResultsTest::changedFilesLeaveAHiddenWindow()
-{
-    type("pear", {"File"});
-    const QStringList rows = f->rows();
-    f->window.hide();
-    const qsizetype before = FileIndex::entries().size();
-    FakeFileSystem::add("pear D.xls");
-    FakeFileSystem::reportOverflow();
-    QTRY_VERIFY(FileIndex::entries().size() != before);
-    QCOMPARE(f->rows(), rows);
-}
-
-void SpotlightResultsTest::indexOutlivesTheWindow()
-{
-    type("pear", {"File"});
-    f.reset();
-    const qsizetype before = FileIndex::entries().size();
-    FakeFileSystem::add("pear E.xls");
-    FakeFileSystem::reportOverflow();
-    QTRY_VERIFY(FileIndex::entries().size() != before);
-    f = std::make_unique<SpotlightFixture>(); // and serves the next one
-    type("pear e", {"File"});
-    QCOMPARE(f->rows(), QStringList({"# Files on this PC", "pear E.xls"}));
 }
 
 void SpotlightResultsTest::allGroupsInTheirOrder_data()
@@ -1308,210 +623,6 @@ void SpotlightResultsTest::languageOfWebGroups()
     Tr::currentLang = Lang::Es;
     type("zeb", {});
     QCOMPARE(f->rows().constFirst(), QStringLiteral("# Aplicaciones instaladas"));
-}
-
-void SpotlightResultsTest::launchRunsRecordsAndHides()
-{
-    const LauncherElement item = snippet("note", "the value");
-    f->setItems({item});
-    type("note");
-    QFile::remove(UsageStats::filePath());
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("the value"));
-    QVERIFY(UsageStats::scoreFor(item.id) > 0.9);
-    QVERIFY(QFile::exists(UsageStats::filePath()));
-    QCOMPARE(f->field()->text(), QString());
-    QCOMPARE(f->rows(), QStringList());
-    QVERIFY(f->fade());
-    QTRY_VERIFY(f->window.isHidden());
-}
-
-void SpotlightResultsTest::launchTakesTheItemAsItIsNow()
-{
-    LauncherElement item = snippet("note", "old");
-    f->setItems({snippet("first"), item});
-    type("note");
-    item.name = QStringLiteral("renamed");
-    item.value = QStringLiteral("new");
-    f->setItems({item});
-    QCOMPARE(f->rows(), QStringList({"# Snippet", "note"})); // a change of the document is no query
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("new"));
-    QCOMPARE(UsageStats::scoreFor(item.id) > 0.9, true);
-}
-
-void SpotlightResultsTest::launchFindsAMovedItem()
-{
-    const LauncherElement item = snippet("note", "moved");
-    f->setItems({item});
-    type("note");
-    const QString from = f->model.data().categories.at(0);
-    QVERIFY(f->model.addCategory(QStringLiteral("Elsewhere"), 0xE2C7));
-    QVERIFY(f->model.moveItemToCategory(from, item.id, QStringLiteral("Elsewhere")));
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("moved"));
-}
-
-void SpotlightResultsTest::launchOfADeletedItem()
-{
-    const LauncherElement item = snippet("note", "gone");
-    f->setItems({item, snippet("note too", "kept")});
-    type("note");
-    f->model.deleteItem(f->model.data().categories.at(0), item.id);
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("before"));
-    QCOMPARE(UsageStats::scoreFor(item.id), 0.0);
-    QCOMPARE(f->field()->text(), QStringLiteral("note"));
-    QCOMPARE(f->rows(), QStringList({"# Snippet", "note", "note too"}));
-    QVERIFY(f->window.isVisible());
-    QVERIFY(!f->fade());
-}
-
-void SpotlightResultsTest::launchThatFails()
-{
-    const LauncherElement item = makeItem("note", "Application", kMissingProgram);
-    f->setItems({item});
-    type("note", {"Teapot", "Application"});
-    const QStringList rows = f->rows();
-    const ModalDriver driver([](QWidget* box) { pressKey(*box, Qt::Key_Return); });
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(driver.count(), 1);
-    QCOMPARE(UsageStats::scoreFor(item.id), 0.0);
-    QCOMPARE(f->field()->text(), QStringLiteral("note"));
-    QCOMPARE(f->rows(), rows);
-    QVERIFY(f->window.isVisible());
-    QVERIFY(!f->fade());
-}
-
-void SpotlightResultsTest::launchOfNoResult()
-{
-    f->setItems({snippet("note", "the value")});
-    type("note");
-    f->window.launchItem(nullptr);
-    f->window.launchItem(f->list()->item(0));
-    QListWidgetItem* item = f->list()->item(1);
-    item->setData(Delegate::RoleIsHint, true);
-    f->window.launchItem(item);
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(clipboardText(), QStringLiteral("before"));
-    QCOMPARE(f->field()->text(), QStringLiteral("note"));
-    QVERIFY(!f->fade());
-    item->setData(Delegate::RoleIsHint, false);
-    f->window.launchItem(item);
-    QCOMPARE(clipboardText(), QStringLiteral("the value"));
-}
-
-void SpotlightResultsTest::launchCountsEveryTime()
-{
-    const QVector<LauncherElement> items{snippet("note 1"), snippet("note 2", "2")};
-    f->setItems(items);
-    for (int i = 1; i <= 3; ++i) {
-        type("note", {"Snippet"});
-        if (i == 1)
-            QTest::keyClick(f->field(), Qt::Key_Down);
-        QCOMPARE(f->selected(), QStringLiteral("note 2")); // once used, it leads
-        QTest::keyClick(f->field(), Qt::Key_Return);
-        QVERIFY(qAbs(UsageStats::scoreFor(items.at(1).id) - i) < 0.01);
-        QTRY_VERIFY(f->window.isHidden());
-    }
-    QCOMPARE(UsageStats::scoreFor(items.at(0).id), 0.0);
-}
-
-void SpotlightResultsTest::clickSelectsDoubleClickLaunches()
-{
-    f->setItems({snippet("note 1", "1"), snippet("note 2", "2"), snippet("note 3", "3")});
-    type("note");
-    QWidget* rows = f->list()->viewport();
-    const auto centreOf = [this](int row) {
-        return f->list()->visualItemRect(f->list()->item(row)).center();
-    };
-    QTest::mouseClick(rows, Qt::LeftButton, Qt::NoModifier, centreOf(2));
-    QCOMPARE(f->selected(), QStringLiteral("note 2"));
-    QTest::mouseClick(rows, Qt::LeftButton, Qt::NoModifier, centreOf(3));
-    QCOMPARE(f->selected(), QStringLiteral("note 3"));
-    QTest::mouseClick(rows, Qt::LeftButton, Qt::NoModifier, centreOf(0)); // a header
-    QCOMPARE(f->selected(), QStringLiteral("note 3"));
-    QCOMPARE(clipboardText(), QStringLiteral("before"));
-    QVERIFY(!f->fade());
-    doubleClick(rows, centreOf(2));
-    QCOMPARE(clipboardText(), QStringLiteral("2"));
-    QTRY_VERIFY(f->window.isHidden());
-}
-
-void SpotlightResultsTest::doubleClickOnAHeader()
-{
-    f->setItems({snippet("note", "the value")});
-    type("note");
-    const QPoint header = f->list()->visualItemRect(f->list()->item(0)).center();
-    doubleClick(f->list()->viewport(), header);
-    QCOMPARE(clipboardText(), QStringLiteral("before"));
-    QCOMPARE(f->selected(), QStringLiteral("note"));
-    QVERIFY(!f->fade());
-}
-
-void SpotlightResultsTest::pointerLightsUpRows()
-{
-    f->setItems({snippet("note 1"), snippet("note 2"), snippet("note 3")});
-    type("note");
-    QWidget* rows = f->list()->viewport();
-    const QRect second = f->list()->visualItemRect(f->list()->item(2));
-    const auto isLit = [rows, second] {
-        const QColor ground =
-            rows->grab().toImage().pixelColor(second.right() - 20, second.center().y());
-        return ground == QColor(Theme::boxActiveBg());
-    };
-    QVERIFY(!isLit());
-    QTest::mouseMove(rows, second.center());
-    QTRY_VERIFY(isLit());
-    QCOMPARE(f->selected(), QStringLiteral("note 1")); // but selects nothing
-    QTest::mouseMove(rows, second.center() + QPoint(0, Delegate::RowHeight));
-    QTRY_VERIFY(!isLit());
-}
-
-void SpotlightResultsTest::bulkWithHotkeyDuringItsMessage()
-{
-    const LauncherElement item = makeItem("note", "Bulk", kMissingProgram);
-    f->setItems({item, makeItem("note too", "Bulk")});
-    type("note", {"Bulk"});
-    bool wasReshown = false;
-    // The rows that the running launch came from are gone twice by the time it goes on.
-    const ModalDriver driver([this, &wasReshown](QWidget* box) {
-        f->pressHotkey();
-        QVERIFY(QTest::qWaitFor([this] { return f->window.isHidden(); }));
-        f->pressHotkey();
-        QCOMPARE(f->rows(), QStringList());
-        f->field()->setText(QStringLiteral("no"));
-        wasReshown = f->window.isVisible() && f->list()->count() > 0;
-        QTest::keyClick(box, Qt::Key_Escape);
-    });
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(driver.count(), 1);
-    QVERIFY(wasReshown);
-    QVERIFY(UsageStats::scoreFor(item.id) > 0.9);
-    QCOMPARE(f->field()->text(), QString());
-    QCOMPARE(f->rows(), QStringList());
-    QTRY_VERIFY(f->window.isHidden());
-}
-
-void SpotlightResultsTest::failureWithHotkeyDuringItsMessage()
-{
-    const LauncherElement item = makeItem("note", "Application", kMissingProgram);
-    f->setItems({item});
-    type("note", {"Teapot", "Application"});
-    const ModalDriver driver([this](QWidget* box) {
-        f->pressHotkey();
-        QVERIFY(QTest::qWaitFor([this] { return f->window.isHidden(); }));
-        f->model.deleteItem(f->model.data().categories.at(0),
-                            f->model.data().sectionElements.first().at(0).id);
-        QTest::keyClick(box, Qt::Key_Escape);
-    });
-    QTest::keyClick(f->field(), Qt::Key_Return);
-    QCOMPARE(driver.count(), 1);
-    QCOMPARE(UsageStats::scoreFor(item.id), 0.0);
-    QVERIFY(f->window.isHidden());
-    show();
-    QVERIFY(f->window.isVisible());
-    QCOMPARE(f->window.windowOpacity(), 1.0);
 }
 
 void SpotlightResultsTest::megabyteIntoTheField_data()
