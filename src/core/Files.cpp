@@ -62,6 +62,8 @@ QByteArray readOwnFile(const QString& filePath, qint64 maxBytes)
 
 bool replaceFile(const QString& filePath, const QByteArray& content)
 {
+    if (filePath.isEmpty())
+        return false;
     QSaveFile file(filePath);
     if (!file.open(QIODevice::WriteOnly))
         return false;

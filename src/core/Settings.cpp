@@ -5,7 +5,6 @@
 
 #include "Files.h"
 #include "IniText.h"
-#include "SettingsKeys.h"
 #include "StorageManager.h"
 
 #include <QDir>
@@ -13,6 +12,8 @@
 #include <QFileInfo>
 #include <QIODevice>
 #include <QSettings>
+
+#include <algorithm>
 
 namespace
 {
@@ -43,7 +44,7 @@ QSettings::Format iniFormat()
 {
     // Qt's own would make objects of what is in the file.
     static const QSettings::Format s_format =
-        QSettings::registerFormat("ini", readIni, writeIni, Platform::settingsKeyCase());
+        QSettings::registerFormat("ini", readIni, writeIni, Qt::CaseSensitive);
     return s_format;
 }
 
@@ -52,6 +53,19 @@ bool isFileOrNothing(const QString& path)
 {
     const QFileInfo info(path);
     return info.isFile() || !info.exists();
+}
+
+/// The key as the file spells it. People write it as they like, and case never mattered on Windows;
+/// but a format that doesn't tell cases apart would write every key in small letters.
+QString spellingOf(const QSettings& settings, const QString& key)
+{
+    if (settings.contains(key))
+        return key;
+    const QStringList keys = settings.allKeys();
+    const auto found = std::find_if(keys.begin(), keys.end(), [&key](const QString& other) {
+        return other.compare(key, Qt::CaseInsensitive) == 0;
+    });
+    return found == keys.end() ? key : *found;
 }
 
 } // namespace
@@ -64,7 +78,10 @@ QString Settings::filePath()
 bool Settings::contains(const QString& key)
 {
     const QString path = filePath();
-    return isFileOrNothing(path) && QSettings(path, iniFormat()).contains(key);
+    if (!isFileOrNothing(path))
+        return false;
+    const QSettings settings(path, iniFormat());
+    return settings.contains(spellingOf(settings, key));
 }
 
 QVariant Settings::value(const QString& key, const QVariant& fallback)
@@ -72,7 +89,8 @@ QVariant Settings::value(const QString& key, const QVariant& fallback)
     const QString path = filePath();
     if (!isFileOrNothing(path))
         return fallback;
-    const QVariant found = QSettings(path, iniFormat()).value(key, fallback);
+    const QSettings settings(path, iniFormat());
+    const QVariant found = settings.value(spellingOf(settings, key), fallback);
     const bool isRefused = found.metaType() == QMetaType::fromType<IniText::RawValue>();
     return isRefused ? fallback : found;
 }
@@ -87,6 +105,6 @@ void Settings::setValue(const QString& key, const QVariant& value)
         moveFileAside(path);
         s_isUnreadable = false;
     }
-    settings.setValue(key, value);
+    settings.setValue(spellingOf(settings, key), value);
     settings.sync();
 }

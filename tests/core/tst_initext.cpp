@@ -50,6 +50,14 @@ QByteArray writtenByQt(const QSettings::SettingsMap& values, const QString& path
     return contentOf(path);
 }
 
+/// In the order of their names. Qt keeps that of the calls on some systems.
+QStringList sectionsOf(const QByteArray& text)
+{
+    QStringList sections = QString::fromUtf8(text).trimmed().split("\n\n");
+    sections.sort();
+    return sections;
+}
+
 } // namespace
 
 void IniTextTest::asQtWritesIt_data()
@@ -96,7 +104,7 @@ void IniTextTest::asQtWritesIt()
     const QSettings::SettingsMap values{{"Some/Key", value}, {"Some/second", "x"}, {"top", value}};
     const QTemporaryDir dir;
     const QByteArray text = writtenByQt(values, dir.filePath("qt.ini"));
-    QCOMPARE(IniText::format(values), text);
+    QCOMPARE(sectionsOf(IniText::format(values)), sectionsOf(text));
 
     const QSettings::SettingsMap parsed = IniText::parse(text);
     QCOMPARE(parsed.keys(), values.keys());

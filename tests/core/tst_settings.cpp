@@ -28,6 +28,7 @@ private slots:
     void writtenThrough();
     void restOfTheFileStays();
     void otherProgramsChange();
+    void caseOfKeysDoesNotMatter();
     void qtWouldMakeAnObject();
     void objectsAreRefused_data();
     void objectsAreRefused();
@@ -139,6 +140,19 @@ void SettingsTest::otherProgramsChange()
     QCOMPARE(read(), "[Some]\nnumber=9\nother=1\n");
     QVERIFY(QFile::remove(path()));
     QVERIFY(!Settings::contains("Some/number"));
+}
+
+void SettingsTest::caseOfKeysDoesNotMatter()
+{
+    write("[some]\nNUMBER=7\n");
+    QVERIFY(Settings::contains("Some/number"));
+    QCOMPARE(Settings::value("Some/number").toInt(), 7);
+    Settings::setValue("Some/number", 8);
+    Settings::setValue("Some/Other", 1);
+    QCOMPARE(read(), "[Some]\nOther=1\n\n[some]\nNUMBER=8\n");
+    write("[Some]\nnumber=1\n[some]\nnumber=2\n");
+    QCOMPARE(Settings::value("Some/number").toInt(), 1);
+    QCOMPARE(Settings::value("some/number").toInt(), 2);
 }
 
 /// For comparison: otherwise the next test would say nothing.
