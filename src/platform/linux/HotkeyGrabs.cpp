@@ -258,13 +258,14 @@ void HotkeyGrabs::handleEvent(const xcb_generic_event_t& event)
 void HotkeyGrabs::handlePress(const xcb_key_press_event_t& press, bool isLetGo)
 {
     const Registration* registration = registrationOf(press);
-    if (!registration) {
-        replayKey();
+    if (isLetGo) {
+        // What thawed it has been sent already; what is frozen now is so by a later press.
+        if (registration)
+            tell(*registration, press, 0);
         return;
     }
-    const Hotkey& hotkey = registration->hotkey;
-    if (isLetGo) {
-        m_callbacks.pressed({hotkey.window, hotkey.id, press.time, 0});
+    if (!registration) {
+        replayKey();
         return;
     }
     const bool isRepeat =
@@ -272,8 +273,8 @@ void HotkeyGrabs::handlePress(const xcb_key_press_event_t& press, bool isLetGo)
     m_hotkeyTime = press.time;
     if (isRepeat) {
         letNextKeyCome();
-        if (hotkey.repeats)
-            m_callbacks.pressed({hotkey.window, hotkey.id, press.time, 0});
+        if (registration->hotkey.repeats)
+            tell(*registration, press, 0);
         return;
     }
     if (m_grabbingKey == 0)
@@ -281,7 +282,13 @@ void HotkeyGrabs::handlePress(const xcb_key_press_event_t& press, bool isLetGo)
     m_hotkeyKey = press.detail;
     m_hold = nextHold();
     m_holdEnd = Clock::now() + std::chrono::milliseconds(LongestHoldMs);
-    m_callbacks.pressed({hotkey.window, hotkey.id, press.time, m_hold});
+    tell(*registration, press, m_hold);
+}
+
+void HotkeyGrabs::tell(const Registration& registration, const xcb_key_press_event_t& press,
+                       quint32 hold) const
+{
+    m_callbacks.pressed({registration.hotkey.window, registration.hotkey.id, press.time, hold});
 }
 
 quint32 HotkeyGrabs::nextHold()

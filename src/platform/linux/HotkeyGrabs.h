@@ -121,6 +121,8 @@ private:
     void handlePress(const xcb_key_press_event_t& press, bool isLetGo);
     void handleRelease(const xcb_key_release_event_t& release);
     const Registration* registrationOf(const xcb_key_press_event_t& press) const;
+    void tell(const Registration& registration, const xcb_key_press_event_t& press,
+              quint32 hold) const;
     quint32 nextHold();
     void letNextKeyCome();
     void replayKey();
