@@ -100,14 +100,18 @@ std::optional<HotkeyGrabs::Clock::time_point> HotkeyGrabs::nextDeadline() const
 
 void HotkeyGrabs::run()
 {
-    // An answer that is waited for brings events along, which then lie in wait unseen.
+    X11::Reply<xcb_generic_event_t> event(xcb_poll_for_event(m_connection));
     do {
-        while (const X11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)})
+        for (; event; event.reset(xcb_poll_for_event(m_connection)))
             handleEvent(*event);
         if (m_hold != 0 && Clock::now() >= m_holdEnd)
             letNextKeyCome();
-    } while (regrabIfDue());
-    xcb_flush(m_connection);
+        regrabIfDue();
+        xcb_flush(m_connection);
+        // An answer that is waited for brings events along, and so may what is sent. The descriptor
+        // tells nothing of those.
+        event.reset(xcb_poll_for_queued_event(m_connection));
+    } while (event);
 }
 
 bool HotkeyGrabs::add(const Hotkey& hotkey)
@@ -342,13 +346,12 @@ void HotkeyGrabs::noteMapping(const xcb_generic_event_t& event)
     m_nextRegrab = Clock::now();
 }
 
-bool HotkeyGrabs::regrabIfDue()
+void HotkeyGrabs::regrabIfDue()
 {
     if (m_regrabsLeft == 0 || Clock::now() < m_nextRegrab || !isAlive())
-        return false;
+        return;
     --m_regrabsLeft;
     regrab();
-    return true;
 }
 
 void HotkeyGrabs::regrab()

@@ -128,7 +128,7 @@ private:
     void replayKey();
 
     void noteMapping(const xcb_generic_event_t& event);
-    bool regrabIfDue();
+    void regrabIfDue();
     void regrab();
 
     xcb_connection_t* m_connection;
