@@ -268,19 +268,23 @@ void HotkeyGrabs::handlePress(const xcb_key_press_event_t& press, bool isLetGo)
             tell(*registration, press, 0);
         return;
     }
-    if (!registration) {
-        replayKey();
-        return;
-    }
-    const bool isRepeat =
-        press.detail == m_hotkeyKey && press.time - m_hotkeyTime < kLongestRepeatMs;
-    m_hotkeyTime = press.time;
-    if (isRepeat) {
+    if (isRepeat(press)) {
+        // Whatever modifiers have been released or pressed since.
+        m_hotkeyTime = press.time;
         letNextKeyCome();
-        if (registration->hotkey.repeats)
+        if (registration && registration->hotkey.repeats)
             tell(*registration, press, 0);
         return;
     }
+    if (!registration) {
+        // To replay a modifier would end the grab, and the held key would be anybody's again.
+        if (m_grabbingKey != 0 && m_keymap.isModifier(press.detail))
+            letNextKeyCome();
+        else
+            replayKey();
+        return;
+    }
+    m_hotkeyTime = press.time;
     if (m_grabbingKey == 0)
         m_grabbingKey = press.detail;
     m_hotkeyKey = press.detail;
@@ -295,6 +299,11 @@ void HotkeyGrabs::tell(const Registration& registration, const xcb_key_press_eve
     m_callbacks.pressed({registration.hotkey.window, registration.hotkey.id, press.time, hold});
 }
 
+bool HotkeyGrabs::isRepeat(const xcb_key_press_event_t& press) const
+{
+    return press.detail == m_hotkeyKey && press.time - m_hotkeyTime < kLongestRepeatMs;
+}
+
 quint32 HotkeyGrabs::nextHold()
 {
     if (++m_lastHold == 0)
@@ -304,11 +313,15 @@ quint32 HotkeyGrabs::nextHold()
 
 void HotkeyGrabs::handleRelease(const xcb_key_release_event_t& release)
 {
-    if (release.detail != m_grabbingKey) {
-        replayKey();
+    if (release.detail == m_grabbingKey) {
+        forgetGrab(); // the server has ended it with this
         return;
     }
-    forgetGrab(); // the server has ended it with this
+    // Whoever has the focus got no press of this key during the grab, and needs no release. To
+    // replay it would end the grab, and the held key would be anybody's again.
+    if (release.detail == m_hotkeyKey)
+        m_hotkeyKey = 0;
+    letNextKeyCome();
 }
 
 const HotkeyGrabs::Registration*

@@ -42,8 +42,9 @@ struct HotkeyPress
 ///
 /// From the moment of a press the server holds all keys back. The hold ends with `release()`, at
 /// the latest after `LongestHoldMs`. From then on keys go where they belong, one by one as long as
-/// the hotkey's own key is down: a repeat of that is swallowed, anything else ends the grab and is
-/// replayed, so that it reaches whoever has the focus as if there had been no grab.
+/// the hotkey's own key is down: a repeat of that is swallowed, and so are modifiers and the
+/// release of anything. The press of any other key ends the grab and is replayed, so that it
+/// reaches whoever has the focus as if there had been no grab.
 ///
 /// One thread at a time.
 class HotkeyGrabs
@@ -121,6 +122,7 @@ private:
     void handlePress(const xcb_key_press_event_t& press, bool isLetGo);
     void handleRelease(const xcb_key_release_event_t& release);
     const Registration* registrationOf(const xcb_key_press_event_t& press) const;
+    bool isRepeat(const xcb_key_press_event_t& press) const;
     void tell(const Registration& registration, const xcb_key_press_event_t& press,
               quint32 hold) const;
     quint32 nextHold();

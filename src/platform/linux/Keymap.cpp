@@ -36,10 +36,17 @@ constexpr std::array<std::pair<unsigned int, xkb_keysym_t>, 10> kNamedKeys{{
 
 using SharedKeymap = std::shared_ptr<xkb_keymap>;
 using SharedContext = std::shared_ptr<xkb_context>;
+using OwnedState = std::unique_ptr<xkb_state, decltype(&xkb_state_unref)>;
 
 SharedContext makeContext(xkb_context_flags flags)
 {
     return {xkb_context_new(flags), xkb_context_unref};
+}
+
+/// With nothing pressed; null if there is no memory.
+OwnedState makeState(xkb_keymap* keymap)
+{
+    return {xkb_state_new(keymap), xkb_state_unref};
 }
 
 bool isLetter(unsigned int key)
@@ -159,8 +166,7 @@ quint16 bitsOfPress(xkb_keymap* keymap, xkb_keycode_t code, xkb_layout_index_t l
         ++level;
     xkb_mod_mask_t shift = 0;
     xkb_keymap_key_get_mods_for_level(keymap, code, layout, level, &shift, 1);
-    const std::unique_ptr<xkb_state, decltype(&xkb_state_unref)> state(xkb_state_new(keymap),
-                                                                       xkb_state_unref);
+    const OwnedState state = makeState(keymap);
     if (!state)
         return 0;
     xkb_state_update_mask(state.get(), shift, 0, 0, 0, 0, layout);
@@ -254,6 +260,17 @@ quint16 Keymap::withoutLocks(quint16 state) const
     for (const quint16 variant : m_lockVariants)
         locks |= variant;
     return static_cast<quint16>(state & kAllModifiers & ~locks);
+}
+
+bool Keymap::isModifier(xcb_keycode_t code) const
+{
+    if (!m_keymap)
+        return false;
+    const OwnedState state = makeState(m_keymap.get());
+    if (!state)
+        return false;
+    const auto changed = xkb_state_update_key(state.get(), code, XKB_KEY_DOWN);
+    return (changed & XKB_STATE_MODS_EFFECTIVE) != 0;
 }
 
 QVector<xcb_keycode_t> Keymap::keycodesOf(unsigned int key) const

@@ -35,6 +35,9 @@ public:
     /// `state` of a key event without locks, pointer buttons and keyboard group.
     quint16 withoutLocks(quint16 state) const;
 
+    /// Whether the key, pressed by itself, changes modifiers: while it is held, or locks included.
+    bool isModifier(xcb_keycode_t code) const;
+
     /// The keycodes that carry the stored key; empty if the keyboard has no such key. Of several
     /// layouts the first that has it decides. Where none has a letter or digit, it is the key in
     /// the place where a plain Latin keyboard has it.

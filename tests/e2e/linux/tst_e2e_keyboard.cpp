@@ -84,6 +84,8 @@ private slots:
     void releaseOfAnotherHoldChangesNothing();
     void repeatsAreToldOnlyWhereWanted_data();
     void repeatsAreToldOnlyWhereWanted();
+    void modifierReleasedBeforeTheKeyTypesNothing();
+    void modifierPressedMeanwhileMakesNoNewPress();
     void quickPressesAreNoRepeats();
     void removedHotkeyLetsTheKeysGo();
     void pressOfARemovedHotkeyDoesNotThawTheNext();
@@ -96,6 +98,7 @@ private slots:
 private:
     int run(const QString& program, const QStringList& arguments) const;
     QString textOfField(Program& program) const;
+    void press(HotkeyListener& listener, const Presses& presses, const Keys& keys) const;
 
     std::unique_ptr<Desktop> m_desktop;
 };
@@ -259,6 +262,8 @@ void E2eKeyboard::heldHotkeyTypesNothing_data()
     QTest::newRow("function key") << QStringLiteral("Shift+F1") << Keys{kShift, kF1}
                                   << Keys{kF1, kShift};
     QTest::newRow("letter") << QStringLiteral("Shift+Y") << Keys{kShift, kY} << Keys{kY, kShift};
+    QTest::newRow("modifier released first")
+        << QStringLiteral("Win+Space") << Keys{kSuper, kSpace} << Keys{kSuper, kSpace};
 }
 
 void E2eKeyboard::heldHotkeyTypesNothing()
@@ -504,6 +509,62 @@ void E2eKeyboard::repeatsAreToldOnlyWhereWanted()
     for (const xcb_keycode_t code : {kY, kAlt, kControl})
         client.setKeyDown(code, false);
     QCOMPARE(client.takeKeyPressCount(), 2); // no repeat went to anybody
+}
+
+/// Presses one after another, and ends the hold of the last.
+void E2eKeyboard::press(HotkeyListener& listener, const Presses& presses, const Keys& keys) const
+{
+    const int before = presses.count();
+    for (const xcb_keycode_t code : keys)
+        m_desktop->client().setKeyDown(code, true);
+    QTRY_COMPARE(presses.count(), before + 1);
+    listener.release(presses.last().hold);
+}
+
+void E2eKeyboard::modifierReleasedBeforeTheKeyTypesNothing()
+{
+    Presses presses;
+    HotkeyListener listener(m_desktop->display().toLatin1(), presses.callbacks());
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y', true}));
+    XClient& client = m_desktop->client();
+    m_desktop->focusOtherWindow();
+    press(listener, presses, {kControl, kAlt, kY});
+    QTRY_VERIFY(presses.count() > 3); // it repeats
+    client.setKeyDown(kControl, false);
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > 500);
+    client.setKeyDown(kAlt, false);
+    client.setKeyDown(kY, false);
+    QCOMPARE(client.takeKeyPressCount(), 2); // the modifiers
+    client.pressKeycodes({kZ});
+    int pressCount = 0;
+    QTRY_COMPARE(pressCount += client.takeKeyPressCount(), 1);
+}
+
+void E2eKeyboard::modifierPressedMeanwhileMakesNoNewPress()
+{
+    Presses presses;
+    HotkeyListener listener(m_desktop->display().toLatin1(), presses.callbacks());
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
+    XClient& client = m_desktop->client();
+    m_desktop->focusOtherWindow();
+    press(listener, presses, {kControl, kAlt, kY});
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > 800);
+    client.setKeyDown(kShift, true);
+    QTRY_VERIFY(held.elapsed() > 1000);
+    client.setKeyDown(kShift, false);
+    QTRY_VERIFY(held.elapsed() > 1500);
+    QCOMPARE(presses.count(), 1);
+    client.setKeyDown(kShift, true);
+    client.pressKeycodes({kZ}); // arrives, and with it all that is behind it
+    client.setKeyDown(kShift, false);
+    int pressCount = 0;
+    QTRY_COMPARE(pressCount += client.takeKeyPressCount(), 3); // Ctrl, Alt and this
+    for (const xcb_keycode_t code : {kY, kAlt, kControl})
+        client.setKeyDown(code, false);
 }
 
 void E2eKeyboard::quickPressesAreNoRepeats()
