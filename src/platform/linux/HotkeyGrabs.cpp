@@ -271,6 +271,8 @@ void HotkeyGrabs::handlePress(const xcb_key_press_event_t& press, bool isLetGo)
     if (isRepeat(press)) {
         // Whatever modifiers have been released or pressed since.
         m_hotkeyTime = press.time;
+        if (m_grabbingKey == 0)
+            m_grabbingKey = press.detail;
         letNextKeyCome();
         if (registration && registration->hotkey.repeats)
             tell(*registration, press, 0);
@@ -313,14 +315,17 @@ quint32 HotkeyGrabs::nextHold()
 
 void HotkeyGrabs::handleRelease(const xcb_key_release_event_t& release)
 {
+    // The key of another hotkey, pressed during the grab, outlasts it, and its next repeat begins a
+    // grab of its own.
+    if (release.detail == m_hotkeyKey)
+        m_hotkeyKey = 0;
     if (release.detail == m_grabbingKey) {
-        forgetGrab(); // the server has ended it with this
+        m_hold = 0;
+        m_grabbingKey = 0; // the server has ended it with this
         return;
     }
     // Whoever has the focus got no press of this key during the grab, and needs no release. To
     // replay it would end the grab, and the held key would be anybody's again.
-    if (release.detail == m_hotkeyKey)
-        m_hotkeyKey = 0;
     letNextKeyCome();
 }
 

@@ -144,7 +144,7 @@ private:
     quint32 m_hold = 0; ///< the one under way; 0 if there is none
     Clock::time_point m_holdEnd;
     xcb_keycode_t m_grabbingKey = 0;  ///< whose press began the grab under way; 0 if there is none
-    xcb_keycode_t m_hotkeyKey = 0;    ///< the last that was told of during that grab
+    xcb_keycode_t m_hotkeyKey = 0;    ///< the last that was told of, until its release is seen
     xcb_timestamp_t m_hotkeyTime = 0; ///< of its last press or repeat
     uint32_t m_dropRequest = 0;       ///< number of the last request that ended a grab from outside
 

@@ -86,6 +86,7 @@ private slots:
     void repeatsAreToldOnlyWhereWanted();
     void modifierReleasedBeforeTheKeyTypesNothing();
     void modifierPressedMeanwhileMakesNoNewPress();
+    void keyThatOutlastsTheFirstMakesNoNewPress();
     void quickPressesAreNoRepeats();
     void removedHotkeyLetsTheKeysGo();
     void pressOfARemovedHotkeyDoesNotThawTheNext();
@@ -565,6 +566,26 @@ void E2eKeyboard::modifierPressedMeanwhileMakesNoNewPress()
     QTRY_COMPARE(pressCount += client.takeKeyPressCount(), 3); // Ctrl, Alt and this
     for (const xcb_keycode_t code : {kY, kAlt, kControl})
         client.setKeyDown(code, false);
+}
+
+void E2eKeyboard::keyThatOutlastsTheFirstMakesNoNewPress()
+{
+    Presses presses;
+    HotkeyListener listener(m_desktop->display().toLatin1(), presses.callbacks());
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
+    QVERIFY(listener.add({kWindow, 2, kCtrlAlt, ' '}));
+    XClient& client = m_desktop->client();
+    m_desktop->focusOtherWindow();
+    press(listener, presses, {kControl, kAlt, kY});
+    press(listener, presses, {kSpace});
+    client.setKeyDown(kY, false);
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > 1500);
+    QCOMPARE(presses.count(), 2);
+    client.setKeyDown(kSpace, false);
+    press(listener, presses, {kSpace});
+    QCOMPARE(presses.last().id, 2);
 }
 
 void E2eKeyboard::quickPressesAreNoRepeats()
