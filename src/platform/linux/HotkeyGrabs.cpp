@@ -15,8 +15,8 @@
 namespace
 {
 
-// Longer than any auto-repeat delay or interval: a press that comes later is a new one, even if the
-// release in between never reached this client.
+// Longer than most auto-repeat delays and any interval: without a grab a press that comes later is
+// a new one, since the release in between would have reached others.
 constexpr xcb_timestamp_t kLongestRepeatMs = 2000;
 
 // Another program that follows the same change of the keyboard map may hold a key for a moment that
@@ -303,6 +303,9 @@ void HotkeyGrabs::tell(const Registration& registration, const xcb_key_press_eve
 
 bool HotkeyGrabs::isRepeat(const xcb_key_press_event_t& press) const
 {
+    // During a grab no release goes unseen.
+    if (m_grabbingKey != 0)
+        return press.detail == m_grabbingKey || press.detail == m_hotkeyKey;
     return press.detail == m_hotkeyKey && press.time - m_hotkeyTime < kLongestRepeatMs;
 }
 

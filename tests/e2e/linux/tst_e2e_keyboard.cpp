@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSet>
 #include <QtTest>
 
@@ -87,6 +88,7 @@ private slots:
     void modifierReleasedBeforeTheKeyTypesNothing();
     void modifierPressedMeanwhileMakesNoNewPress();
     void keyThatOutlastsTheFirstMakesNoNewPress();
+    void repeatsMayBeginLate();
     void quickPressesAreNoRepeats();
     void removedHotkeyLetsTheKeysGo();
     void pressOfARemovedHotkeyDoesNotThawTheNext();
@@ -586,6 +588,25 @@ void E2eKeyboard::keyThatOutlastsTheFirstMakesNoNewPress()
     client.setKeyDown(kSpace, false);
     press(listener, presses, {kSpace});
     QCOMPARE(presses.last().id, 2);
+}
+
+void E2eKeyboard::repeatsMayBeginLate()
+{
+    const QString xset = QStringLiteral("xset");
+    const QStringList rate{QStringLiteral("r"), QStringLiteral("rate")};
+    const auto reset = qScopeGuard([&] { run(xset, rate); });
+    QCOMPARE(run(xset, rate + QStringList{QStringLiteral("2500"), QStringLiteral("25")}), 0);
+    Presses presses;
+    HotkeyListener listener(m_desktop->display().toLatin1(), presses.callbacks());
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
+    XClient& client = m_desktop->client();
+    m_desktop->focusOtherWindow();
+    press(listener, presses, {kControl, kAlt, kY});
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > 3000);
+    QCOMPARE(presses.count(), 1);
+    QCOMPARE(client.takeKeyPressCount(), 2);
 }
 
 void E2eKeyboard::quickPressesAreNoRepeats()
