@@ -35,7 +35,8 @@ public:
     /// `state` of a key event without locks, pointer buttons and keyboard group.
     quint16 withoutLocks(quint16 state) const;
 
-    /// Whether the key, pressed by itself, changes modifiers: while it is held, or locks included.
+    /// Whether the key changes modifiers when it is pressed by itself; lock keys do, too. False in
+    /// an empty map.
     bool isModifier(xcb_keycode_t code) const;
 
     /// The keycodes that carry the stored key; empty if the keyboard has no such key. Of several

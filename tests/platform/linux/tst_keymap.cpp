@@ -31,6 +31,8 @@ private slots:
     void locks_data();
     void locks();
     void stateWithoutLocks();
+    void modifierKeys_data();
+    void modifierKeys();
 };
 
 namespace
@@ -253,6 +255,30 @@ void KeymapTest::stateWithoutLocks()
     QCOMPARE(keymap.withoutLocks(kPressed | kThirdLayout | XCB_BUTTON_MASK_1), quint16(kPressed));
     QCOMPARE(keymap.withoutLocks(kPressed | XCB_MOD_MASK_SHIFT),
              quint16(kPressed | XCB_MOD_MASK_SHIFT));
+}
+
+void KeymapTest::modifierKeys_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("isModifier");
+    QTest::newRow("Shift") << 50 << true;
+    QTest::newRow("Ctrl") << 37 << true;
+    QTest::newRow("Alt") << 64 << true;
+    QTest::newRow("Alt Gr") << 108 << true;
+    QTest::newRow("Win") << 133 << true;
+    QTest::newRow("Caps Lock") << 66 << true;
+    QTest::newRow("letter") << 29 << false;
+    QTest::newRow("space") << 65 << false;
+    QTest::newRow("function key") << 67 << false;
+    QTest::newRow("no key of this keyboard") << 8 << false;
+}
+
+void KeymapTest::modifierKeys()
+{
+    QFETCH(int, code);
+    const SharedKeymap keymap = keyboard("de");
+    QTEST(Keymap::of(keymap.get()).isModifier(static_cast<xcb_keycode_t>(code)), "isModifier");
+    QVERIFY(!Keymap().isModifier(static_cast<xcb_keycode_t>(code)));
 }
 
 QTEST_GUILESS_MAIN(KeymapTest)
