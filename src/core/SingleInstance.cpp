@@ -11,9 +11,11 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QPointer>
+#include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
 
+#include <memory>
 #include <utility>
 
 namespace
@@ -77,9 +79,11 @@ class Visit : public QObject
 public:
     Visit(QLocalSocket* client, QObject* context, std::function<void()> wake);
 
+    bool hasEnded() const { return !m_patience.isActive(); }
+    void end();
+
 private:
     void read();
-    void end();
 
     QLocalSocket* m_client;
     QPointer<QObject> m_context;
@@ -131,6 +135,46 @@ void Visit::end()
     }
 }
 
+using Visits = QList<QPointer<Visit>>; // the first comer in front
+
+/// Sends the one away who has been there longest: whoever has something to say does so at once.
+void makeRoom(Visits& visits)
+{
+    visits.removeIf([](const QPointer<Visit>& visit) { return !visit || visit->hasEnded(); });
+    if (visits.size() >= SingleInstance::MaxClients)
+        visits.takeFirst()->end();
+}
+
+void keepListening(QLocalServer& server);
+
+void listenAgain(QLocalServer& server, const QString& place)
+{
+    QLocalServer::removeServer(place);
+    if (server.listen(place)) {
+        keepListening(server);
+        return;
+    }
+    QTimer::singleShot(SingleInstance::ListenPauseMs, &server,
+                       [&server, place] { listenAgain(server, place); });
+}
+
+/// On some systems the server stops for good when it can't take a client in, as when the process
+/// has no descriptor left. It doesn't tell, but the notifier of its socket goes then.
+void keepListening(QLocalServer& server)
+{
+    const auto* notifier =
+        server.findChild<QSocketNotifier*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!notifier)
+        return;
+    const auto onStopped = [&server, place = server.serverName()] {
+        qWarning() << "IPC server berhenti:" << server.errorString() << "- akan dicoba lagi.";
+        // What is missing may come back; until then each client would stop it again.
+        QTimer::singleShot(SingleInstance::ListenPauseMs, &server,
+                           [&server, place] { listenAgain(server, place); });
+    };
+    QObject::connect(notifier, &QObject::destroyed, &server, onStopped);
+}
+
 } // namespace
 
 QString SingleInstance::instanceKey(const QString& installDirectory)
@@ -179,10 +223,14 @@ void SingleInstance::listen(QLocalServer& server, const QString& ipcServerName)
 void SingleInstance::serve(QLocalServer& server, QObject* context,
                            const std::function<void()>& wake)
 {
-    const auto receive = [&server, context, wake] {
-        while (QLocalSocket* client = server.nextPendingConnection())
-            new Visit(client, context, wake);
+    const auto visits = std::make_shared<Visits>();
+    const auto receive = [&server, context, wake, visits] {
+        while (QLocalSocket* client = server.nextPendingConnection()) {
+            makeRoom(*visits);
+            visits->append(new Visit(client, context, wake));
+        }
     };
+    keepListening(server);
     QObject::connect(&server, &QLocalServer::newConnection, context, receive);
     // On Windows the server tells of a client that came while it was being set up at once, when
     // nobody can listen to it yet.

@@ -21,6 +21,8 @@ public:
     static constexpr int AttemptPauseMs = 150;
     static constexpr int WriteTimeoutMs = 500;
     static constexpr int ReadTimeoutMs = 500;
+    static constexpr int ListenPauseMs = 300;
+    static constexpr int MaxClients = 32;
 
     SingleInstance() = delete;
 
@@ -44,6 +46,8 @@ public:
     /// From now on, as long as `context` lives, takes each connection of a listening `server`, and
     /// in the next turn of the event loop those that are there already, and calls `wake` if the
     /// client sends just the wake message. Waits for nobody: clients are read as their bytes come,
-    /// each being dropped after `ReadTimeoutMs` without any.
+    /// each being dropped after `ReadTimeoutMs` without any, and the one that has been there
+    /// longest when there are more than `MaxClients`. If the server stops, that is
+    /// logged, and it listens again as soon as it can.
     static void serve(QLocalServer& server, QObject* context, const std::function<void()>& wake);
 };

@@ -68,6 +68,7 @@ private slots:
     void clientThatLeavesIsDroppedAtOnce();
     void tricklingClientIsWaitedForPiecewise();
     void silentClientsKeepNobodyWaiting();
+    void silentClientsMakeRoomForOthers();
     void floodIsCutShort();
     void clientsAtOnceAreServedEach();
     void servedClientIsDropped();
@@ -443,6 +444,26 @@ void SingleInstanceTest::silentClientsKeepNobodyWaiting()
     QVERIFY2(m_presentAtWake > 1, qPrintable(QString::number(m_presentAtWake)));
     QTRY_COMPARE_WITH_TIMEOUT(m_served, kSilent + 1, kTimeoutMs);
     QCOMPARE(m_woken, 1);
+}
+
+void SingleInstanceTest::silentClientsMakeRoomForOthers()
+{
+    constexpr int kSilent = SingleInstance::MaxClients + 20;
+    failOnAnyWarning();
+    listenAndServe();
+    QLocalSocket silent[kSilent];
+    int most = 0;
+    for (int i = 0; i < kSilent; ++i) {
+        silent[i].connectToServer(place());
+        QTRY_COMPARE_WITH_TIMEOUT(m_accepted, i + 1, kTimeoutMs);
+        most = std::max(most, m_accepted - m_served);
+    }
+    // The one sent away is there until the event loop comes round.
+    QVERIFY2(most <= SingleInstance::MaxClients + 1, qPrintable(QString::number(most)));
+    QTRY_COMPARE_WITH_TIMEOUT(silent[0].state(), QLocalSocket::UnconnectedState, kTimeoutMs);
+    const auto last = send({"SHOW"}, true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_woken, 1, kTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, kSilent + 1, kTimeoutMs);
 }
 
 void SingleInstanceTest::floodIsCutShort()

@@ -4,6 +4,7 @@
 #include "InstanceLock.h"
 #include "LocalServer.h"
 #include "RuntimeDirectory.h"
+#include "SingleInstance.h"
 #include "TestHome.h"
 
 #include <QDir>
@@ -11,11 +12,14 @@
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,6 +45,7 @@ private slots:
     void serverIsReachedAtAnyDepth_data();
     void serverIsReachedAtAnyDepth();
     void nobodyElseHoldsThePlace();
+    void serverOutlivesWantOfDescriptors();
 
 private:
     QString path(const QString& name) const { return m_dir->filePath(name); }
@@ -74,6 +79,28 @@ void makeDirectory(const QString& path, mode_t mode)
         ::chmod(QFile::encodeName(path).constData(), mode) != 0)
         qFatal("cannot make %s", qPrintable(path));
 }
+
+/// As long as it lives, this process can open nothing more.
+class WantOfDescriptors
+{
+public:
+    WantOfDescriptors()
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_usual);
+        const int firstFree = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        ::close(firstFree);
+        rlimit none = m_usual;
+        none.rlim_cur = static_cast<rlim_t>(firstFree);
+        if (firstFree < 0 || ::setrlimit(RLIMIT_NOFILE, &none) != 0)
+            qFatal("cannot limit descriptors");
+    }
+    ~WantOfDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_usual); }
+    WantOfDescriptors(const WantOfDescriptors&) = delete;
+    WantOfDescriptors& operator=(const WantOfDescriptors&) = delete;
+
+private:
+    rlimit m_usual = {};
+};
 
 /// Of the fall-backs the last; the first is there only on machines where the user has logged in.
 QString dataFallback()
@@ -229,6 +256,36 @@ void LinuxInstanceTest::nobodyElseHoldsThePlace()
     QLocalServer server;
     QVERIFY(server.listen(place));
     QVERIFY(!Platform::isHeldByAnotherUser(place));
+}
+
+void LinuxInstanceTest::serverOutlivesWantOfDescriptors()
+{
+    makeDirectory(path("run"), 0700);
+    useRuntimeDirectory(path("run"));
+    QLocalServer server;
+    int woken = 0;
+    SingleInstance::listen(server, kName);
+    SingleInstance::serve(server, this, [&woken] { ++woken; });
+    const QString place = Platform::localServerPlaces(kName).constFirst();
+    QCOMPARE(server.fullServerName(), place);
+
+    static const QRegularExpression s_stopped("^IPC server berhenti: .+ - akan dicoba lagi\\.$");
+    for (int round = 1; round <= 2; ++round) {
+        QTest::ignoreMessage(QtWarningMsg, s_stopped);
+        QLocalSocket early;
+        early.connectToServer(place);
+        QVERIFY(early.waitForConnected());
+        {
+            const WantOfDescriptors want;
+            // Nobody can be taken in, so the socket goes with the one that tried.
+            QTRY_VERIFY(!QFile::exists(place));
+        }
+        QTRY_VERIFY(QFile::exists(place));
+        QLocalSocket late;
+        late.connectToServer(place);
+        late.write("SHOW");
+        QTRY_COMPARE(woken, round);
+    }
 }
 
 QTEST_GUILESS_MAIN(LinuxInstanceTest)
