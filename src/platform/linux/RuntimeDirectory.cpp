@@ -3,6 +3,8 @@
 
 #include "RuntimeDirectory.h"
 
+#include "PrivateDirectory.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -45,8 +47,7 @@ QByteArray directoryAmongData()
 {
     const QDir data(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     const QByteArray path = QFile::encodeName(data.filePath(QStringLiteral("run")));
-    if (!data.mkpath(QStringLiteral(".")))
-        return {};
+    Platform::makePrivateDirectory(data.path()); // the lock may be the first to need it
     ::mkdir(path.constData(), kOwnerOnly);
     return isOurs(path, 0) && ::chmod(path.constData(), kOwnerOnly) == 0 ? path : QByteArray();
 }

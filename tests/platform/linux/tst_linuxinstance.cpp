@@ -40,6 +40,7 @@ private slots:
     void fallbackIsPrivate();
     void fallbackIsTightened();
     void fallbackIsNoLink();
+    void fallbackMakesPrivateParents();
 
     void serverLiesBesideTheLock();
     void serverIsReachedAtAnyDepth_data();
@@ -195,6 +196,20 @@ void LinuxInstanceTest::fallbackIsNoLink()
     QVERIFY(QFile::link(path("elsewhere"), dataFallback()));
     QCOMPARE(runtimeDirectory(), sessionDirectory());
     QVERIFY(QFile::remove(dataFallback()));
+}
+
+void LinuxInstanceTest::fallbackMakesPrivateParents()
+{
+    const bool isNeeded = sessionDirectory().isEmpty();
+    const QByteArray usual = qgetenv("XDG_DATA_HOME");
+    const mode_t usualMask = ::umask(0022);
+    qputenv("XDG_DATA_HOME", QFile::encodeName(path("data")));
+    const QString made = runtimeDirectory();
+    qputenv("XDG_DATA_HOME", usual);
+    ::umask(usualMask);
+    QCOMPARE(made, isNeeded ? path("data/Orlimo/Orlimo/run") : sessionDirectory());
+    for (const char* directory : {"data", "data/Orlimo", "data/Orlimo/Orlimo"})
+        QCOMPARE(modeOf(path(directory)), mode_t(isNeeded ? 0700 : 0)); // 0: not there
 }
 
 void LinuxInstanceTest::serverLiesBesideTheLock()
