@@ -22,12 +22,17 @@ constexpr std::chrono::seconds kReconnectPause(2);
 HotkeyListener::HotkeyListener(QByteArray display, HotkeyGrabs::Callbacks callbacks)
     : m_display(std::move(display)),
       m_callbacks(std::move(callbacks)),
-      m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      m_thread([this] { run(); })
-{}
+      m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    // A thread that nobody can wake would keep everybody waiting.
+    if (m_wake.isOpen())
+        m_thread = std::thread([this] { run(); });
+}
 
 HotkeyListener::~HotkeyListener()
 {
+    if (!m_thread.joinable())
+        return;
     {
         const std::lock_guard lock(m_mutex);
         m_isStopped = true;
@@ -68,6 +73,8 @@ void HotkeyListener::release(quint32 hold)
 
 void HotkeyListener::post(Command command)
 {
+    if (!m_thread.joinable())
+        return;
     const std::lock_guard lock(m_mutex);
     m_commands.append(std::move(command));
     // Fails only where the counter is full, and then the thread is being woken already.
@@ -76,6 +83,8 @@ void HotkeyListener::post(Command command)
 
 void HotkeyListener::postAndWait(const Command& command)
 {
+    if (!m_thread.joinable())
+        return;
     std::promise<void> done;
     post([&command, &done] {
         command();

@@ -30,7 +30,8 @@ public:
     HotkeyListener& operator=(const HotkeyListener&) = delete;
 
     /// Waits for the answer of the server. False if it refuses the combination, if there is no
-    /// connection to it, or if this listener has the combination already.
+    /// connection to it, if this listener has the combination already, or if the system had no
+    /// descriptor left for the listener when it was made.
     [[nodiscard]] bool add(const Hotkey& hotkey);
     /// Other programs may have the combination when this returns.
     void remove(WId window, int id);
@@ -62,5 +63,5 @@ private:
     QVector<Hotkey> m_hotkeys;
     HotkeyGrabs::Clock::time_point m_nextConnect;
 
-    std::thread m_thread; ///< last, since it uses all of the above
+    std::thread m_thread; ///< last, since it uses all of the above; none if it couldn't be woken
 };

@@ -5,6 +5,7 @@
 #include "Profile.h"
 #include "Program.h"
 #include "TrayHost.h"
+#include "WantOfDescriptors.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -15,6 +16,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <memory>
 #include <mutex>
 
 #include <sys/socket.h>
@@ -97,6 +99,7 @@ private slots:
     void combinationIsRefusedTwice();
     void lostConnectionIsMadeAnew();
     void withoutServerEverythingIsRefused();
+    void withoutDescriptorsEverythingIsRefused();
 
 private:
     int run(const QString& program, const QStringList& arguments) const;
@@ -753,6 +756,20 @@ void E2eKeyboard::withoutServerEverythingIsRefused()
     QVERIFY(!listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
     listener.remove(kWindow, 1);
     listener.release(1);
+}
+
+void E2eKeyboard::withoutDescriptorsEverythingIsRefused()
+{
+    Presses presses;
+    std::unique_ptr<HotkeyListener> listener;
+    {
+        const WantOfDescriptors want;
+        listener =
+            std::make_unique<HotkeyListener>(m_desktop->display().toLatin1(), presses.callbacks());
+    }
+    QVERIFY(!listener->add({kWindow, 1, kCtrlAlt, 'Y'}));
+    listener->remove(kWindow, 1);
+    listener->release(1);
 }
 
 QTEST_GUILESS_MAIN(E2eKeyboard)

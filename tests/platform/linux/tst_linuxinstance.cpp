@@ -6,6 +6,7 @@
 #include "RuntimeDirectory.h"
 #include "SingleInstance.h"
 #include "TestHome.h"
+#include "WantOfDescriptors.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,8 +19,6 @@
 
 #include <memory>
 
-#include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -80,28 +79,6 @@ void makeDirectory(const QString& path, mode_t mode)
         ::chmod(QFile::encodeName(path).constData(), mode) != 0)
         qFatal("cannot make %s", qPrintable(path));
 }
-
-/// As long as it lives, this process can open nothing more.
-class WantOfDescriptors
-{
-public:
-    WantOfDescriptors()
-    {
-        ::getrlimit(RLIMIT_NOFILE, &m_usual);
-        const int firstFree = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-        ::close(firstFree);
-        rlimit none = m_usual;
-        none.rlim_cur = static_cast<rlim_t>(firstFree);
-        if (firstFree < 0 || ::setrlimit(RLIMIT_NOFILE, &none) != 0)
-            qFatal("cannot limit descriptors");
-    }
-    ~WantOfDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_usual); }
-    WantOfDescriptors(const WantOfDescriptors&) = delete;
-    WantOfDescriptors& operator=(const WantOfDescriptors&) = delete;
-
-private:
-    rlimit m_usual = {};
-};
 
 /// Of the fall-backs the last; the first is there only on machines where the user has logged in.
 QString dataFallback()
