@@ -93,14 +93,17 @@ bool Platform::isHeldByAnotherUser(const QString& place)
     const HANDLE opened =
         CreateFileW(reinterpret_cast<LPCWSTR>(path.utf16()), GENERIC_READ | GENERIC_WRITE, 0,
                     nullptr, OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
-        return GetLastError() == ERROR_ACCESS_DENIED; // servers of the program let in their own
+    if (opened == INVALID_HANDLE_VALUE) {
+        // Servers of the program let in their own, and keep a pipe free for them.
+        const DWORD error = GetLastError();
+        return error == ERROR_ACCESS_DENIED || error == ERROR_PIPE_BUSY;
+    }
     const Handle pipe(opened);
     PSID owner = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     if (GetSecurityInfo(pipe.get(), SE_KERNEL_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr,
                         nullptr, nullptr, &descriptor) != ERROR_SUCCESS)
-        return false;
+        return true; // nothing speaks for it
     const std::unique_ptr<void, LocalFreer> owned(descriptor);
-    return owner && !isOwnerTrusted(owner);
+    return !owner || !isOwnerTrusted(owner);
 }

@@ -35,6 +35,7 @@ private slots:
 
     void placesAreTheNameAndOneOfTheUser();
     void ownServerIsNoStrangers();
+    void busyPipeIsAStrangers();
     void furtherStartReachesTheFirst_data();
     void furtherStartReachesTheFirst();
     void nobodyIsAskedWhereStrangersHoldAll();
@@ -167,6 +168,24 @@ void WindowsInstanceTest::ownServerIsNoStrangers()
     const QString other = Platform::localServerPlaces(m_name).last();
     holdAsStranger(other);
     QVERIFY(Platform::isHeldByAnotherUser(other));
+}
+
+void WindowsInstanceTest::busyPipeIsAStrangers()
+{
+    // The one pipe there is, in use already: whose it is can't be found out.
+    const QString path = R"(\\.\pipe\)" + m_name;
+    const auto name = reinterpret_cast<LPCWSTR>(path.utf16());
+    const HANDLE pipe =
+        CreateNamedPipeW(name, PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
+    QVERIFY(pipe != INVALID_HANDLE_VALUE);
+    const HANDLE client =
+        CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool isHeld = Platform::isHeldByAnotherUser(m_name);
+    if (client != INVALID_HANDLE_VALUE)
+        CloseHandle(client);
+    CloseHandle(pipe);
+    QVERIFY(client != INVALID_HANDLE_VALUE);
+    QVERIFY(isHeld);
 }
 
 void WindowsInstanceTest::furtherStartReachesTheFirst_data()
