@@ -93,6 +93,7 @@ private:
     QString place() const { return Platform::localServerPlaces(m_name).constFirst(); }
     void listenAndServe();
     void countVisit();
+    int visitsOfAHandOver() const;
     /// Sends the pieces, each after a pause, and stays until it is dropped; one that `leaves` goes
     /// as soon as the system has taken all of it.
     std::unique_ptr<Client> send(const QList<QByteArray>& pieces, bool leaves) const;
@@ -535,13 +536,19 @@ void SingleInstanceTest::nobodyIsWokenAfterTheEnd()
     QCOMPARE(m_woken, 0);
 }
 
+/// Where a place may be a stranger's, whoever hands over looks at it first, which is a visit too.
+int SingleInstanceTest::visitsOfAHandOver() const
+{
+    return Platform::localServerPlaces(m_name).size() > 1 ? 2 : 1;
+}
+
 void SingleInstanceTest::handOverWakesTheServer()
 {
     failOnAnyWarning();
     listenAndServe();
     const Client second([this] { SingleInstance::handOver(m_name); });
     QTRY_VERIFY_WITH_TIMEOUT(second.isFinished(), kTimeoutMs);
-    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, visitsOfAHandOver(), kTimeoutMs);
     QCOMPARE(m_woken, 1);
 }
 
@@ -561,7 +568,7 @@ void SingleInstanceTest::handOverToABusyServer()
     // The event loop of the first instance stands still until the second one has gone.
     QVERIFY(done.tryAcquire(1, kTimeoutMs));
     QCOMPARE(m_woken, 0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_served, 1, kTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_served, visitsOfAHandOver(), kTimeoutMs);
     QCOMPARE(m_woken, arrives ? 1 : 0);
 }
 
