@@ -23,7 +23,8 @@ mapfile -d '' -t texts < <(find . \
     \( -path ./.git -o -path ./build -o -path ./LICENSES -o -path ./tests/data \) -prune -o \
     -type f ! -name '*.ttf' ! -name '*.png' ! -name '*.ico' ! -path './fonts/*.txt' \
     ! -name LocalizationTable.cpp ! -name tst_localization.cpp ! -name codespell-words.txt -print0)
-codespell --builtin clear --ignore-regex '\b[A-Za-z][a-z0-9]*([A-Z][a-z0-9]*)+\b' \
+# Names of two words and more, and the letter of an escape in front of a word, are no spelling.
+codespell --builtin clear --ignore-regex '\b[A-Za-z][a-z0-9]*([A-Z][a-z0-9]*)+\b|\\[nrt]' \
     -I scripts/codespell-words.txt -- "${texts[@]}" || status=1
 echo "codespell: ${#texts[@]} files"
 

@@ -35,8 +35,8 @@ public:
     static QString mutexName(const QString& instanceKey);
 
     /// Wakes the running instance and leaves it the right to come to the foreground. Blocks for at
-    /// most 2,550 ms if nobody answers, or 4,350 ms where the server may lie in two places; failures
-    /// are logged and otherwise silent.
+    /// most 2,550 ms if nobody answers, or 4,350 ms where the server may lie in two places;
+    /// failures are logged and otherwise silent.
     static void handOver(const QString& ipcServerName);
 
     /// Makes `server` listen under the name, in place of what a crashed run may have left there,
