@@ -40,14 +40,6 @@ bool writeIni(QIODevice& device, const QSettings::SettingsMap& values)
     return device.write(text) == text.size() && (!file || file->flush());
 }
 
-QSettings::Format iniFormat()
-{
-    // Qt's own would make objects of what is in the file.
-    static const QSettings::Format s_format =
-        QSettings::registerFormat("ini", readIni, writeIni, Qt::CaseSensitive);
-    return s_format;
-}
-
 /// Anything else can't be read, and to open a pipe would block.
 bool isFileOrNothing(const QString& path)
 {
@@ -70,6 +62,14 @@ QString spellingOf(const QSettings& settings, const QString& key)
 
 } // namespace
 
+QSettings::Format Settings::format()
+{
+    // Qt's own would make objects of what is in the file.
+    static const QSettings::Format s_format =
+        QSettings::registerFormat("ini", readIni, writeIni, Qt::CaseSensitive);
+    return s_format;
+}
+
 QString Settings::filePath()
 {
     return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("settings.ini"));
@@ -80,7 +80,7 @@ bool Settings::contains(const QString& key)
     const QString path = filePath();
     if (!isFileOrNothing(path))
         return false;
-    const QSettings settings(path, iniFormat());
+    const QSettings settings(path, format());
     return settings.contains(spellingOf(settings, key));
 }
 
@@ -89,7 +89,7 @@ QVariant Settings::value(const QString& key, const QVariant& fallback)
     const QString path = filePath();
     if (!isFileOrNothing(path))
         return fallback;
-    const QSettings settings(path, iniFormat());
+    const QSettings settings(path, format());
     const QVariant found = settings.value(spellingOf(settings, key), fallback);
     const bool isRefused = found.metaType() == QMetaType::fromType<IniText::RawValue>();
     return isRefused ? fallback : found;
@@ -100,7 +100,7 @@ void Settings::setValue(const QString& key, const QVariant& value)
     const QString path = filePath();
     if (!isFileOrNothing(path))
         return;
-    QSettings settings(path, iniFormat());
+    QSettings settings(path, format());
     if (s_isUnreadable) {
         moveFileAside(path);
         s_isUnreadable = false;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QSettings>
 #include <QString>
 #include <QVariant>
 #include <QtGlobal>
@@ -19,6 +20,10 @@ public:
 
     /// Full path of the file; its directory exists afterwards.
     static QString filePath();
+
+    /// How the file is read and written. In one process nobody may open it in another format, since
+    /// Qt keeps what it knows of a file for all who open that.
+    static QSettings::Format format();
 
     /// Whether the key is in the file, with a value of whatever kind.
     static bool contains(const QString& key);

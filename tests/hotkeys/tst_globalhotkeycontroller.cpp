@@ -3,6 +3,7 @@
 
 #include "FakeHotkeyBackend.h"
 #include "GlobalHotkeyController.h"
+#include "Settings.h"
 #include "TestHome.h"
 
 #include <QAbstractEventDispatcher>
@@ -103,7 +104,7 @@ GlobalHotkeyControllerTest::controller(int id, HotkeyManager::Slot* slot) const
 
 QString GlobalHotkeyControllerTest::storedCombo()
 {
-    return QSettings(HotkeyManager::settingsFilePath(), QSettings::IniFormat)
+    return QSettings(HotkeyManager::settingsFilePath(), Settings::format())
         .value("Hotkey/Combo")
         .toString();
 }

@@ -4,6 +4,7 @@
 #include "FakeHotkeyBackend.h"
 #include "HotkeyManager.h"
 #include "Localization.h"
+#include "Settings.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -111,12 +112,12 @@ void compareSlots(const Slot& actual, const Slot& expected)
 
 QString HotkeyManagerTest::stored(const QString& key)
 {
-    return QSettings(HotkeyManager::settingsFilePath(), QSettings::IniFormat).value(key).toString();
+    return QSettings(HotkeyManager::settingsFilePath(), Settings::format()).value(key).toString();
 }
 
 void HotkeyManagerTest::store(const QString& key, const QVariant& value)
 {
-    QSettings(HotkeyManager::settingsFilePath(), QSettings::IniFormat).setValue(key, value);
+    QSettings(HotkeyManager::settingsFilePath(), Settings::format()).setValue(key, value);
 }
 
 void HotkeyManagerTest::initTestCase()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Localization.h"
+#include "Settings.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -113,7 +114,7 @@ void writeSettings(const QByteArray& content)
 
 QString storedCode()
 {
-    return QSettings(settingsFile(), QSettings::IniFormat)
+    return QSettings(settingsFile(), Settings::format())
         .value("Language/Code", u"(absent)"_s)
         .toString();
 }
@@ -758,7 +759,7 @@ void LocalizationTest::setLanguageKeepsOtherKeys()
 {
     writeSettings("lastCategory=Work\n\n[Language]\nCode=tlh\n\n[Theme]\nForceTheme=2\n");
     Tr::setLanguage(Lang::Ja);
-    const QSettings settings(settingsFile(), QSettings::IniFormat);
+    const QSettings settings(settingsFile(), Settings::format());
     QCOMPARE(settings.value("Language/Code").toString(), u"ja"_s);
     QCOMPARE(sorted(settings.allKeys()),
              QStringList({u"Language/Code"_s, u"Theme/ForceTheme"_s, u"lastCategory"_s}));

@@ -3,6 +3,7 @@
 
 #include "FakeSystemTheme.h"
 #include "FreshProcess.h"
+#include "Settings.h"
 #include "TestHome.h"
 #include "Theme.h"
 
@@ -276,7 +277,7 @@ void ThemeTest::loadGridColumns()
 {
     QFETCH(QString, stored);
     // By its own means, since a file of the same size and second would not be read again.
-    QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
+    QSettings settings(Theme::settingsFilePath(), Settings::format());
     settings.setValue(QStringLiteral("Layout/GridColumns"), stored);
     settings.sync();
     Theme::loadSettings();
@@ -323,7 +324,7 @@ void ThemeTest::saveBoundsGridColumns()
     QFETCH(int, kept);
     Theme::saveGridColumns(asked);
     QCOMPARE(Theme::gridColumns, kept);
-    const QSettings stored(Theme::settingsFilePath(), QSettings::IniFormat);
+    const QSettings stored(Theme::settingsFilePath(), Settings::format());
     QCOMPARE(stored.value(QStringLiteral("Layout/GridColumns")).toInt(), kept);
 }
 

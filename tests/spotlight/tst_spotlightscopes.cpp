@@ -4,6 +4,7 @@
 #include "AutoQuitBlocker.h"
 #include "ConfirmDot.h"
 #include "Pixels.h"
+#include "Settings.h"
 #include "SpotlightTest.h"
 #include "TestScreens.h"
 #include "UiDriver.h"
@@ -254,7 +255,7 @@ void SpotlightScopesTest::defaultScopes()
     QFETCH(QVariant, stored);
     QFETCH(QStringList, keys);
     if (stored.isValid())
-        QSettings(Theme::settingsFilePath(), QSettings::IniFormat).setValue(kDefaultScope, stored);
+        QSettings(Theme::settingsFilePath(), Settings::format()).setValue(kDefaultScope, stored);
     QCOMPARE(SpotlightWindow::defaultScopeKeys(), keys);
     show();
     QStringList labels;
@@ -271,7 +272,7 @@ void SpotlightScopesTest::defaultScopesAreWrittenAsGiven()
 {
     const QStringList given{"File", "Teapot", "Application"};
     SpotlightWindow::setDefaultScopeKeys(given);
-    const QSettings settings(Theme::settingsFilePath(), QSettings::IniFormat);
+    const QSettings settings(Theme::settingsFilePath(), Settings::format());
     QCOMPARE(settings.value(kDefaultScope).toStringList(), given);
     QCOMPARE(SpotlightWindow::defaultScopeKeys(), QStringList({"Application", "File"}));
     SpotlightWindow::setDefaultScopeKeys({});
@@ -462,7 +463,7 @@ void SpotlightScopesTest::menuDotCommitsForThisShow()
     QVERIFY(!f->rows().contains(QStringLiteral("note one")));
     QCOMPARE(f->window.focusWidget(), f->field());
     QVERIFY(!confirmDot());
-    QVERIFY(!QSettings(Theme::settingsFilePath(), QSettings::IniFormat).contains(kDefaultScope));
+    QVERIFY(!QSettings(Theme::settingsFilePath(), Settings::format()).contains(kDefaultScope));
     f->pressHotkey();
     QTRY_VERIFY(f->window.isHidden());
     show();

@@ -7,6 +7,7 @@
 #include "HotkeyManager.h"
 #include "LauncherModel.h"
 #include "MainWindow.h"
+#include "Settings.h"
 #include "TestHome.h"
 #include "TestScreens.h"
 #include "Theme.h"
@@ -125,12 +126,12 @@ protected:
 
     static QString stored(const QString& key)
     {
-        return QSettings(Theme::settingsFilePath(), QSettings::IniFormat).value(key).toString();
+        return QSettings(Theme::settingsFilePath(), Settings::format()).value(key).toString();
     }
 
     static void store(const QString& key, const QVariant& value)
     {
-        QSettings(Theme::settingsFilePath(), QSettings::IniFormat).setValue(key, value);
+        QSettings(Theme::settingsFilePath(), Settings::format()).setValue(key, value);
     }
 
     std::unique_ptr<MainWindow> m_window;

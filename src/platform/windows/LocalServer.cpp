@@ -81,7 +81,7 @@ QStringList Platform::localServerPlaces(const QString& name)
 {
     // The names of pipes are the whole machine's.
     const QByteArray hash = hashOfUser();
-    if (hash.isEmpty())
+    if (name.isEmpty() || hash.isEmpty())
         return {name};
     return {name, name + QLatin1Char('_') + QString::fromLatin1(hash)};
 }
