@@ -52,10 +52,16 @@ QString RowPainting::itemType(const QModelIndex& index)
 
 QString RowPainting::visiblePart(const QString& text, int width)
 {
+    const QStringView part = visiblePart(QStringView(text), width);
+    return part.size() == text.size() ? text : part.toString();
+}
+
+QStringView RowPainting::visiblePart(QStringView text, int width)
+{
     const qsizetype length = std::max(width, 0) + kNarrowCharacters;
     if (length >= text.size())
         return text;
-    return text.left(text.at(length - 1).isHighSurrogate() ? length + 1 : length);
+    return text.first(text.at(length - 1).isHighSurrogate() ? length + 1 : length);
 }
 
 QString RowPainting::elidedLine(const QFontMetrics& metrics, const QString& text, int width)

@@ -36,6 +36,7 @@ QString itemType(const QModelIndex& index);
 /// The beginning of a text: more than `width` pixels hold in any font, and the whole text if that
 /// is not longer. Measure and break this instead of the text. `width` below 0 counts as 0.
 QString visiblePart(const QString& text, int width);
+QStringView visiblePart(QStringView text, int width);
 
 /// A text on one line of at most `width` pixels; what doesn't fit ends in an ellipsis.
 QString elidedLine(const QFontMetrics& metrics, const QString& text, int width);
