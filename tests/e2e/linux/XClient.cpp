@@ -169,15 +169,25 @@ int XClient::takeKeyPressCount()
     return std::exchange(m_keyPressCount, 0);
 }
 
+void XClient::askToClose(xcb_window_t window)
+{
+    sendProtocol(window, atom("WM_DELETE_WINDOW"), XCB_CURRENT_TIME);
+}
+
 void XClient::ping(xcb_window_t window)
+{
+    sendProtocol(window, atom("_NET_WM_PING"), ++m_pingNumber); // comes back as it is
+}
+
+void XClient::sendProtocol(xcb_window_t window, xcb_atom_t protocol, uint32_t time)
 {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = window;
     event.type = atom("WM_PROTOCOLS");
-    event.data.data32[0] = atom("_NET_WM_PING");
-    event.data.data32[1] = ++m_pingNumber; // comes back as it is
+    event.data.data32[0] = protocol;
+    event.data.data32[1] = time;
     event.data.data32[2] = window;
     xcb_send_event(m_connection, 0, window, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&event));

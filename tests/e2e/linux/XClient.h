@@ -43,6 +43,9 @@ public:
     /// Asks the window manager to give `window` the focus.
     void activate(xcb_window_t window);
 
+    /// Asks the owner of a window to close it, as a window manager does.
+    void askToClose(xcb_window_t window);
+
     /// Key presses that reached windows of this client since the last call.
     int takeKeyPressCount();
 
@@ -84,6 +87,7 @@ public:
 private:
     bool grabKeycode(xcb_keycode_t code, quint16 modifiers);
     xcb_atom_t atom(const char* name) const;
+    void sendProtocol(xcb_window_t window, xcb_atom_t protocol, uint32_t time);
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
     void fakeKey(uint8_t type, xcb_keycode_t code);
     void readEvents();

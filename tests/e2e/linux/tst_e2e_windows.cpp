@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "MainWindow.h"
 #include "Profile.h"
 #include "Program.h"
 #include "TrayHost.h"
@@ -39,6 +40,8 @@ private slots:
     void withoutDisplayItSaysSo();
     void launchedProgramsGetTheUsersEnvironment();
     void exitEntryEndsTheProcess();
+    void closedWindowsLeaveTheProcess_data();
+    void closedWindowsLeaveTheProcess();
 
 private:
     void typeThroughHotkey(Desktop& desktop, Program& program, int number);
@@ -488,6 +491,38 @@ void E2eWindows::exitEntryEndsTheProcess()
     QCOMPARE(program.process().exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.process().exitCode(), 0);
     QCOMPARE(program.setting(QStringLiteral("lastCategory")).toString(), QStringLiteral("Work"));
+}
+
+void E2eWindows::closedWindowsLeaveTheProcess_data()
+{
+    QTest::addColumn<QString>("plugin");
+    QTest::addColumn<int>("width"); // of the window that is closed
+    QTest::newRow("its own") << "" << int(MainWindow::WINDOW_WIDTH_GRID);
+    QTest::newRow("the last of those that count for Qt") << "plainwindow" << 321;
+}
+
+void E2eWindows::closedWindowsLeaveTheProcess()
+{
+    QFETCH(QString, plugin);
+    QFETCH(int, width);
+    Program program(*m_desktop);
+    program.setVariable(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(ORLIMO_PLUGINS));
+    program.setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), plugin);
+    const auto window = [&] {
+        for (const XClient::Window& candidate :
+             m_desktop->client().windowsOf(program.process().processId())) {
+            if (candidate.geometry.width() == width)
+                return candidate;
+        }
+        return XClient::Window();
+    };
+    program.startWithoutWaiting();
+    QTRY_VERIFY_WITH_TIMEOUT(window().isViewable, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(program.homeWindow().id != XCB_WINDOW_NONE, 15000);
+    m_desktop->client().askToClose(window().id);
+    QTRY_VERIFY(!window().isViewable);
+    program.openSpotlight();
+    QCOMPARE(program.process().state(), QProcess::Running);
 }
 
 QTEST_GUILESS_MAIN(E2eWindows)
