@@ -50,7 +50,7 @@ export_sanitizer_options
 # Results of an earlier run must not be counted again if this one ends before it writes its own.
 rm -f "$build_dir/Testing/Temporary/LastTest.log" "$ctest_output"
 ctest_status=0
-ctest --preset "$preset" -j2 --output-on-failure --no-tests=error </dev/null |
+ctest --preset "$preset" -j"$test_jobs" --output-on-failure --no-tests=error </dev/null |
     tee "$ctest_output" || ctest_status=$?
 end_phase
 

@@ -7,6 +7,13 @@
 # shellcheck disable=SC2034 # for those that source this
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# How many tests run side by side: most of them wait, for timers and for other processes. Under Wine
+# each start costs more of a processor.
+# shellcheck disable=SC2034
+test_jobs=$((3 * $(nproc)))
+# shellcheck disable=SC2034
+wine_test_jobs=$((2 * $(nproc)))
+
 phase_name=
 phase_start=0
 

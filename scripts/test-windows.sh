@@ -41,7 +41,7 @@ start_virtual_screen
 export XDG_CACHE_HOME=$cache_home
 rm -f "$ctest_log" "$ctest_output"
 ctest_status=0
-ctest --preset windows -j2 --no-tests=error </dev/null | tee "$ctest_output" || ctest_status=$?
+ctest --preset windows -j"$wine_test_jobs" --no-tests=error </dev/null | tee "$ctest_output" || ctest_status=$?
 end_phase
 
 counted=true

@@ -59,4 +59,4 @@ fi
 mapfile -t sources < <(ls -S -- "${sources[@]}")
 # shellcheck disable=SC2016 # expanded by the inner shell
 printf '%s\0' "${sources[@]}" | xargs -0 -P "$(nproc)" -I {} bash -c 'tidy_file "$1"' tidy {}
-echo "tidy: ${#sources[@]} files"
+echo "tidy: ${#sources[@]} files in $SECONDS s"
