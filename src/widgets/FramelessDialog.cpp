@@ -4,11 +4,13 @@
 #include "FramelessDialog.h"
 
 #include "CardHeader.h"
+#include "CardShadow.h"
 #include "CardShape.h"
 #include "Keys.h"
 #include "Theme.h"
 
 #include <QFrame>
+#include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -52,10 +54,26 @@ FramelessDialog::FramelessDialog(QWidget* parent, const QString& title, int shad
     outer->setContentsMargins(ShadowPad, ShadowPad, ShadowPad, ShadowPad);
     m_card = Theme::createFramelessDialogBackground(this, Theme::colors(), shadowAlpha, padding);
     outer->addWidget(m_card);
-    CardShape::attach(this, m_card, Theme::Rad_Lg);
+    moveShadowBelowCard();
+    CardShape::attach(this, m_card, Theme::Rad_Lg, m_shadowLayer);
     m_rows = new QVBoxLayout(m_card);
     m_rows->setContentsMargins(0, 0, 0, 0);
     m_rows->setSpacing(Spacing);
+}
+
+void FramelessDialog::moveShadowBelowCard()
+{
+    // On the card itself, every blink of a caret in it would paint all of it and blur that.
+    const auto* given = qobject_cast<QGraphicsDropShadowEffect*>(m_card->graphicsEffect());
+    m_shadowLayer = new QWidget(this);
+    m_shadowLayer->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_shadowLayer->lower();
+    auto* shadow = new CardShadow(m_shadowLayer, Theme::Rad_Lg);
+    shadow->setBlurRadius(given->blurRadius());
+    shadow->setColor(given->color());
+    shadow->setOffset(given->offset());
+    m_shadowLayer->setGraphicsEffect(shadow);
+    m_card->setGraphicsEffect(nullptr);
 }
 
 CardHeader* FramelessDialog::addHeader(const QString& objectName)
@@ -110,6 +128,12 @@ void FramelessDialog::fitButtons(const QHBoxLayout* row, int width)
             button->styleSheet() +
             QStringLiteral("QPushButton { padding-left: %1px; padding-right: %1px; }")
                 .arg(sidePad));
+}
+
+void FramelessDialog::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    m_shadowLayer->setGeometry(rect().adjusted(ShadowPad, ShadowPad, -ShadowPad, -ShadowPad));
 }
 
 void FramelessDialog::keyPressEvent(QKeyEvent* event)

@@ -62,8 +62,12 @@ protected:
     static void fitButtons(const QHBoxLayout* row, int width);
 
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void moveShadowBelowCard();
+
     QFrame* m_card;
+    QWidget* m_shadowLayer = nullptr; ///< below the card and as large, carries its shadow
     QVBoxLayout* m_rows;
 };

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "CardHeader.h"
+#include "CardShadow.h"
 #include "FramelessDialog.h"
+#include "Pixels.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
 
 #include <QFrame>
-#include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -58,6 +59,8 @@ private slots:
     void cardFillsTheWindowButForItsShadow();
     void cardLooks_data();
     void cardLooks();
+    void shadowFallsAroundTheCard();
+    void repaintsNoMoreThanWhatChanges();
     void rowsOfACard();
     void header();
     void body();
@@ -132,9 +135,47 @@ void FramelessDialogTest::cardLooks()
     QFETCH(int, padding);
     const TestDialog dialog(alpha, padding);
     QVERIFY(dialog.card()->styleSheet().contains(QStringLiteral("padding: %1px;").arg(padding)));
-    const auto* shadow = qobject_cast<QGraphicsDropShadowEffect*>(dialog.card()->graphicsEffect());
+    const auto* shadow = dialog.findChild<CardShadow*>();
     QVERIFY(shadow);
     QCOMPARE(shadow->color(), QColor(0, 0, 0, alpha));
+    QCOMPARE(shadow->blurRadius(), 20.0);
+    QCOMPARE(shadow->offset(), QPointF(0, 4));
+}
+
+void FramelessDialogTest::shadowFallsAroundTheCard()
+{
+    TestDialog dialog;
+    for (const QSize& size : {QSize(400, 300), QSize(300, 400)}) {
+        dialog.resize(size);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QImage image = Pixels::imageOf(dialog);
+        const int below = image.pixelColor(size.width() / 2, size.height() - 5).lightness();
+        const int above = image.pixelColor(size.width() / 2, 5).lightness();
+        QVERIFY2(below < 240, qPrintable(QString::number(below)));
+        QVERIFY2(below < above, qPrintable(QString::number(above)));
+        QCOMPARE(image.pixelColor(size.width() / 2, 50), QColor(Theme::colors().surface));
+    }
+}
+
+void FramelessDialogTest::repaintsNoMoreThanWhatChanges()
+{
+    TestDialog dialog;
+    auto* changing = new QLabel;
+    auto* resting = new QLabel;
+    dialog.rows()->addWidget(changing);
+    dialog.rows()->addWidget(resting);
+    dialog.resize(400, 300);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QCoreApplication::processEvents();
+    const PaintCounter changed(changing);
+    const PaintCounter rested(resting);
+    const int pictures = dialog.findChild<CardShadow*>()->pictureCount();
+    changing->update();
+    QTRY_COMPARE(changed.count, 1);
+    QCOMPARE(rested.count, 0);
+    QCOMPARE(dialog.findChild<CardShadow*>()->pictureCount(), pictures);
 }
 
 void FramelessDialogTest::rowsOfACard()
