@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AddEditCategoryDialog.h"
+#include "CustomColorPickerDialog.h"
 #include "CustomMessageBox.h"
 #include "FontResource.h"
 #include "IconPickerDialog.h"
@@ -74,7 +75,12 @@ QList<NamedDialog> everyDialog()
         IconPickerDialog dialog(parent, QString());
         showNow(dialog, look);
     };
+    const auto colors = [](QWidget* parent, const std::function<void(QWidget&)>& look) {
+        CustomColorPickerDialog dialog(parent, QString());
+        showNow(dialog, look);
+    };
     return {
+        {"accent colour", colors},
         {"icon picker", picker},
         {"new section", sectionDialog("dialog.add_section_title", "dialog.lbl_section_name")},
         {"section", sectionDialog("dialog.edit_section_title", "dialog.lbl_section_name")},
