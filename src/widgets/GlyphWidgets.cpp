@@ -6,6 +6,7 @@
 #include "IconHelper.h"
 #include "ItemImages.h"
 #include "Keys.h"
+#include "RowPainting.h"
 #include "Theme.h"
 
 #include <QFontMetrics>
@@ -87,7 +88,8 @@ GlyphButton::GlyphButton(const QString& text, QWidget* parent) : QPushButton(tex
 
 void GlyphButton::setLabel(const QString& text)
 {
-    setText(Keys::withoutShortcut(text));
+    m_label = text;
+    setText(Keys::withoutShortcut(RowPainting::visiblePart(text, MaxLabelWidth)));
 }
 
 void GlyphButton::setGlyph(uint glyph, int px, const QString& color)
@@ -143,25 +145,52 @@ void GlyphButton::clearGlyph()
     setGlyph(0, m_px, m_color);
 }
 
+void GlyphButton::setPicture(const QString& iconPath)
+{
+    m_picture = iconPath;
+    if (!m_picture.isEmpty() && !m_awaitsPictures) {
+        ItemImages::repaintOnArrival(this);
+        m_awaitsPictures = true;
+    }
+    update(); // even for the same path: the file behind it may be another one by now
+}
+
+QPointF GlyphButton::leadingCenter() const
+{
+    const QPointF middle = centerOf(*this);
+    return {m_leftInset > 0 ? m_leftInset : middle.x(), middle.y()};
+}
+
+bool GlyphButton::paintPicture(QPainter* painter) const
+{
+    if (m_picture.isEmpty())
+        return false;
+    const ItemImages::Picture picture =
+        ItemImages::find(m_picture, iconSize(), painter->device()->devicePixelRatio());
+    if (picture.state == ItemImages::State::Ready) {
+        QRectF box(QPointF(), iconSize());
+        box.moveCenter(leadingCenter());
+        RowPainting::drawPicture(painter, box.toRect(), picture.pixmap);
+    }
+    return picture.state != ItemImages::State::None;
+}
+
 void GlyphButton::paintEvent(QPaintEvent* event)
 {
     QPushButton::paintEvent(event);
-    const bool hasLeading = isGlyphSet(m_glyph, m_px);
+    QPainter painter(this);
+    const bool hasLeading = !paintPicture(&painter) && isGlyphSet(m_glyph, m_px);
     const bool hasTrailing = isGlyphSet(m_trailGlyph, m_trailPx);
-    if (m_color.isEmpty() || (!hasLeading && !hasTrailing))
+    if (m_color.isEmpty())
         return;
 
     const bool isActive = underMouse() || hasFocus();
     const QColor color(isActive && !m_activeColor.isEmpty() ? m_activeColor : m_color);
-    const QPointF middle = centerOf(*this);
-    QPainter painter(this);
-    if (hasLeading) {
-        const double x = m_leftInset > 0 ? m_leftInset : middle.x();
-        IconHelper::drawGlyph(&painter, {x, middle.y()}, m_glyph, m_px, color);
-    }
+    if (hasLeading)
+        IconHelper::drawGlyph(&painter, leadingCenter(), m_glyph, m_px, color);
     if (hasTrailing) {
-        const double x = width() - m_rightInset;
-        IconHelper::drawGlyph(&painter, {x, middle.y()}, m_trailGlyph, m_trailPx, color);
+        const QPointF center(width() - m_rightInset, centerOf(*this).y());
+        IconHelper::drawGlyph(&painter, center, m_trailGlyph, m_trailPx, color);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QWidget>
 
+class QPainter;
 class QPointF;
 class QRectF;
 
@@ -46,9 +47,13 @@ public:
     explicit GlyphButton(QWidget* parent = nullptr);
     explicit GlyphButton(const QString& text, QWidget* parent = nullptr);
 
+    static constexpr int MaxLabelWidth = 4096; ///< pixels; what is beyond isn't even measured
+
     /// Shows `text` as it stands: an ampersand stays one and makes no shortcut, unlike in
-    /// `setText()`. For names that somebody has given.
+    /// `setText()`. For names that somebody has given, of any length.
     void setLabel(const QString& text);
+    /// What `setLabel` was given last, all of it.
+    const QString& label() const { return m_label; }
     /// Sets the leading glyph; `px` is its size in pixels, and `color` serves both glyphs.
     void setGlyph(uint glyph, int px, const QString& color);
     void setGlyphColor(const QString& color);
@@ -62,11 +67,23 @@ public:
     void setGlyphRightInset(double inset);
     /// Takes the leading glyph away; size, colours and the trailing glyph stay.
     void clearGlyph();
+    /// Shows the picture of an item in place of the leading glyph, fitted into `iconSize()`. It is
+    /// read off the GUI thread and appears when that is done; of a file that is no picture nothing
+    /// is shown, and where there is no file the glyph. No path at all takes the picture away.
+    /// \param iconPath icon string of an item; that of a glyph has no picture.
+    void setPicture(const QString& iconPath);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QPointF leadingCenter() const;
+    /// True if the place of the leading glyph is the picture's, be it read or not.
+    bool paintPicture(QPainter* painter) const;
+
+    QString m_label;
+    QString m_picture; ///< icon string; empty for none
+    bool m_awaitsPictures = false;
     uint m_glyph = 0;
     int m_px = 0;
     qreal m_leftInset = 0.0;

@@ -23,16 +23,6 @@ namespace
 constexpr qsizetype kNarrowCharacters = 256;
 constexpr char16_t kEllipsis = u'\u2026';
 
-/// Draws a picture in the middle of a box, on whole pixels of the screen.
-void drawPicture(QPainter* painter, const QRect& box, const QPixmap& picture)
-{
-    const qreal ratio = picture.devicePixelRatio();
-    const QRect pixels(QPoint(0, 0), (QSizeF(box.size()) * ratio).toSize());
-    QRect target(QPoint(0, 0), picture.size());
-    target.moveCenter(pixels.center());
-    painter->drawPixmap(box.topLeft() + QPointF(target.topLeft()) / ratio, picture);
-}
-
 } // namespace
 
 QFont RowPainting::rowFont(int px, QFont::Weight weight)
@@ -110,6 +100,15 @@ void RowPainting::drawItemCircle(QPainter* painter, const Circle& circle, int pi
     fillCircle(painter, circle);
     if (picture.state == ItemImages::State::Ready)
         drawPicture(painter, box, picture.pixmap);
+}
+
+void RowPainting::drawPicture(QPainter* painter, const QRect& box, const QPixmap& picture)
+{
+    const qreal ratio = picture.devicePixelRatio();
+    const QRect pixels(QPoint(0, 0), (QSizeF(box.size()) * ratio).toSize());
+    QRect target(QPoint(0, 0), picture.size());
+    target.moveCenter(pixels.center());
+    painter->drawPixmap(box.topLeft() + QPointF(target.topLeft()) / ratio, picture);
 }
 
 QPainterPath RowPainting::twoRadiusPath(const QRect& rect, qreal topRadius, qreal bottomRadius)

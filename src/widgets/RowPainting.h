@@ -12,6 +12,7 @@
 class QFontMetrics;
 class QModelIndex;
 class QPainter;
+class QPixmap;
 
 /// What the painters of rows and tiles have in common. Texts may be of any length and content: what
 /// lies beyond the visible part costs nothing. GUI thread only.
@@ -57,6 +58,9 @@ void drawGlyphCircle(QPainter* painter, const Circle& circle, uint glyph);
 /// \param token icon string of the item
 void drawItemCircle(QPainter* painter, const Circle& circle, int pictureInset, const QString& token,
                     const QString& type);
+
+/// Draws a picture in the middle of a box, on whole pixels of the screen.
+void drawPicture(QPainter* painter, const QRect& box, const QPixmap& picture);
 
 /// A rounded rectangle with one radius for its upper and one for its lower corners, each bounded to
 /// half the shorter side.

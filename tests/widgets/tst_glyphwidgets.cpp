@@ -165,6 +165,10 @@ private slots:
     void clearGlyphKeepsTheTrailingOne();
     void buttonRepaintsOnlyOnChange_data();
     void buttonRepaintsOnlyOnChange();
+    void buttonShowsAPictureInPlaceOfItsGlyph();
+    void buttonPictureStates_data();
+    void buttonPictureStates();
+    void buttonIsPaintedAgainOnceItsPictureIsRead();
 
     void badgeShowsAGlyphOnACircle_data();
     void badgeShowsAGlyphOnACircle();
@@ -462,6 +466,70 @@ void GlyphWidgetsTest::buttonRepaintsOnlyOnChange()
     Stage stage(button);
     QVERIFY(stage.waitUntilReady());
     QTEST(stage.repaintsOn([&] { act(*button); }), "repaints");
+}
+
+void GlyphWidgetsTest::buttonShowsAPictureInPlaceOfItsGlyph()
+{
+    const QString file = writePicture();
+    GlyphButton button;
+    button.setStyleSheet(kFlatSheet);
+    button.resize(60, 40);
+    button.setIconSize({20, 20});
+    button.setGlyph(Glyph::Add, 20, kInkName);
+    QCOMPARE(pictureOnceRead(file, {20, 20}).state, ItemImages::State::Ready);
+    button.setPicture(file);
+    const QImage image = Pixels::imageOf(button);
+    // 10 by 4 pixels in a box of 20 by 20, in its own shape.
+    QCOMPARE(Pixels::inkBox(image), QRect(20, 16, 20, 8));
+    QCOMPARE(image.pixelColor(22, 20), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(37, 20), QColor(Qt::blue));
+    button.setGlyphLeftInset(15);
+    QCOMPARE(Pixels::inkBox(Pixels::imageOf(button)), QRect(5, 16, 20, 8));
+    button.setPicture(QString());
+    QVERIFY(Pixels::isCentredOn(Pixels::inkBox(Pixels::imageOf(button)), QPointF(15, 20)));
+}
+
+void GlyphWidgetsTest::buttonPictureStates_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("showsGlyph");
+    const QDir dir(TestHome::dataDir());
+    QTest::newRow("no such file") << dir.filePath("gone.png") << true;
+    QTest::newRow("glyph token") << "glyph:e2c7" << true;
+    QTest::newRow("no picture") << TestHome::writeDataFile("text.png", "text") << false;
+    QTest::newRow("directory") << dir.path() << false;
+}
+
+void GlyphWidgetsTest::buttonPictureStates()
+{
+    QFETCH(const QString, path);
+    QFETCH(const bool, showsGlyph);
+    GlyphButton button;
+    button.setStyleSheet(kFlatSheet);
+    button.resize(40, 40);
+    button.setIconSize({20, 20});
+    button.setGlyph(Glyph::Add, 24, kInkName);
+    button.setTrailingGlyph(Glyph::Close, 10);
+    button.setGlyphRightInset(6);
+    pictureOnceRead(path, {20, 20});
+    button.setPicture(path);
+    const QImage image = Pixels::imageOf(button);
+    QCOMPARE(image.pixelColor(20, 20) == kInk, showsGlyph);
+    QVERIFY(!Pixels::inkBox(image.copy(28, 0, 12, 40)).isEmpty()); // the trailing one stays
+}
+
+void GlyphWidgetsTest::buttonIsPaintedAgainOnceItsPictureIsRead()
+{
+    const QString file = writePicture(QStringLiteral("latebutton.png"));
+    auto* button = new GlyphButton;
+    button->setIconSize({20, 20});
+    button->setPicture(file);
+    const Stage stage(button);
+    const PaintWatcher watcher(button, [&file] {
+        return ItemImages::find(file, {20, 20}, 1.0).state == ItemImages::State::Ready;
+    });
+    QTRY_VERIFY(watcher.wasTrue());
+    QVERIFY(!Pixels::boxOfColor(Pixels::imageOf(*button), Qt::red).isEmpty());
 }
 
 void GlyphWidgetsTest::badgeShowsAGlyphOnACircle_data()
