@@ -3,8 +3,8 @@
 
 #include "IconPickerDialog.h"
 
-#include "AutoQuitBlocker.h"
 #include "CardHeader.h"
+#include "FileChooser.h"
 #include "GlyphWidgets.h"
 #include "IconGrid.h"
 #include "IconHelper.h"
@@ -12,7 +12,6 @@
 #include "Localization.h"
 #include "Theme.h"
 
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -99,10 +98,8 @@ void IconPickerDialog::choose(const QString& iconPath)
 
 void IconPickerDialog::browse()
 {
-    const AutoQuitBlocker blocker;
-    const QString path =
-        QFileDialog::getOpenFileName(this, Tr::t("dialog.pick_icon_title"), QString(),
-                                     QStringLiteral("Images (*.png *.jpg *.jpeg *.ico)"));
+    const QString path = FileChooser::openFile(this, Tr::t("dialog.pick_icon_title"),
+                                               QStringLiteral("Images (*.png *.jpg *.jpeg *.ico)"));
     if (!path.isEmpty())
         choose(path);
 }

@@ -5,6 +5,7 @@
 
 #include "Keys.h"
 #include "Localization.h"
+#include "ModalRun.h"
 #include "Theme.h"
 
 #include <QFrame>
@@ -187,8 +188,8 @@ CustomMessageBox::StandardButton CustomMessageBox::critical(QWidget* parent, con
 int CustomMessageBox::showMessage(QWidget* parent, const QString& title, const QString& text,
                                   Severity severity)
 {
-    CustomMessageBox box(parent, title, text, Ok, Ok, severity);
-    return box.exec();
+    ModalRun<CustomMessageBox> box(parent, title, text, Ok, Ok, severity);
+    return box.exec().value_or(NoButton);
 }
 
 int CustomMessageBox::customQuestion(QWidget* parent, const QString& title, const QString& text,
@@ -196,15 +197,15 @@ int CustomMessageBox::customQuestion(QWidget* parent, const QString& title, cons
                                      const QVector<int>& destructiveIndices)
 {
     const ColorTokens c = Theme::colors();
-    CustomMessageBox box(parent, title, text, NoButton, NoButton, Info);
+    ModalRun<CustomMessageBox> box(parent, title, text, NoButton, NoButton, Info);
     for (int i = 0; i < btns.size(); ++i) {
         QString style = i == defaultIdx ? Theme::primaryBtnStyle(c) : Theme::actionBtnStyle(c);
         if (destructiveIndices.contains(i))
             style = Theme::destructiveBtnStyle(c); // a default that destroys still warns
-        box.addButton(btns.at(i), style, i == defaultIdx, i);
+        box->addButton(btns.at(i), style, i == defaultIdx, i);
     }
-    box.adjustSize();
-    return box.exec();
+    box->adjustSize();
+    return box.exec().value_or(NoAnswer);
 }
 
 bool CustomMessageBox::eventFilter(QObject* watched, QEvent* event)

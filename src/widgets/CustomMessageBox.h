@@ -47,10 +47,13 @@ public:
     static int showMessage(QWidget* parent, const QString& title, const QString& text,
                            Severity severity);
 
+    static constexpr int NoAnswer = -1; ///< of a question that went with its parent
+
     /// Asks a question with buttons of the caller's and waits for the answer.
     /// \param defaultIdx the button that Enter triggers.
     /// \param destructiveIndices the buttons that are shown in red, even the default one.
-    /// \returns the index of the button. Esc, Backspace and closing give 0, like the first button.
+    /// \returns the index of the button. Esc, Backspace and closing give 0, like the first button;
+    /// a parent that is deleted meanwhile gives `NoAnswer`.
     static int customQuestion(QWidget* parent, const QString& title, const QString& text,
                               const QStringList& btns, int defaultIdx,
                               const QVector<int>& destructiveIndices);

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FileChooser.h"
+
+#include "AutoQuitBlocker.h"
+#include "ModalRun.h"
+
+#include <QFileDialog>
+
+QString FileChooser::openFile(QWidget* parent, const QString& caption, const QString& filter)
+{
+    const AutoQuitBlocker blocker;
+    ModalRun<QFileDialog> chooser(parent, caption, QString(), filter);
+    chooser->setFileMode(QFileDialog::ExistingFile);
+    chooser->setSupportedSchemes({QStringLiteral("file")});
+    const std::optional<int> result = chooser.exec();
+    return result == QDialog::Accepted ? chooser->selectedFiles().value(0) : QString();
+}
