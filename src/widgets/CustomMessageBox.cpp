@@ -6,6 +6,7 @@
 #include "Keys.h"
 #include "Localization.h"
 #include "ModalRun.h"
+#include "SoftBreaks.h"
 #include "Theme.h"
 
 #include <QFrame>
@@ -16,7 +17,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTextBoundaryFinder>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -53,26 +53,6 @@ QString titleColor(CustomMessageBox::Severity severity, const ColorTokens& c)
         break;
     }
     return c.onSurface;
-}
-
-/// `text` with places to break in stretches that no line could hold, such as a long file name. A
-/// label wraps at natural places alone, so it would push the dialog over the edge of the screen.
-QString withSoftBreaks(const QString& text)
-{
-    constexpr QChar kZeroWidthSpace(0x200B);
-    QString result;
-    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
-    qsizetype stretchLength = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        breaks.setPosition(i);
-        stretchLength = breaks.isAtBoundary() ? 1 : stretchLength + 1;
-        if (stretchLength > kMaxStretch && !text.at(i).isLowSurrogate()) {
-            result += kZeroWidthSpace;
-            stretchLength = 1;
-        }
-        result += text.at(i);
-    }
-    return result;
 }
 
 QLabel* makeLabel(const QString& text, const QString& style)
@@ -124,8 +104,8 @@ void CustomMessageBox::buildTexts(const QString& title, const QString& text, Sev
     const ColorTokens c = Theme::colors();
     rows()->addWidget(makeLabel(
         title, Theme::textStyle(titleColor(severity, c), FontTokens::SizeLg, Theme::Weight::Bold)));
-    QLabel* body =
-        makeLabel(withSoftBreaks(text), Theme::textStyle(c.onSurfaceVariant, FontTokens::SizeMd));
+    QLabel* body = makeLabel(withSoftBreaks(text, kMaxStretch),
+                             Theme::textStyle(c.onSurfaceVariant, FontTokens::SizeMd));
     body->setWordWrap(true);
     body->setMaximumWidth(kMaxTextWidth);
     body->setAccessibleName(text);
