@@ -32,12 +32,25 @@ public:
     /// The same, and on success the slot takes `combo` and stores it.
     bool setHotkeyAndSave(const QString& combo);
 
+    /// The same, but if `combo` is refused even at the last step, the slot's combination is
+    /// registered again, so that the user is not left without a hotkey.
+    bool changeHotkeyAndSave(const QString& combo);
+
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 signals:
     void hotkeyTriggered();
 
 private:
+    enum class Outcome {
+        Registered,
+        Refused, ///< and the combination before it is in force
+        Lost     ///< and so is the combination before it
+    };
+
+    Outcome apply(const QString& combo);
+    void save(const QString& combo);
+
     WId m_windowId;
     int m_hotkeyId;
     HotkeyManager::Slot* m_slot;

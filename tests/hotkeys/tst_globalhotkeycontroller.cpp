@@ -46,6 +46,10 @@ private slots:
     void savesNothingWithoutASlot();
     void refusedChangeLeavesSlotAndFile();
     void lateRefusalLeavesSlotAndFile();
+    void changeSavesASuccess();
+    void changeLeavesNothingDead_data();
+    void changeLeavesNothingDead();
+    void changeWithoutASlot();
 
     void eventIsFilteredById_data();
     void eventIsFilteredById();
@@ -300,6 +304,57 @@ void GlobalHotkeyControllerTest::lateRefusalLeavesSlotAndFile()
     QCOMPARE(m_slot.vk, 32u);
     QCOMPARE(storedCombo(), "Ctrl+Alt+Space");
     QVERIFY(m_backend->registrations().isEmpty());
+}
+
+void GlobalHotkeyControllerTest::changeSavesASuccess()
+{
+    const auto first = controller(1, &m_slot);
+    QVERIFY(first->applyHotkey(m_slot.combo));
+    QVERIFY(first->changeHotkeyAndSave("Ctrl+Alt+K"));
+    QCOMPARE(m_slot.combo, "Ctrl+Alt+K");
+    QCOMPARE(m_slot.vk, 'K');
+    QCOMPARE(storedCombo(), "Ctrl+Alt+K");
+    const QVector<Registration> expected{{kWindow, 1, kCtrlAlt | kNoRepeat, 'K'}};
+    QCOMPARE(m_backend->registrations(), expected);
+}
+
+void GlobalHotkeyControllerTest::changeLeavesNothingDead_data()
+{
+    QTest::addColumn<QString>("combo");
+    QTest::addColumn<int>("attempts"); // to register anything
+    QTest::newRow("empty") << "" << 0;
+    QTest::newRow("no combination") << "Hyper+K" << 0;
+    QTest::newRow("against the rules") << "Ctrl+C" << 0;
+    QTest::newRow("taken by another program") << "Ctrl+Alt+T" << 1;
+    // Probe, registration with and without the flag, and the one before again.
+    QTest::newRow("taken at the last step") << "Ctrl+Alt+K" << 4;
+}
+
+void GlobalHotkeyControllerTest::changeLeavesNothingDead()
+{
+    QFETCH(QString, combo);
+    QFETCH(int, attempts);
+    m_backend->takeByOther(kCtrlAlt, 'T');
+    m_backend->refuseUnder(1, kCtrlAlt, 'K');
+    const auto first = controller(1, &m_slot);
+    QVERIFY(first->applyHotkey(m_slot.combo));
+    const qsizetype before = m_backend->attempts().size();
+    if (attempts == 4)
+        QTest::ignoreMessage(QtDebugMsg,
+                             "GlobalHotkeyController: Failed to register hotkey \"Ctrl+Alt+K\"");
+    QVERIFY(!first->changeHotkeyAndSave(combo));
+    QCOMPARE(m_backend->attempts().size() - before, attempts);
+    const QVector<Registration> expected{{kWindow, 1, kCtrlAlt | kNoRepeat, 32}};
+    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_slot.combo, "Ctrl+Alt+Space");
+    QCOMPARE(storedCombo(), "Ctrl+Alt+Space");
+}
+
+void GlobalHotkeyControllerTest::changeWithoutASlot()
+{
+    const auto first = controller(1, nullptr);
+    QVERIFY(!first->changeHotkeyAndSave("Ctrl+Alt+K"));
+    QVERIFY(m_backend->attempts().isEmpty());
 }
 
 void GlobalHotkeyControllerTest::eventIsFilteredById_data()

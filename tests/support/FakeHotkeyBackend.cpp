@@ -18,7 +18,9 @@ bool FakeHotkeyBackend::registerHotkey(WId window, int id, unsigned int modifier
     const Registration wanted{window, id, modifiers, key};
     m_attempts.append(wanted);
     const bool isRefused = (m_refusesNoRepeat && (modifiers & NoRepeat)) ||
-                           m_refusedIds.contains(id) || isTaken(modifiers & ~NoRepeat, key);
+                           m_refusedIds.contains(id) ||
+                           m_refused.contains({0, id, modifiers & ~NoRepeat, key}) ||
+                           isTaken(modifiers & ~NoRepeat, key);
     if (!isRefused)
         m_registrations.append(wanted);
     return !isRefused;

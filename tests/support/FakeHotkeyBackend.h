@@ -44,6 +44,13 @@ public:
     /// Refuses every registration under that id.
     void refuseId(int id) { m_refusedIds.append(id); }
 
+    /// Refuses one combination under that id alone, as when another program takes it between a
+    /// probe and the registration.
+    void refuseUnder(int id, unsigned int modifiers, unsigned int key)
+    {
+        m_refused.append({0, id, modifiers, key});
+    }
+
     const QVector<Registration>& registrations() const { return m_registrations; }
     /// Every attempt to register, granted or not, in order.
     const QVector<Registration>& attempts() const { return m_attempts; }
@@ -57,6 +64,7 @@ private:
     QVector<Registration> m_registrations;
     QVector<Registration> m_attempts;
     QVector<Registration> m_others;
+    QVector<Registration> m_refused; ///< under one id each, whatever the window
     QVector<int> m_refusedIds;
     bool m_refusesNoRepeat = false;
 };
