@@ -5,19 +5,24 @@
 #include "ConfirmDot.h"
 #include "CustomWidgets.h"
 #include "FlowLayout.h"
+#include "FolderFilter.h"
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
 #include "Localization.h"
+#include "RowPainting.h"
 #include "Settings.h"
 #include "SpotlightWindow.h"
 #include "Theme.h"
+#include "ToolTips.h"
 #include "Types.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QMenu>
 #include <QScreen>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -95,6 +100,16 @@ void SpotlightWindow::removeScope(const QString& key)
     setScopeKeys(keys);
 }
 
+void SpotlightWindow::removeFolder(const QString& path)
+{
+    QStringList folders = FolderFilter::folders();
+    if (folders.removeAll(path) == 0)
+        return;
+    FolderFilter::setFolders(folders);
+    refreshFilterChips();
+    rebuildResults(m_searchInput->text(), m_scopeKeys);
+}
+
 void SpotlightWindow::refreshFilterChips()
 {
     if (!m_chipRow || !m_chipLayout)
@@ -105,6 +120,15 @@ void SpotlightWindow::refreshFilterChips()
         chip->deleteLater();
     }
     m_chips.clear();
+    addScopeChips();
+    addFolderChips();
+    fitChipMargins();
+    m_chipRow->setVisible(!m_chips.isEmpty());
+    applyResultsLayout(m_resultsList->count());
+}
+
+void SpotlightWindow::addScopeChips()
+{
     for (const ScopeDef& def : scopeDefs()) {
         const QString key = QString::fromLatin1(def.typeKey);
         if (key.isEmpty() || !m_scopeKeys.contains(key))
@@ -112,8 +136,28 @@ void SpotlightWindow::refreshFilterChips()
         const GlyphButton* chip = addFilterChip(scopeGlyph(def), scopeLabel(def));
         connect(chip, &QPushButton::clicked, this, [this, key] { removeScope(key); });
     }
-    m_chipRow->setVisible(!m_chips.isEmpty());
-    applyResultsLayout(m_resultsList->count());
+}
+
+void SpotlightWindow::addFolderChips()
+{
+    const QString removeText = Tr::t(QStringLiteral("spotlight.chip_remove"));
+    const QStringList folders = FolderFilter::folders();
+    for (const QString& path : folders) {
+        const QString name = QDir(path).dirName();
+        GlyphButton* chip = addFilterChip(Glyph::Folder, name.isEmpty() ? path : name);
+        chip->setToolTip(ToolTips::plain(path + QLatin1Char('\n') + removeText));
+        connect(chip, &QPushButton::clicked, this, [this, path] { removeFolder(path); });
+    }
+}
+
+void SpotlightWindow::fitChipMargins()
+{
+    int widest = 0;
+    for (const GlyphButton* chip : std::as_const(m_chips))
+        widest = std::max(widest, chip->width());
+    // The longest name there may be takes the whole row; beside margins it would widen the window.
+    const int margin = std::clamp((ChipRowWidth - widest) / 2, 0, CHIP_MARGIN);
+    m_chipLayout->setContentsMargins(margin, 0, margin, 0);
 }
 
 GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
@@ -122,7 +166,10 @@ GlyphButton* SpotlightWindow::addFilterChip(uint glyph, const QString& label)
     chip->setFocusPolicy(Qt::NoFocus);
     chip->setCursor(Qt::PointingHandCursor);
     chip->setToolTip(Tr::t(QStringLiteral("spotlight.chip_remove")));
-    const QString elided = chip->fontMetrics().elidedText(label, Qt::ElideRight, kChipTextWidth);
+    chip->ensurePolished(); // the window's style sheet brings another font
+    QString name = label;
+    name.replace(QLatin1Char('\n'), QLatin1Char(' ')); // a chip has one line
+    const QString elided = RowPainting::elidedLine(chip->fontMetrics(), name, kChipTextWidth);
     PillStyle::applyFilterChip(chip, glyph, elided);
     m_chipLayout->addWidget(chip);
     m_chips.append(chip);

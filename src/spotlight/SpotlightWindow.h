@@ -41,7 +41,8 @@ public:
     static constexpr int STRIP_PAD = 18;
     static constexpr int PILL_INSET = 8;
     static constexpr int ChipRowWidth = 484;
-    static constexpr int SEAM_GAP = 0; ///< between strip and panel
+    static constexpr int CHIP_MARGIN = 8; ///< beside the chips, where their widths leave it
+    static constexpr int SEAM_GAP = 0;    ///< between strip and panel
     static constexpr int RESULTS_PAD_SIDE = 6;
     static constexpr int RESULTS_PAD_TOP = 4;
     static constexpr int RESULTS_PAD_BOTTOM = 4;
@@ -79,6 +80,9 @@ public:
     /// Narrows the present search, until the next show.
     void setScopeKeys(const QStringList& keys);
     void removeScope(const QString& key);
+
+    /// Takes a folder from those that file results are limited to, for good.
+    void removeFolder(const QString& path);
 
     /// Fills the list for a text as typed. Synchronous; selects the first result.
     void rebuildResults(const QString& text, const QStringList& scopeKeys);
@@ -130,6 +134,9 @@ private:
     bool handleFieldKey(int key, Qt::KeyboardModifiers modifiers);
 
     void refreshFilterChips();
+    void addScopeChips();
+    void addFolderChips();
+    void fitChipMargins();
     GlyphButton* addFilterChip(uint glyph, const QString& label);
     void showFilterMenu();
     static void placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row);
