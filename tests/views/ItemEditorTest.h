@@ -61,6 +61,9 @@ protected:
     void rebuild()
     {
         m_window = std::make_unique<QWidget>();
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(Theme::panelBg()));
+        m_window->setPalette(palette);
         m_panel = new ItemEditorPanel(m_model.get(), m_window.get());
         m_window->resize(CardWidth, 480);
         m_panel->resize(m_window->size());

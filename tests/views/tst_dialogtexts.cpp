@@ -4,7 +4,7 @@
 #include "AddEditCategoryDialog.h"
 #include "CustomColorPickerDialog.h"
 #include "CustomMessageBox.h"
-#include "FontResource.h"
+#include "FittingText.h"
 #include "IconPickerDialog.h"
 #include "Localization.h"
 #include "TestHome.h"
@@ -13,7 +13,6 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QStyleOptionButton>
 #include <QTest>
 
 #include <functional>
@@ -112,30 +111,6 @@ QList<QPushButton*> labelledButtons(const QWidget& dialog)
     return buttons;
 }
 
-/// Where a button puts its text: inside the border and the padding of its style sheet.
-QRect contentsOf(const QPushButton& button)
-{
-    QStyleOptionButton option;
-    option.initFrom(&button);
-    option.text = button.text();
-    return button.style()->subElementRect(QStyle::SE_PushButtonContents, &option, &button);
-}
-
-/// The fonts of the program, at the size and weight in which it starts.
-void useProgramFont()
-{
-    addFontResource(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        addFontResource(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
-    QFont font;
-    font.setFamilies(FontTokens::Families);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    font.setPointSize(10);
-    font.setWeight(QFont::DemiBold);
-    QApplication::setFont(font);
-}
-
 } // namespace
 
 /// Whether the texts of the dialogs fit where they are shown, in all languages.
@@ -159,7 +134,7 @@ private:
 
 void DialogTextsTest::initTestCase()
 {
-    useProgramFont();
+    FittingText::useProgramFont();
     m_parent.setStyleSheet(QStringLiteral("QWidget { font-family: %1; }").arg(FontTokens::Family));
     QCOMPARE(QFontInfo(QApplication::font()).family(), "Plus Jakarta Sans");
 }
@@ -194,7 +169,7 @@ void DialogTextsTest::buttonFits()
     Tr::currentLang = lang;
     show(&m_parent, [index](QWidget& dialog) {
         const QPushButton* button = labelledButtons(dialog).at(index);
-        const QRect contents = contentsOf(*button);
+        const QRect contents = FittingText::contentsOf(*button);
         QVERIFY(contents.width() < button->width()); // border and padding are in it
         const QSize text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
         QVERIFY2(text.width() <= contents.width(),
