@@ -8,18 +8,16 @@
 // stand beside a reference of the same kind.
 
 #include "SpotlightFixture.h"
+#include "Stopwatch.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTest>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <vector>
 
 namespace
 {
@@ -28,38 +26,9 @@ constexpr int kItemCount = 1000;
 constexpr int kRounds = 25;
 constexpr int kForceLight = 1;
 constexpr qsizetype kPastedLength = 1024 * 1024;
-constexpr double kNsPerMs = 1e6;
 
 /// From all items down to one, and on to none.
 const QString kTyped = QStringLiteral("item number 733x");
-
-struct Timing
-{
-    double medianMs = 0.0;
-    double worstMs = 0.0;
-};
-
-class Stopwatch
-{
-public:
-    /// Adds the time that `work` takes.
-    void measure(const std::function<void()>& work)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        m_times.push_back(static_cast<double>(timer.nsecsElapsed()) / kNsPerMs);
-    }
-
-    Timing timing()
-    {
-        std::sort(m_times.begin(), m_times.end());
-        return {m_times[m_times.size() / 2], m_times.back()};
-    }
-
-private:
-    std::vector<double> m_times;
-};
 
 /// A window with a field and nothing behind it.
 class BareWindow : public QWidget
@@ -137,13 +106,6 @@ Timing timePasting(QLineEdit* field)
         });
     }
     return stopwatch.timing();
-}
-
-void report(const char* what, const Timing& timing, const Timing& reference)
-{
-    std::printf("%-32s median %9.3f ms  worst %9.3f ms  = %7.1f x bare (%.3f ms, worst %.3f ms)\n",
-                what, timing.medianMs, timing.worstMs, timing.medianMs / reference.medianMs,
-                reference.medianMs, reference.worstMs);
 }
 
 } // namespace
