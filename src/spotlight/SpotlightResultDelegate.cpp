@@ -3,10 +3,8 @@
 
 #include "SpotlightResultDelegate.h"
 
-#include "Localization.h"
 #include "RowPainting.h"
 #include "Theme.h"
-#include "Types.h"
 
 #include <QIcon>
 #include <QPainter>
@@ -42,15 +40,7 @@ void SpotlightResultDelegate::setFirstRowTopRadius(int radius)
 
 QString SpotlightResultDelegate::typeLabel(const QString& type)
 {
-    if (type == ItemType::Url)
-        return Tr::t(QStringLiteral("spotlight.type_url"));
-    if (type == ItemType::File)
-        return Tr::t(QStringLiteral("spotlight.type_file"));
-    if (type == ItemType::Snippet)
-        return Tr::t(QStringLiteral("spotlight.type_snippet"));
-    if (type == ItemType::Bulk)
-        return Tr::t(QStringLiteral("spotlight.type_bulk"));
-    return Tr::t(QStringLiteral("spotlight.type_app"));
+    return RowPainting::typeLabel(type);
 }
 
 QPainterPath SpotlightResultDelegate::twoRadiusPath(const QRect& rect, int topRadius,

@@ -3,9 +3,11 @@
 
 #include "MainWindow.h"
 
+#include "ActionsPanel.h"
 #include "AutoQuitBlocker.h"
 #include "CardShape.h"
 #include "GlobalHotkeyController.h"
+#include "HomeView.h"
 #include "HotkeyManager.h"
 #include "IconHelper.h"
 #include "LauncherModel.h"
@@ -19,9 +21,12 @@
 #include <QDir>
 #include <QFrame>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPropertyAnimation>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSequentialAnimationGroup>
 #include <QStackedWidget>
 #include <QTimer>
@@ -39,7 +44,6 @@ constexpr int kBalloonMs = 6000;
 constexpr int kTrayCanvas = 64;
 constexpr int kTrayGlyphPx = 48;
 constexpr int kFontPoints = 10;
-constexpr int kSettingsPage = 1;
 
 const QString kLastCategoryKey = QStringLiteral("lastCategory");
 
@@ -63,6 +67,7 @@ MainWindow::MainWindow(QWidget* parent) : FramelessWindow(parent)
     Theme::loadSettings();
     Tr::loadSettings();
     loadModel();
+    connectModel();
     // The hotkey needs a native window before the first show.
     const QString hotkeyWarning =
         HotkeyManager::loadSettings(HotkeyManager::mainWindowSlot, winId());
@@ -100,6 +105,21 @@ void MainWindow::loadModel()
         return;
     const QString last = Settings::value(kLastCategoryKey).toString();
     m_model->setCurrentCategory(categories.contains(last) ? last : categories.constFirst());
+}
+
+void MainWindow::connectModel()
+{
+    connect(m_model, &LauncherModel::categoriesChanged, this, &MainWindow::refreshCategories);
+    connect(m_model, &LauncherModel::itemsChanged, this, [this] {
+        if (m_homeView)
+            m_homeView->refreshUI(-1, false);
+    });
+}
+
+void MainWindow::refreshCategories()
+{
+    if (m_homeView)
+        m_homeView->refreshCategories(-1, false);
 }
 
 void MainWindow::setUpTray(const QString& hotkeyWarning)
@@ -303,8 +323,10 @@ void MainWindow::setupUI()
     // Left to the layout, the new content would appear one turn of the event loop later.
     m_bgContainer->show();
     chooseValidCategory();
-    // A window that isn't there would take the keyboard from the one that is.
-    if (isVisible() && !m_isClosing)
+    refreshCategories();
+    // A window that isn't there would take the keyboard from the one that is, and one that lies
+    // behind a dialog would take it from there for nobody.
+    if (isVisible() && !m_isClosing && !QApplication::activeModalWidget())
         activateWindow();
     m_rebuildInProgress = false;
 }
@@ -315,6 +337,9 @@ void MainWindow::deleteTree()
     const QFrame* tree = m_bgContainer;
     m_bgContainer = nullptr;
     m_mainStack = nullptr;
+    m_homeView = nullptr;
+    m_itemEditorOpen = false;
+    m_actionsStepBeforeEditor = ActionsNone;
     delete tree;
 }
 
@@ -340,12 +365,28 @@ void MainWindow::buildPages()
     m_mainStack = new QStackedWidget(m_bgContainer);
     containerLayout->addWidget(m_mainStack, 1);
     connect(m_mainStack, &QStackedWidget::currentChanged, this,
-            [this](int index) { applyWindowSize(index == kSettingsPage); });
+            [this](int index) { applyWindowSize(index == SettingsPage); });
     auto* homePage = new QWidget(m_mainStack);
     auto* homeLayout = new QVBoxLayout(homePage);
     homeLayout->setContentsMargins(0, 0, 0, 0);
     homeLayout->setSpacing(0);
+    m_homeView = new HomeView(m_model, this, nullptr);
+    homeLayout->addWidget(m_homeView, 1);
     m_mainStack->addWidget(homePage);
+    connectHomeView();
+}
+
+void MainWindow::connectHomeView()
+{
+    QListWidget* list = m_homeView->list();
+    list->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(list, &QWidget::customContextMenuRequested, this, &MainWindow::showContextMenu);
+    connect(list, &QListWidget::itemDoubleClicked, this, &MainWindow::handleItemExecution);
+    connect(list, &QListWidget::itemSelectionChanged, this, [this] {
+        // A list that goes with its page may still say that it has lost its rows.
+        if (m_homeView)
+            m_homeView->updatePreviewPanel(m_homeView->list()->currentItem());
+    });
 }
 
 void MainWindow::chooseValidCategory()
@@ -365,7 +406,7 @@ void MainWindow::rebuildUIPreservingFocus()
         QTimer::singleShot(0, this, &MainWindow::rebuildUIPreservingFocus);
         return;
     }
-    const QWidget* focused = QApplication::focusWidget();
+    const QWidget* focused = focusedInHere();
     const QString focusName = focused ? focused->objectName() : QString();
     const auto rebuild = [this, focusName] { rebuildNow(focusName); };
     if (isHidden() || m_isClosing)
@@ -379,10 +420,23 @@ void MainWindow::rebuildNow(const QString& focusName)
     setupUI();
     m_trayShowAction->setText(Tr::t(QStringLiteral("main.tray_show")));
     m_trayQuitAction->setText(Tr::t(QStringLiteral("main.tray_exit")));
-    if (focusName.isEmpty())
-        return;
-    if (auto* widget = m_bgContainer->findChild<QWidget*>(focusName))
-        widget->setFocus();
+    giveFocusBack(focusName);
+}
+
+/// Who has the focus or, behind a menu or a dialog, has it again at its end.
+QWidget* MainWindow::focusedInHere() const
+{
+    QWidget* focused = QApplication::focusWidget();
+    return focused && isAncestorOf(focused) ? focused : focusWidget();
+}
+
+void MainWindow::giveFocusBack(const QString& focusName)
+{
+    auto* widget = focusName.isEmpty() ? nullptr : m_bgContainer->findChild<QWidget*>(focusName);
+    // The form that was open is closed now, and what is in it would take the keys unseen.
+    if (!widget || !widget->isVisibleTo(m_bgContainer))
+        widget = m_homeView->searchInput();
+    widget->setFocus();
 }
 
 void MainWindow::placeOnScreen()
@@ -392,8 +446,23 @@ void MainWindow::placeOnScreen()
 
 void MainWindow::finishShow()
 {
-    if (m_mainStack)
-        m_mainStack->setCurrentIndex(0);
+    if (!m_homeView)
+        return;
+    m_mainStack->setCurrentIndex(HomePage);
+    if (m_homeView->actionsPanel()->currentStep() != ActionsNone)
+        closeItemActionsPanel();
+    m_homeView->searchInput()->clear();
+    if (m_itemEditorOpen)
+        closeItemEditor(-1);
+    if (m_model->currentCategory().isEmpty())
+        m_model->setCurrentCategory(m_model->data().categories.value(0));
+    refreshCategories();
+    m_homeView->categoryStrip()->setFocus();
+}
+
+bool MainWindow::isHomePage() const
+{
+    return m_homeView && m_mainStack && m_mainStack->currentIndex() == HomePage;
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
@@ -403,11 +472,16 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || widget->window() != this)
         return FramelessWindow::eventFilter(watched, event);
+    if (isHomePage() && m_homeView->handleEvent(watched, event))
+        return true;
     // Taken here, Tab arrives as a key press instead of moving the focus.
     if (event->type() == QEvent::ShortcutOverride &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
         event->accept();
         return true;
     }
+    if (event->type() == QEvent::KeyPress &&
+        handleKeyPress(watched, static_cast<QKeyEvent*>(event)))
+        return true;
     return FramelessWindow::eventFilter(watched, event);
 }

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "ActionsPanel.h"
 #include "FramelessWindow.h"
+#include "Types.h"
 
 #include <QPointer>
 #include <QSystemTrayIcon>
@@ -11,12 +13,19 @@
 #include <functional>
 
 class GlobalHotkeyController;
+class HomeView;
 class LauncherModel;
 class QAbstractAnimation;
 class QAction;
 class QFrame;
+class QKeyEvent;
+class QListWidgetItem;
 class QMenu;
 class QStackedWidget;
+namespace ActionsMenu
+{
+class Popup;
+}
 
 /// The frameless home window. Owns the document's model, the tray icon and the hotkey that summons
 /// it. It appears at the centre of the primary screen, goes away by a short fade when it loses the
@@ -34,6 +43,18 @@ public:
     static constexpr int GRID_COLS_DESIGN = 4; ///< grid columns that the size was designed for
     static constexpr int PageFadeOutMs = 110;
     static constexpr int PageFadeInMs = 170;
+
+    /// Dims the home page behind a dialog for as long as it lives: make it on the stack.
+    struct DimBackdrop
+    {
+        /// \param homeView may be null; may be deleted meanwhile.
+        explicit DimBackdrop(HomeView* homeView);
+        ~DimBackdrop();
+        DimBackdrop(const DimBackdrop&) = delete;
+        DimBackdrop& operator=(const DimBackdrop&) = delete;
+
+        QPointer<HomeView> view;
+    };
 
     /// Loads settings and document, registers the hotkey and shows the tray icon; the window itself
     /// stays hidden.
@@ -69,6 +90,53 @@ public:
     /// The swap is never lost, even if the dip is interrupted.
     void runBlindSwap(const std::function<void()>& swap);
 
+    /// What the keys of the window do. \returns whether the key is consumed; otherwise it is the
+    /// focused widget's.
+    bool handleKeyPress(QObject* watched, QKeyEvent* event);
+
+    /// Runs an item and, if it could be started, dismisses the window.
+    /// \param item a row of the home page's list; null means its current one.
+    void handleItemExecution(QListWidgetItem* item);
+
+    /// Shows the form for an item. \param itemId empty for a new one in the current section.
+    void openItemEditor(const QString& itemId);
+    /// \param selectIndex row of the item that has been saved; -1 if the user has cancelled.
+    void closeItemEditor(int selectIndex);
+    bool isItemEditorOpen() const { return m_itemEditorOpen; }
+    void closeItemActionsPanel();
+    /// Asks whether the item is to go; nothing if there is no such item.
+    void openItemDeleteConfirm(const QString& itemId);
+
+    /// \see LauncherModel::locateElementById
+    const QVector<LauncherElement>* locateElementById(const QString& id, QString& outCat,
+                                                      int& outIndex) const;
+
+    /// The menus. Each waits for its end, which may be that of what was chosen in it. All the
+    /// widgets of the home page may be other ones then, because the window has been rebuilt.
+    /// \param pos in the viewport of the home page's list; without an item there no menu opens.
+    void showContextMenu(const QPoint& pos);
+    void showContextMenuForCurrentItem();
+    void showItemActionsMenu(QListWidgetItem* item, const QPoint& globalAnchor);
+    /// \param focusBefore gets the focus if no section is chosen.
+    void showMoveToSectionMenu(const QString& itemId, const QString& fromCat,
+                               const QPoint& globalAnchor, const QPointer<QWidget>& focusBefore);
+    void showCategoryActionsMenu();
+    /// Makes the section current first; its menu opens once its button has been rebuilt.
+    void showCategoryActionsMenuFor(const QString& category);
+    void showAddActionsMenu();
+    void showTemplateActionsMenu();
+    /// \returns the name of the chosen template; empty without a choice or without templates.
+    QString pickTemplateName(QWidget* anchorWidget);
+
+    /// The flows that change sections and templates: each asks in dialogs of `parent`, tells of a
+    /// refusal there, and waits for the end of it all. \returns whether the document has changed.
+    bool addSectionViaDialog(QWidget* parent);
+    bool editSectionViaDialog(QWidget* parent, const QString& oldName);
+    /// The last section to go is replaced by an empty one.
+    bool deleteSectionWithConfirm(QWidget* parent, const QString& cat);
+    bool saveSectionAsTemplate(QWidget* parent, const QString& cat);
+    bool createSectionFromTemplateViaDialog(QWidget* parent, const QString& templateName);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public slots:
@@ -81,6 +149,9 @@ protected:
     void prepareFade() override;
 
 private:
+    static constexpr int HomePage = 0; ///< places in the stack
+    static constexpr int SettingsPage = 1;
+
     void loadModel();
     void setUpTray(const QString& hotkeyWarning);
     void setUpHotkey();
@@ -88,13 +159,36 @@ private:
     void deleteTree();
     void buildBackground();
     void buildPages();
+    void connectModel();
+    void connectHomeView();
     void chooseValidCategory();
+    void refreshCategories();
     void showOrRaise();
     void bringToFront();
     void stopPageAnimation();
     void connectBlindSwap(QAbstractAnimation* fadeOut, QAbstractAnimation* group,
                           const std::function<void()>& swap);
     void rebuildNow(const QString& focusName);
+    QWidget* focusedInHere() const;
+    void giveFocusBack(const QString& focusName);
+    bool isHomePage() const;
+
+    bool handleTab();
+    bool handleModalCardKey(const QKeyEvent* event);
+    bool isModalCardOpen() const;
+    void focusGrid();
+    void restoreFocusAfterCancel();
+    void settlePreviewAfterEditor(bool keepActionsPanel);
+    bool hasItem(const QString& itemId) const;
+    bool hasSection(const QString& category) const;
+
+    void addSectionItemRows(ActionsMenu::Popup& popup, const QString& itemId,
+                            const QString& category, const QPoint& globalAnchor);
+    bool duplicateItem(const QString& category, const QString& itemId);
+    void finishSectionFlow(bool hasChanged, const ActionsMenu::Popup& popup);
+    void startFromTemplate();
+    static void restoreFocusAfterMenuCancel(QWidget* widget);
+    bool confirmOverwrite(QWidget* parent, const QString& templateName) const;
 
     QString m_jsonPath;
     LauncherModel* m_model = nullptr;
@@ -106,6 +200,10 @@ private:
     QAction* m_trayQuitAction = nullptr;
     QFrame* m_bgContainer = nullptr;
     QStackedWidget* m_mainStack = nullptr;
+    HomeView* m_homeView = nullptr;
+    bool m_itemEditorOpen = false;
+    QPointer<QWidget> m_focusBeforeEditor;
+    ItemActionsStep m_actionsStepBeforeEditor = ActionsNone;
     QPointer<QAbstractAnimation> m_pageAnim;
     bool m_pageTransitioning = false;
     bool m_rebuildInProgress = false;

@@ -6,6 +6,7 @@
 #include "IconHelper.h"
 #include "ItemImages.h"
 #include "ItemRoles.h"
+#include "Localization.h"
 #include "Theme.h"
 #include "Types.h"
 
@@ -38,6 +39,19 @@ QString RowPainting::itemType(const QModelIndex& index)
 {
     const QString type = index.data(ItemRoles::RoleItemType).toString();
     return type.isEmpty() ? QString(ItemType::Url) : type;
+}
+
+QString RowPainting::typeLabel(const QString& type)
+{
+    if (type == ItemType::Url)
+        return Tr::t(QStringLiteral("spotlight.type_url"));
+    if (type == ItemType::File)
+        return Tr::t(QStringLiteral("spotlight.type_file"));
+    if (type == ItemType::Snippet)
+        return Tr::t(QStringLiteral("spotlight.type_snippet"));
+    if (type == ItemType::Bulk)
+        return Tr::t(QStringLiteral("spotlight.type_bulk"));
+    return Tr::t(QStringLiteral("spotlight.type_app"));
 }
 
 QString RowPainting::visiblePart(const QString& text, int width)

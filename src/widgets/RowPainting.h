@@ -34,6 +34,10 @@ QFont rowFont(int px, QFont::Weight weight = QFont::DemiBold);
 /// The type of the item of a row; "URL" if it says none.
 QString itemType(const QModelIndex& index);
 
+/// What a type of items is called in the present language, as "URL" or "Application"; that of
+/// applications for an unknown one.
+QString typeLabel(const QString& type);
+
 /// The beginning of a text: more than `width` pixels hold in any font, and the whole text if that
 /// is not longer. Measure and break this instead of the text. `width` below 0 counts as 0.
 QString visiblePart(const QString& text, int width);

@@ -1,0 +1,243 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ActionsMenu.h"
+#include "ActionsPanel.h"
+#include "AutoQuitBlocker.h"
+#include "HomeView.h"
+#include "IconHelper.h"
+#include "ItemEditorPanel.h"
+#include "ItemRoles.h"
+#include "Keys.h"
+#include "Localization.h"
+#include "MainWindowFixture.h"
+#include "StorageManager.h"
+#include "UiDriver.h"
+
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QWidgetAction>
+
+#include <functional>
+#include <utility>
+
+/// Works the menus that open one after the other inside a call under test, each by its own action,
+/// which should end in closing it.
+class MenuScript : public QObject
+{
+public:
+    using Action = std::function<void(QMenu*)>;
+
+    explicit MenuScript(QList<Action> actions) : m_actions(std::move(actions))
+    {
+        connect(&m_timer, &QTimer::timeout, this, &MenuScript::look);
+        m_timer.start(0);
+    }
+
+    /// Whether every action has had its menu, and there was no menu beyond those.
+    bool isDone() const { return m_actions.isEmpty() && !m_hasOther; }
+
+private:
+    void look()
+    {
+        const QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu || menu == m_handled || !menu->isVisible())
+            return;
+        m_handled = menu;
+        m_hasOther = m_hasOther || m_actions.isEmpty();
+        if (!m_actions.isEmpty())
+            m_actions.takeFirst()(menu);
+        if (menu)
+            menu->close();
+    }
+
+    QTimer m_timer;
+    QList<Action> m_actions;
+    QPointer<QMenu> m_handled;
+    bool m_hasOther = false;
+};
+
+/// A row of a menu as a user sees it.
+struct MenuRow
+{
+    QString text; ///< empty for a separator
+    uint glyph = 0;
+};
+
+/// The main window with a document of its own: three sections, two of them with items, and two
+/// templates. What stands on the home page, and how the menus over it are worked.
+class HomePageFixture : public MainWindowFixture
+{
+    Q_OBJECT
+
+public:
+    static constexpr uint AlphaIcon = 0xE40A;
+    static constexpr uint KitIcon = 0xE86F;
+
+protected:
+    static LauncherElement snippet(const QString& id, const QString& name)
+    {
+        return {id, name, ItemType::Snippet, name + QStringLiteral(" text"), {}};
+    }
+
+    static LauncherData standardDocument()
+    {
+        LauncherData document;
+        document.categories = QStringList{"Alpha", "Beta", "Gamma"};
+        document.defaultCategory = QStringLiteral("Beta");
+        document.categoryIcons = {{"Alpha", AlphaIcon}};
+        document.sectionElements = {
+            {"Alpha", {snippet("a1", "One"), snippet("a2", "Two"), snippet("a3", "Three")}},
+            {"Beta", {snippet("b1", "Bee")}}};
+        document.templates = {{"Kit", KitIcon, {snippet({}, "Tool"), snippet({}, "Nail")}},
+                              {"Box", SectionTemplate::DefaultIcon, {snippet({}, "Lid")}}};
+        return document;
+    }
+
+    /// Starts with this document, in its first section.
+    void open(const LauncherData& document = standardDocument())
+    {
+        StorageManager::saveData(documentPath(), document);
+        constructAndShow();
+        QTRY_COMPARE(focused(), strip());
+    }
+
+    static QString documentPath()
+    {
+        return QDir(TestHome::dataDir()).filePath(QStringLiteral("data.json"));
+    }
+    static LauncherData onDisk() { return StorageManager::loadData(documentPath()); }
+
+    LauncherModel* model() const { return m_window->model(); }
+    HomeView* home() const { return m_window->findChild<HomeView*>(); }
+    QListWidget* list() const { return home()->list(); }
+    QWidget* strip() const { return home()->categoryStrip(); }
+    QLineEdit* searchField() const { return home()->searchInput(); }
+    ActionsPanel* panel() const { return home()->actionsPanel(); }
+    ItemEditorPanel* editor() const { return home()->itemEditorPanel(); }
+    template <typename T = QWidget>
+    T* named(const char* name) const
+    {
+        return m_window->findChild<T*>(QString::fromLatin1(name));
+    }
+    QWidget* card() const { return named("rightCard"); }
+    QWidget* backdrop() const { return named("gridOverlayBackdrop"); }
+    int previewPage() const { return home()->previewStack()->currentIndex(); }
+    static QWidget* focused() { return QApplication::focusWidget(); }
+
+    QString cardTitle() const { return named("previewCardHeader")->findChild<QLabel*>()->text(); }
+
+    /// The names on the grid, in order.
+    QStringList rows() const
+    {
+        QStringList names;
+        for (int row = 0; row < list()->count(); ++row)
+            names.append(list()->item(row)->text());
+        return names;
+    }
+
+    QString currentRow() const
+    {
+        const QListWidgetItem* item = list()->currentItem();
+        return item ? item->text() : QString();
+    }
+
+    /// Puts keyboard and selection on a row of the grid.
+    void goToRow(int row) const
+    {
+        list()->setFocus();
+        list()->setCurrentRow(row);
+        QCOMPARE(focused(), list());
+    }
+
+    /// The names of a section's items, as the document holds them.
+    QStringList itemsOf(const QString& category) const
+    {
+        QStringList names;
+        for (const LauncherElement& item : model()->getItems(category))
+            names.append(item.name);
+        return names;
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        pressKey(*m_window, key, modifiers);
+    }
+
+    /// Does something that opens these menus, one in the other, and gives the keyboard back to the
+    /// window: here, unlike on a desktop, a menu takes it and leaves it to nobody.
+    void inMenus(const std::function<void()>& opening, QList<MenuScript::Action> actions) const
+    {
+        const MenuScript script(std::move(actions));
+        opening();
+        QTRY_VERIFY(script.isDone());
+        m_window->activateWindow();
+        QTRY_VERIFY(m_window->isActiveWindow());
+    }
+
+    static QAction* rowNamed(const QMenu* menu, const QString& text)
+    {
+        for (QAction* action : menu->actions()) {
+            if (action->text() == Keys::withoutShortcut(text) && !action->isSeparator())
+                return action;
+        }
+        return nullptr;
+    }
+
+    /// Chooses a row by its text.
+    static MenuScript::Action choose(const QString& text)
+    {
+        return [text](QMenu* menu) {
+            QAction* action = rowNamed(menu, text);
+            QVERIFY2(action, qPrintable(text));
+            menu->setActiveAction(action);
+            QTest::keyClick(menu, Qt::Key_Return);
+        };
+    }
+    static MenuScript::Action chooseKey(const char* key) { return choose(Tr::t(key)); }
+    static void cancelByKey(QMenu* menu) { QTest::keyClick(menu, Qt::Key_Escape); }
+
+    static QStringList textsOf(const QMenu* menu)
+    {
+        QStringList texts;
+        for (const QAction* action : menu->actions())
+            texts.append(action->isSeparator() ? QString() : action->text());
+        return texts;
+    }
+
+    /// Checks texts, separators and painted glyphs of an open menu, row by row.
+    void verifyRows(QMenu* menu, const QList<MenuRow>& expected) const
+    {
+        QStringList texts;
+        for (const MenuRow& row : expected)
+            texts.append(row.text);
+        QCOMPARE(textsOf(menu), texts);
+        menu->setActiveAction(nullptr);
+        QAction unseen(nullptr);
+        for (int i = 0; i < expected.size(); ++i) {
+            if (expected.at(i).text.isEmpty())
+                continue;
+            auto* action = qobject_cast<QWidgetAction*>(menu->actions().at(i));
+            ActionsMenuRow likeness(menu, &unseen, expected.at(i).glyph, expected.at(i).text,
+                                    Theme::colors(), false, {});
+            likeness.resize(action->defaultWidget()->size());
+            QVERIFY2(action->defaultWidget()->grab().toImage() == likeness.grab().toImage(),
+                     qPrintable(expected.at(i).text));
+        }
+    }
+
+    /// The two rows that end every menu.
+    static QList<MenuRow> withCancel(QList<MenuRow> rows)
+    {
+        rows.append({{}, 0});
+        rows.append({Tr::t("dialog.btn_cancel"), Glyph::Close});
+        return rows;
+    }
+};
