@@ -110,6 +110,8 @@ ReorderOverlay::ReorderOverlay(QWidget* viewportParent) : QWidget(viewportParent
     setFocusPolicy(Qt::NoFocus);
     // What lies below must not select, run or scroll anything meanwhile.
     setAttribute(Qt::WA_NoMousePropagation);
+    // Otherwise each frame of a slide would paint that, too.
+    setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void ReorderOverlay::initialize(int initialSlot)

@@ -117,6 +117,7 @@ protected:
     /// Room for the hint above the slots, px; 0 without a hint.
     int hintInset() const { return m_hintInset; }
 
+    /// An opaque colour.
     virtual QColor backdropColor() const = 0;
     /// Whether the slots lie, and are scrolled, from left to right.
     virtual bool isHorizontal() const { return false; }

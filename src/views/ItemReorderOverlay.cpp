@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "ItemReorderOverlay.h"
+
+#include "Theme.h"
+
+#include <QAbstractItemDelegate>
+#include <QListWidget>
+#include <QPainter>
+#include <QStyleOptionViewItem>
+
+ItemReorderOverlay::ItemReorderOverlay(QListWidget* list, int initialSlot)
+    : ReorderOverlay(list->viewport()), m_list(list)
+{
+    initialize(initialSlot);
+}
+
+QColor ItemReorderOverlay::backdropColor() const
+{
+    return QColor(Theme::colors().surface);
+}
+
+QString ItemReorderOverlay::hintKey() const
+{
+    return QStringLiteral("reorder.hint");
+}
+
+void ItemReorderOverlay::createTiles()
+{
+    for (int row = 0; row < m_list->count(); ++row) {
+        const QRect rect = m_list->visualItemRect(m_list->item(row));
+        m_baseRects.append(rect);
+        const QPixmap lit = renderItem(row, true);
+        addTile(renderItem(row, false), lit, row, rect);
+    }
+}
+
+QPixmap ItemReorderOverlay::renderItem(int row, bool lit) const
+{
+    const QRect rect(QPoint(0, 0), m_baseRects.at(row).size());
+    const qreal ratio = m_list->devicePixelRatioF();
+    QPixmap pixmap(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    const QModelIndex index = m_list->model()->index(row, 0);
+    QStyleOptionViewItem option;
+    option.initFrom(m_list);
+    option.font = m_list->font();
+    option.rect = rect;
+    option.state = QStyle::State_Enabled;
+    if (lit)
+        option.state |= QStyle::State_MouseOver;
+    option.widget = m_list;
+    option.index = index;
+    QPainter painter(&pixmap);
+    m_list->itemDelegateForIndex(index)->paint(&painter, option, index);
+    return pixmap;
+}
+
+QVector<QRect> ItemReorderOverlay::computeSlotRects(const QVector<ReorderTile*>&) const
+{
+    QVector<QRect> rects;
+    rects.reserve(m_baseRects.size());
+    for (const QRect& rect : m_baseRects)
+        rects.append(rect.translated(0, hintInset()));
+    return rects;
+}
