@@ -8,6 +8,7 @@
 #include "CustomMessageBox.h"
 #include "CustomWidgets.h"
 #include "FileChooser.h"
+#include "FilePattern.h"
 #include "IconHelper.h"
 #include "IconPickerDialog.h"
 #include "LauncherModel.h"
@@ -44,9 +45,9 @@ constexpr int kIconRadius = ItemEditorPanel::EditorIconBtnSize / 2;
 constexpr int kActiveLightness = 89; // of a pill in dark mode, of 255
 
 // A field lays out a line as a whole, and again at each key: beyond this the user would wait.
-constexpr qsizetype kShownChars = 256 * 1024;
-constexpr qsizetype kShownLineChars = 16 * 1024;
-constexpr qsizetype kShownLines = 16 * 1024;
+constexpr qsizetype kShownChars = 128 * 1024;
+constexpr qsizetype kShownLineChars = 8 * 1024;
+constexpr qsizetype kShownLines = 8 * 1024;
 
 const QLatin1String kLegacyApplication("App");
 const QString kValidationTitle = QStringLiteral("Validation Failed");
@@ -501,8 +502,9 @@ void ItemEditorPanel::chooseIcon()
 
 void ItemEditorPanel::browseForValue()
 {
-    const QString path = FileChooser::openFile(this, QStringLiteral("Select File"),
-                                               QStringLiteral("All Files (*.*)"));
+    const QString path =
+        FileChooser::openFile(this, QStringLiteral("Select File"),
+                              QStringLiteral("All Files (%1)").arg(Platform::anyFilePattern()));
     if (path.isEmpty())
         return;
     const QString before = enteredValue();
