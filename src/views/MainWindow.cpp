@@ -325,8 +325,9 @@ void MainWindow::setupUI()
     chooseValidCategory();
     refreshCategories();
     // A window that isn't there would take the keyboard from the one that is, and one that lies
-    // behind a dialog would take it from there for nobody.
-    if (isVisible() && !m_isClosing && !QApplication::activeModalWidget())
+    // behind a dialog or a menu would take it from there for nobody.
+    if (isVisible() && !m_isClosing && !QApplication::activeModalWidget() &&
+        !QApplication::activePopupWidget())
         activateWindow();
     m_rebuildInProgress = false;
 }

@@ -184,10 +184,12 @@ void MainWindow::settlePreviewAfterEditor(bool keepActionsPanel)
 {
     if (m_itemEditorOpen || !m_homeView)
         return;
-    if (m_homeView->actionsPanel()->currentStep() == ActionsNone)
+    if (m_homeView->actionsPanel()->currentStep() == ActionsNone) {
         m_homeView->updatePreviewPanel(m_homeView->list()->currentItem());
-    else if (keepActionsPanel)
+    } else if (keepActionsPanel) {
         m_homeView->previewStack()->setCurrentIndex(HomeView::PagePreviewActions);
+        restoreFocusAfterCancel(); // which went when the card was out of view for a moment
+    }
 }
 
 void MainWindow::focusGrid()

@@ -171,15 +171,21 @@ protected:
         pressKey(*m_window, key, modifiers);
     }
 
-    /// Does something that opens these menus, one in the other, and gives the keyboard back to the
-    /// window: here, unlike on a desktop, a menu takes it and leaves it to nobody.
+    /// Gives the keyboard back to the window: here, unlike on a desktop, a menu or a dialog takes
+    /// it and leaves it to nobody.
+    void regainKeyboard() const
+    {
+        m_window->activateWindow();
+        QTRY_VERIFY(m_window->isActiveWindow());
+    }
+
+    /// Does something that opens these menus, one in the other.
     void inMenus(const std::function<void()>& opening, QList<MenuScript::Action> actions) const
     {
         const MenuScript script(std::move(actions));
         opening();
         QTRY_VERIFY(script.isDone());
-        m_window->activateWindow();
-        QTRY_VERIFY(m_window->isActiveWindow());
+        regainKeyboard();
     }
 
     static QAction* rowNamed(const QMenu* menu, const QString& text)
