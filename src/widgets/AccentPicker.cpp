@@ -7,6 +7,7 @@
 #include "CustomColorPickerDialog.h"
 #include "CustomMessageBox.h"
 #include "Localization.h"
+#include "ModalRun.h"
 
 #include <QColor>
 #include <QWidget>
@@ -16,10 +17,10 @@ std::optional<QString> AccentPicker::ask(QWidget* parent, const QString& initial
     const AutoQuitBlocker blocker;
     // Not above the page that asks: it may be rebuilt meanwhile, and would take the dialog along.
     QWidget* window = parent ? parent->window() : nullptr;
-    CustomColorPickerDialog dialog(window, initialHex);
+    ModalRun<CustomColorPickerDialog> dialog(window, initialHex);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
-    const QString hex = dialog.getHex();
+    const QString hex = dialog->getHex();
     if (QColor::isValidColorName(hex))
         return hex;
     CustomMessageBox::information(window, Tr::t("settings.app.err_color"),
