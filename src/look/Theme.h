@@ -208,6 +208,9 @@ public:
     /// \param sel, idleBgOverride as there.
     static QString choicePillStyle(const ColorTokens& c, const QString& sel,
                                    const QString& idleBgOverride = QString());
+    /// The same for a round one, 40 px wide and high.
+    static QString choiceRoundStyle(const ColorTokens& c, const QString& sel,
+                                    const QString& idleBgOverride = QString());
     /// A filled box whose upper and lower corners differ, such as the band at the top of a card:
     /// what stands between the braces of its rule.
     /// \param topRadius, bottomRadius px.

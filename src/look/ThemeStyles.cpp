@@ -251,6 +251,15 @@ QString Theme::choicePillStyle(const ColorTokens& c, const QString& sel,
            choiceBtnStates(c, sel, idleBgOverride);
 }
 
+QString Theme::choiceRoundStyle(const ColorTokens& c, const QString& sel,
+                                const QString& idleBgOverride)
+{
+    return QStringLiteral("%1 { background-color: %2; color: %3; border: 2px solid transparent; "
+                          "border-radius: 20px; font-weight: bold; }")
+               .arg(sel, idleOf(c, idleBgOverride), c.onSurface) +
+           choiceBtnStates(c, sel, idleBgOverride);
+}
+
 QString Theme::bandStyle(const QString& fill, int topRadius, int bottomRadius)
 {
     return QStringLiteral("background-color: %1; border: none; "

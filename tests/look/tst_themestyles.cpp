@@ -504,6 +504,14 @@ void ThemeStylesTest::choicePill()
     QCOMPARE(box["font-weight"], QStringLiteral("bold"));
     QCOMPARE(box["outline"], QStringLiteral("0"));
     QVERIFY(sheet.endsWith(Theme::choiceBtnStates(c, selector, override)));
+    const QString round = Theme::choiceRoundStyle(c, selector, override);
+    const Declarations circle = ruleOf(round, selector);
+    QCOMPARE(circle["background-color"], idle);
+    QCOMPARE(circle["color"], QStringLiteral("#c00000"));
+    QCOMPARE(circle["border"], QStringLiteral("2px solid transparent"));
+    QCOMPARE(circle["border-radius"], QStringLiteral("20px"));
+    QCOMPARE(circle["font-weight"], QStringLiteral("bold"));
+    QVERIFY(round.endsWith(Theme::choiceBtnStates(c, selector, override)));
 }
 
 void ThemeStylesTest::contextMenu()
@@ -586,7 +594,8 @@ void ThemeStylesTest::sheetsParse()
           Theme::iconChoiceStyle(c, false), Theme::iconChoiceStyle(c, true),
           Theme::choiceBtnStates(c, QStringLiteral("QPushButton")), Theme::smallPillStyle(c),
           Theme::pickerPillStyle(QStringLiteral("QPushButton"), c, c.primary, c.onPrimary, 34, 80),
-          Theme::choicePillStyle(c, QStringLiteral("QPushButton"))}) {
+          Theme::choicePillStyle(c, QStringLiteral("QPushButton")),
+          Theme::choiceRoundStyle(c, QStringLiteral("QPushButton"))}) {
         button.setStyleSheet(sheet);
         QVERIFY(!button.grab().isNull());
     }
