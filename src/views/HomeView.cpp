@@ -223,6 +223,7 @@ GlyphButton* HomeView::addPill(const QString& section)
         [this, section] { m_mainWindow->showCategoryActionsMenuFor(section); },
         Qt::QueuedConnection);
     connect(pill, &QPushButton::clicked, this, [this, section] {
+        exitReorderMode(true);
         m_model->setCurrentCategory(section);
         refreshCategories(-1, false);
         refreshUI(-1, false);

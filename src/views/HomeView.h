@@ -9,6 +9,7 @@
 #include <QEvent>
 #include <QPointer>
 #include <QString>
+#include <QVector>
 #include <QWidget>
 
 class ActionsPanel;
@@ -17,6 +18,8 @@ class ItemEditorPanel;
 class LauncherModel;
 class MainWindow;
 class PreviewTooltip;
+class ReorderHintBanner;
+class ReorderOverlay;
 class QFrame;
 class QHBoxLayout;
 class QKeyEvent;
@@ -99,6 +102,15 @@ public:
     void updateHomeAddBtnIcon(bool active);
     void updateHomeTemplateBtnIcon(bool active);
 
+    /// Begin to put the items of the current section, or the sections, into another order, or tell
+    /// why that can't be, which waits for the user. Nothing while such a mode runs.
+    void enterReorderMode();
+    void enterSectionReorderMode();
+    /// Ends the mode that runs, if any. \param save writes the new order to the document; without
+    /// it, the old one stays.
+    void exitReorderMode(bool save);
+    /// Moves the lifted entry or, without one, the cursor. \param key a cursor key.
+    void reorderArrow(int key);
     bool isReorderMode() const { return m_reorderTarget != ReorderNone; }
     ReorderTarget reorderTarget() const { return m_reorderTarget; }
 
@@ -169,6 +181,12 @@ private:
     void followHeaderButton(const QObject* obj, QEvent::Type type);
     void followFocus(const QObject* obj, QEvent::Type type);
 
+    void refuseReorder(const char* titleKey, const char* textKey);
+    QVector<GlyphButton*> pills() const;
+    void handleReorderKey(int key);
+    void saveSectionOrder(const QVector<int>& order);
+    bool saveItemOrder(const QString& section, const QVector<int>& order);
+
     QString m_searchQuery; ///< as typed
     QFrame* m_searchFrame = nullptr;
     QLineEdit* m_searchInput = nullptr;
@@ -188,6 +206,9 @@ private:
     GlyphButton* m_homeAddBtn = nullptr;
     GlyphButton* m_homeTemplateBtn = nullptr;
     ReorderTarget m_reorderTarget = ReorderNone;
+    QPointer<ReorderOverlay> m_reorderOverlay;
+    QPointer<ReorderHintBanner> m_reorderHintBanner;
+    QString m_reorderCategory; ///< section whose items are being reordered
     QListWidget* m_listWidget = nullptr;
     QStackedWidget* m_listStack = nullptr;
     QStackedWidget* m_previewStack = nullptr;

@@ -26,6 +26,10 @@
 
 bool HomeView::handleKeyPress(QObject* obj, QKeyEvent* e)
 {
+    if (isReorderMode()) {
+        handleReorderKey(e->key());
+        return true;
+    }
     if (e->key() == Qt::Key_Escape) {
         m_mainWindow->fadeOutAndHide();
         return true;

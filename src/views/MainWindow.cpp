@@ -209,6 +209,13 @@ void MainWindow::prepareFade()
 {
     stopPageAnimation();
     saveLastCategory();
+    endReorderMode();
+}
+
+void MainWindow::endReorderMode()
+{
+    if (m_homeView)
+        m_homeView->exitReorderMode(true);
 }
 
 void MainWindow::goToPage(int index)
@@ -315,6 +322,7 @@ void MainWindow::connectBlindSwap(QAbstractAnimation* fadeOut, QAbstractAnimatio
 void MainWindow::setupUI()
 {
     const AutoQuitBlocker blocker;
+    endReorderMode();
     m_rebuildInProgress = true;
     applyWindowSize(false);
     deleteTree();

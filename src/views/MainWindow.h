@@ -172,6 +172,8 @@ private:
     QWidget* focusedInHere() const;
     void giveFocusBack(const QString& focusName);
     bool isHomePage() const;
+    bool isReordering() const;
+    void endReorderMode();
 
     bool handleTab();
     bool handleModalCardKey(const QKeyEvent* event);

@@ -55,6 +55,8 @@ bool MainWindow::handleKeyPress(QObject* watched, QKeyEvent* event)
 {
     if (!m_homeView || !m_mainStack)
         return false;
+    if (isReordering())
+        return m_homeView->handleKeyPress(watched, event);
     if (event->key() == Qt::Key_Tab)
         return handleTab();
     if (!isHomePage())
@@ -62,6 +64,11 @@ bool MainWindow::handleKeyPress(QObject* watched, QKeyEvent* event)
     if (isModalCardOpen())
         return handleModalCardKey(event);
     return m_homeView->handleKeyPress(watched, event);
+}
+
+bool MainWindow::isReordering() const
+{
+    return isHomePage() && m_homeView->isReorderMode();
 }
 
 bool MainWindow::isModalCardOpen() const
@@ -92,7 +99,7 @@ bool MainWindow::handleModalCardKey(const QKeyEvent* event)
 
 void MainWindow::handleItemExecution(QListWidgetItem* item)
 {
-    if (!m_homeView)
+    if (!m_homeView || isReordering())
         return;
     const QListWidgetItem* row = item ? item : m_homeView->list()->currentItem();
     if (!row || !row->data(ItemRoles::RoleOriginalIndex).isValid())
@@ -131,6 +138,7 @@ void MainWindow::openItemEditor(const QString& itemId)
 {
     if (!m_homeView)
         return;
+    endReorderMode(); // which would keep the keys from the form
     if (!m_itemEditorOpen) {
         m_focusBeforeEditor = focusedInHere();
         m_actionsStepBeforeEditor = m_homeView->actionsPanel()->currentStep();

@@ -47,7 +47,7 @@ void MainWindow::showContextMenuForCurrentItem()
 
 void MainWindow::showItemActionsMenu(QListWidgetItem* item, const QPoint& globalAnchor)
 {
-    if (!m_homeView || !item)
+    if (!m_homeView || !item || isReordering())
         return;
     m_homeView->list()->setCurrentItem(item);
     const QString id = item->data(ItemRoles::RoleElementId).toString();
@@ -125,7 +125,7 @@ void MainWindow::showMoveToSectionMenu(const QString& itemId, const QString& fro
 
 void MainWindow::showCategoryActionsMenuFor(const QString& category)
 {
-    if (!m_homeView || category.isEmpty() || !hasSection(category))
+    if (!m_homeView || category.isEmpty() || !hasSection(category) || isReordering())
         return;
     if (category == m_model->currentCategory()) {
         showCategoryActionsMenu();
@@ -147,7 +147,10 @@ void MainWindow::showCategoryActionsMenu()
     const QString category = m_model->currentCategory();
     ActionsMenu::Popup popup(this);
     popup.addRow(Glyph::Add, Tr::t("actions.add_shortcut"), [this] { openItemEditor({}); });
-    popup.addRow(Glyph::Reorder, Tr::t("actions.reorder_items"), {});
+    popup.addRow(Glyph::Reorder, Tr::t("actions.reorder_items"), [this] {
+        if (m_homeView)
+            m_homeView->enterReorderMode();
+    });
     popup.addSeparator();
     popup.addRow(Glyph::Edit, Tr::t("actions.edit_section"), [this, category, &popup] {
         finishSectionFlow(editSectionViaDialog(this, category), popup);
@@ -155,7 +158,10 @@ void MainWindow::showCategoryActionsMenu()
     popup.addRow(Glyph::Delete, Tr::t("actions.delete_section"), [this, category, &popup] {
         finishSectionFlow(deleteSectionWithConfirm(this, category), popup);
     });
-    popup.addRow(Glyph::SwapHoriz, Tr::t("actions.reorder_sections"), {});
+    popup.addRow(Glyph::SwapHoriz, Tr::t("actions.reorder_sections"), [this] {
+        if (m_homeView)
+            m_homeView->enterSectionReorderMode();
+    });
     popup.addCancel();
     popup.execAtCenter(anchor);
 }

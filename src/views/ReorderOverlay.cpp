@@ -536,6 +536,14 @@ void ReorderOverlay::paintHintPill(QPainter& painter, const QRect& rect, const Q
     painter.drawText(rect.adjusted(HintPadH, HintPadV, -HintPadH, -HintPadV), kHintFlags, text);
 }
 
+void ReorderOverlay::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    // A view whose rows are made anew may scroll, and takes along what lies over it.
+    if (parentWidget() && pos() != QPoint(0, 0))
+        move(0, 0);
+}
+
 void ReorderOverlay::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);

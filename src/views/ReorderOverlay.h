@@ -128,6 +128,7 @@ protected:
     /// One slot for each of `tiles`, which stand in their present order, not scrolled.
     virtual QVector<QRect> computeSlotRects(const QVector<ReorderTile*>& tiles) const = 0;
 
+    void moveEvent(QMoveEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

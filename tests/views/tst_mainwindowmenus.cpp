@@ -356,10 +356,6 @@ void MainWindowMenusTest::rowsForLaterDoNothing_data()
 {
     QTest::addColumn<QString>("menu");
     QTest::addColumn<QString>("key");
-    QTest::newRow("items") << "section"
-                           << "actions.reorder_items";
-    QTest::newRow("sections") << "section"
-                              << "actions.reorder_sections";
     QTest::newRow("templates") << "template"
                                << "template.manage";
 }

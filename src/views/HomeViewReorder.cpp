@@ -1,0 +1,229 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+// The modes in which items or sections are put into another order. The document is written once, at
+// the end of a mode.
+
+#include "AutoQuitBlocker.h"
+#include "CustomMessageBox.h"
+#include "HomeView.h"
+#include "ItemReorderOverlay.h"
+#include "Keys.h"
+#include "LauncherModel.h"
+#include "Localization.h"
+#include "MainWindow.h"
+#include "SectionReorderOverlay.h"
+
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QPointer>
+#include <QScrollArea>
+#include <QStackedWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+/// `source` in the order of its former indices. Of a list that has changed since, what is left of
+/// it, or less.
+template <typename List>
+List reordered(const List& source, const QVector<int>& order)
+{
+    List result;
+    result.reserve(source.size());
+    for (const int index : order) {
+        if (index >= 0 && index < source.size())
+            result.append(source.at(index));
+    }
+    return result;
+}
+
+/// Takes a widget off the screen at once; it may be the one whose event is being handled.
+template <typename Widget>
+void removeLater(QPointer<Widget>& widget)
+{
+    if (!widget)
+        return;
+    widget->setParent(nullptr);
+    widget->deleteLater();
+    widget.clear();
+}
+
+/// What a pill looks like and where it stands. Leaves it at rest.
+SectionReorderOverlay::TileSource picturesOf(GlyphButton* pill, uint glyph, const QWidget* viewport)
+{
+    SectionReorderOverlay::TileSource source;
+    source.rect = QRect(pill->mapTo(viewport, QPoint(0, 0)), pill->size());
+    // The pointer on it is no part of the pictures.
+    const bool isUnderMouse = pill->underMouse();
+    pill->setAttribute(Qt::WA_UnderMouse, false);
+    PillStyle::applyLit(pill, glyph);
+    pill->ensurePolished();
+    source.lit = grabPillWithRoundedCorners(pill);
+    PillStyle::applyResting(pill, glyph, false);
+    pill->ensurePolished();
+    source.rest = grabPillWithRoundedCorners(pill);
+    pill->setAttribute(Qt::WA_UnderMouse, isUnderMouse);
+    return source;
+}
+
+} // namespace
+
+void HomeView::enterReorderMode()
+{
+    if (isReorderMode())
+        return;
+    cancelHoverPreview();
+    const QString section = m_model->currentCategory();
+    const qsizetype count = m_model->getItems(section).size();
+    const char* error = nullptr;
+    if (!m_searchQuery.isEmpty())
+        error = "reorder.err_searching";
+    else if (count == 0)
+        error = "reorder.err_empty";
+    else if (count == 1)
+        error = "reorder.err_single";
+    if (error) {
+        refuseReorder("actions.reorder_items", error);
+        return;
+    }
+    m_reorderTarget = ReorderItems;
+    m_reorderCategory = section;
+    m_listWidget->setFocus();
+    if (m_listWidget->currentRow() < 0 && m_listWidget->count() > 0)
+        m_listWidget->setCurrentRow(0);
+    m_reorderOverlay =
+        new ItemReorderOverlay(m_listWidget, std::max(0, m_listWidget->currentRow()));
+}
+
+void HomeView::refuseReorder(const char* titleKey, const char* textKey)
+{
+    const AutoQuitBlocker blocker;
+    const MainWindow::DimBackdrop dim(this);
+    CustomMessageBox::warning(m_mainWindow, Tr::t(titleKey), Tr::t(textKey));
+}
+
+void HomeView::enterSectionReorderMode()
+{
+    if (isReorderMode())
+        return;
+    const QStringList sections = m_model->data().categories;
+    if (sections.size() < 2) {
+        refuseReorder("actions.reorder_sections", "reorder.err_single_section");
+        return;
+    }
+    const QVector<GlyphButton*> shown = pills();
+    if (shown.size() != sections.size())
+        return;
+    QVector<SectionReorderOverlay::TileSource> sources;
+    for (int i = 0; i < shown.size(); ++i)
+        sources.append(picturesOf(shown.at(i), m_model->getCategoryIcon(sections.at(i)),
+                                  m_catScroll->viewport()));
+    applySelectedCatPillStyle();
+    m_reorderTarget = ReorderSections;
+    m_catScroll->setFocus();
+    const int current = int(sections.indexOf(m_model->currentCategory()));
+    m_reorderOverlay = new SectionReorderOverlay(m_catScroll->viewport(), sources,
+                                                 m_catLayout->spacing(), std::max(0, current));
+    // The strip is too low for a hint.
+    m_reorderHintBanner = new ReorderHintBanner(m_listStack, "reorder.hint_sections");
+}
+
+QVector<GlyphButton*> HomeView::pills() const
+{
+    QVector<GlyphButton*> result;
+    for (int i = 0; i < m_catLayout->count(); ++i) {
+        if (auto* pill = qobject_cast<GlyphButton*>(m_catLayout->itemAt(i)->widget()))
+            result.append(pill);
+    }
+    return result;
+}
+
+void HomeView::reorderArrow(int key)
+{
+    if (!m_reorderOverlay)
+        return;
+    const int row = m_reorderTarget == ReorderItems ? m_reorderOverlay->columns() : 0;
+    int delta = 0;
+    if (key == Qt::Key_Left)
+        delta = -1;
+    else if (key == Qt::Key_Right)
+        delta = 1;
+    else if (key == Qt::Key_Up)
+        delta = -row;
+    else if (key == Qt::Key_Down)
+        delta = row;
+    if (delta == 0)
+        return;
+    if (m_reorderOverlay->hasLift())
+        m_reorderOverlay->moveLifted(delta);
+    else
+        m_reorderOverlay->setCursorSlot(m_reorderOverlay->cursorSlot() + delta, true);
+}
+
+void HomeView::handleReorderKey(int key)
+{
+    if (Keys::isEnter(key)) {
+        exitReorderMode(true);
+    } else if (Keys::isBack(key)) {
+        exitReorderMode(false);
+    } else if (key != Qt::Key_Space) {
+        reorderArrow(key);
+    } else if (m_reorderOverlay) {
+        if (m_reorderOverlay->hasLift())
+            m_reorderOverlay->dropLifted();
+        else
+            m_reorderOverlay->liftCursor();
+    }
+}
+
+void HomeView::exitReorderMode(bool save)
+{
+    if (!isReorderMode())
+        return;
+    const ReorderTarget target = std::exchange(m_reorderTarget, ReorderNone);
+    const QString section = std::exchange(m_reorderCategory, QString());
+    QVector<int> order;
+    int cursor = 0;
+    bool isChanged = false;
+    if (m_reorderOverlay) {
+        order = m_reorderOverlay->currentOrder();
+        isChanged = m_reorderOverlay->orderChanged();
+        cursor = m_reorderOverlay->cursorSlot();
+    }
+    removeLater(m_reorderOverlay);
+    removeLater(m_reorderHintBanner);
+    if (target == ReorderSections) {
+        if (save && isChanged)
+            saveSectionOrder(order);
+        m_catScroll->setFocus();
+        applySelectedCatPillStyle();
+    } else if (save && isChanged && saveItemOrder(section, order)) {
+        refreshUI(cursor, false); // the item that was moved last is the current one
+    } else {
+        m_listWidget->setFocus();
+    }
+}
+
+void HomeView::saveSectionOrder(const QVector<int>& order)
+{
+    const QStringList sections = m_model->data().categories;
+    const QStringList wanted = reordered(sections, order);
+    if (wanted.size() == sections.size())
+        m_model->saveReorderedCategories(wanted);
+}
+
+bool HomeView::saveItemOrder(const QString& section, const QVector<int>& order)
+{
+    // It may have gone meanwhile, and saving would bring its name back into the document.
+    if (!m_model->data().categories.contains(section))
+        return false;
+    const QVector<LauncherElement> items = m_model->getItems(section);
+    const QVector<LauncherElement> wanted = reordered(items, order);
+    if (wanted.size() != items.size())
+        return false;
+    m_model->saveReorderedItems(section, wanted);
+    return true;
+}
