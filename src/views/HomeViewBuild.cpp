@@ -249,8 +249,9 @@ QWidget* HomeView::buildEmptyPage()
     const ColorTokens c = Theme::colors();
     auto* page = new QWidget(m_listStack);
     auto* column = new QVBoxLayout(page);
-    column->setAlignment(Qt::AlignCenter);
     column->setSpacing(Theme::Sp_Sm);
+    // Instead of a layout aligned to the middle, which would break the text at half the width.
+    column->addStretch();
 
     auto* badge = new GlyphBadge(page);
     badge->setFixedSize(kEmptyBadgeSize, kEmptyBadgeSize);
@@ -273,6 +274,7 @@ QWidget* HomeView::buildEmptyPage()
         buildEmptyPageButton(QStringLiteral("emptyWebAltBtn"), Theme::pillSecondaryStyle(c));
     for (QPushButton* button : {m_emptyAddBtn, m_emptyWebBtn, m_emptyWebAltBtn})
         column->addWidget(button, 0, Qt::AlignHCenter);
+    column->addStretch();
     return page;
 }
 

@@ -660,6 +660,8 @@ void HomeViewTest::emptyPage()
     QCOMPARE(badge->size(), QSize(36, 36));
     QTRY_COMPARE(placeOf(badge).left(), 12 + (kStripWidth - 36) / 2);
     QCOMPARE(placeOf(labels.constFirst()).top(), placeOf(badge).bottom() + 1 + 8);
+    // A text has the whole width before it is broken.
+    QVERIFY(labels.constFirst()->width() > kStripWidth - 40);
 }
 
 void HomeViewTest::strangeWebSuggestion()
