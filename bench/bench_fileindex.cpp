@@ -3,10 +3,11 @@
 
 // The file index over home directories with generated trees of 10,000, 100,000 and, if the
 // arguments say so, other numbers of entries: the first scan beside `find` over the same tree, the
-// memory of an entry, a keystroke for each letter and the next one after it, the longest time for
-// which the GUI thread is busy at 32 changes and at 10,000, the wake-ups of an idle process, and
-// the way out of a scan that has just begun. Every tree has a process of its own, since an index
-// lasts as long. All that is made and removed lies in one folder of a private home.
+// memory of an entry, a keystroke for each letter and the next one after it, the counts of what
+// lies below a few folders and below many, the longest time for which the GUI thread is busy at 32
+// changes and at 10,000, the wake-ups of an idle process, and the way out of a scan that has just
+// begun. Every tree has a process of its own, since an index lasts as long. All that is made and
+// removed lies in one folder of a private home.
 //
 //     bench_fileindex [entries...]
 
@@ -40,6 +41,8 @@ constexpr int kParents = 500;
 constexpr int kRadix = 36;
 constexpr int kRounds = 9;
 constexpr int kCap = 6; // of results for each kind
+constexpr int kUsualFolders = 8;
+constexpr int kManyFolders = 1000;
 constexpr int kBurst = 10000;
 constexpr int kTurnMs = 1;
 constexpr int kIdleMs = 30000;
@@ -253,6 +256,23 @@ void measureKeystrokes()
                 worstNext, qPrintable(worstNextKeys));
 }
 
+/// What the dialog asks that limits the search to folders: how much is in each of its rows.
+void measureCounts()
+{
+    QStringList folders;
+    const QVector<FileIndex::Entry>& all = FileIndex::entries();
+    for (const FileIndex::Entry& entry : all) {
+        if (entry.isDir && folders.size() < kManyFolders)
+            folders.append(entry.path);
+    }
+    for (const qsizetype count : {qsizetype(kUsualFolders), folders.size()}) {
+        const QStringList rows = folders.first(std::min(count, folders.size()));
+        const double time = medianTime([] {}, [&rows] { FileIndex::countUnder(rows); });
+        std::printf("  counts below %lld folders: %.1f ms\n", static_cast<long long>(rows.size()),
+                    time);
+    }
+}
+
 /// Changes that are applied one by one: half of them new files, half removed ones.
 void measureFlush()
 {
@@ -379,6 +399,7 @@ int runMeasurement(const QStringList&)
     settle();
     measureIdle();
     measureKeystrokes();
+    measureCounts();
     settle();
     measureFlush();
     settle();

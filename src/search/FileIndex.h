@@ -11,6 +11,7 @@
 #include <QIcon>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QThread>
 #include <QTypeInfo>
 #include <QVector>
@@ -84,6 +85,10 @@ public:
 
     /// All of it, in no order that lasts.
     static const QVector<Entry>& entries();
+
+    /// How many entries lie under each of these folders, files and folders alike, by the rule of
+    /// `FolderFilter::isUnder`. One walk over all entries, however many folders there are.
+    static QVector<qsizetype> countUnder(const QStringList& folders);
 
     /// The home directory with native separators. Any thread.
     static const QString& rootPath();

@@ -58,6 +58,12 @@ bool FolderFilter::isUnder(const QString& path, const QString& folder)
     return path.startsWith(folder, Qt::CaseInsensitive);
 }
 
+QString FolderFilter::nameOf(const QString& folder)
+{
+    const QString name = QDir(folder).dirName();
+    return name.isEmpty() ? folder : name;
+}
+
 QString FolderFilter::filePath()
 {
     return QDir(StorageManager::appDataDir()).filePath(QStringLiteral("folderfilter.json"));

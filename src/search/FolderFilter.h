@@ -37,6 +37,9 @@ public:
     /// itself, unless it is a root that ends with a separator. Nothing is under an empty folder.
     static bool isUnder(const QString& path, const QString& folder);
 
+    /// What a folder is called: its last component, or all of it if it is a root, which has none.
+    static QString nameOf(const QString& folder);
+
     /// Full path of "folderfilter.json".
     static QString filePath();
 

@@ -4,6 +4,7 @@
 #include "FlowLayout.h"
 #include "SpotlightWindow.h"
 
+#include <QDialog>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLayout>
@@ -103,4 +104,22 @@ void SpotlightWindow::placeOnScreen()
 void SpotlightWindow::dragged()
 {
     m_anchorPos = pos();
+}
+
+void SpotlightWindow::alignDialogToSearchBar(QDialog* dialog) const
+{
+    dialog->adjustSize();
+    // Only the card has to fit; the margin around it, which is for the shadow, may hang off.
+    const int margin = dialog->layout() ? dialog->layout()->contentsMargins().top() : 0;
+    int x = geometry().center().x() - dialog->width() / 2;
+    int y = geometry().top() + SHADOW_MARGIN - margin;
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect area = screen->availableGeometry();
+        const int overflow = dialog->height() + y - margin - (area.bottom() + 1);
+        y -= std::max(overflow, 0);
+        y = std::max(y, area.top() - margin);
+        x = std::min(x, area.right() + 1 + margin - dialog->width());
+        x = std::max(x, area.left() - margin);
+    }
+    dialog->move(x, y);
 }

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "ActionsMenu.h"
+#include "AutoQuitBlocker.h"
 #include "ConfirmDot.h"
 #include "CustomWidgets.h"
 #include "FlowLayout.h"
 #include "FolderFilter.h"
+#include "FolderPickerDialog.h"
 #include "GlyphWidgets.h"
 #include "IconHelper.h"
 #include "Localization.h"
@@ -16,7 +18,6 @@
 #include "ToolTips.h"
 #include "Types.h"
 
-#include <QDir>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QMenu>
@@ -103,8 +104,12 @@ void SpotlightWindow::removeScope(const QString& key)
 void SpotlightWindow::removeFolder(const QString& path)
 {
     QStringList folders = FolderFilter::folders();
-    if (folders.removeAll(path) == 0)
-        return;
+    if (folders.removeAll(path) != 0)
+        setFolders(folders);
+}
+
+void SpotlightWindow::setFolders(const QStringList& folders)
+{
     FolderFilter::setFolders(folders);
     refreshFilterChips();
     rebuildResults(m_searchInput->text(), m_scopeKeys);
@@ -143,8 +148,7 @@ void SpotlightWindow::addFolderChips()
     const QString removeText = Tr::t(QStringLiteral("spotlight.chip_remove"));
     const QStringList folders = FolderFilter::folders();
     for (const QString& path : folders) {
-        const QString name = QDir(path).dirName();
-        GlyphButton* chip = addFilterChip(Glyph::Folder, name.isEmpty() ? path : name);
+        GlyphButton* chip = addFilterChip(Glyph::Folder, FolderFilter::nameOf(path));
         chip->setToolTip(ToolTips::plain(path + QLatin1Char('\n') + removeText));
         connect(chip, &QPushButton::clicked, this, [this, path] { removeFolder(path); });
     }
@@ -192,6 +196,11 @@ void SpotlightWindow::showFilterMenu()
         keys.append(key);
     }
 
+    popup.addSeparator();
+    bool isForFolders = false;
+    popup.addRow(Glyph::Folder, Tr::t(QStringLiteral("spotlight.filter_folders")),
+                 [&isForFolders] { isForFolders = true; });
+
     // Rows only stage a change; the dot beside the row is what commits it.
     ConfirmDot dot(this);
     const ColorTokens colors = Theme::colors();
@@ -215,6 +224,18 @@ void SpotlightWindow::showFilterMenu()
     dot.hide();
     if (isConfirmed)
         setScopeKeys(pending);
+    else if (isForFolders)
+        showFolderPicker();
+    m_searchInput->setFocus();
+}
+
+void SpotlightWindow::showFolderPicker()
+{
+    const AutoQuitBlocker blocker;
+    FolderPickerDialog dialog(this);
+    alignDialogToSearchBar(&dialog);
+    if (dialog.exec() == QDialog::Accepted)
+        setFolders(dialog.chosen());
     m_searchInput->setFocus();
 }
 

@@ -22,6 +22,7 @@ class GlobalHotkeyController;
 class GlyphButton;
 class GlyphLabel;
 class LauncherModel;
+class QDialog;
 class QFrame;
 class QListWidget;
 class QListWidgetItem;
@@ -84,6 +85,13 @@ public:
     /// Takes a folder from those that file results are limited to, for good.
     void removeFolder(const QString& path);
 
+    /// Asks to which folders the file results shall be limited, and waits for the answer.
+    void showFolderPicker();
+
+    /// Places a dialog that has a free margin around its card so that the card begins at the height
+    /// of the strip, in the middle below it, and lies on the primary screen.
+    void alignDialogToSearchBar(QDialog* dialog) const;
+
     /// Fills the list for a text as typed. Synchronous; selects the first result.
     void rebuildResults(const QString& text, const QStringList& scopeKeys);
 
@@ -133,6 +141,7 @@ private:
     void startIndexing();
     bool handleFieldKey(int key, Qt::KeyboardModifiers modifiers);
 
+    void setFolders(const QStringList& folders);
     void refreshFilterChips();
     void addScopeChips();
     void addFolderChips();

@@ -45,6 +45,8 @@ private slots:
     void typingAndErasing();
     void agreesWithTheRules();
 
+    void countUnder();
+
     void nameOf_data();
     void nameOf();
     void asElement();
@@ -373,6 +375,27 @@ void FileIndexSearchTest::agreesWithTheRules()
         hitCount += entries.isEmpty() ? 0 : 1;
     }
     QVERIFY(hitCount > kRandomQueries / 4);
+}
+
+void FileIndexSearchTest::countUnder()
+{
+    const QStringList folders{FileIndex::rootPath(),
+                              full("pool"),
+                              full("RANDOM/3"),
+                              full("none"),
+                              full("random"),
+                              full("random") + QDir::separator(),
+                              QString()};
+    QVector<qsizetype> expected;
+    const QVector<Entry>& all = FileIndex::entries();
+    for (const QString& folder : folders)
+        expected.append(std::count_if(all.begin(), all.end(), [&folder](const Entry& entry) {
+            return FolderFilter::isUnder(entry.path, folder);
+        }));
+    QCOMPARE(expected.at(0), all.size());
+    QVERIFY(expected.at(2) > 0 && expected.at(2) < expected.at(4));
+    QCOMPARE(FileIndex::countUnder(folders), expected);
+    QCOMPARE(FileIndex::countUnder({}), QVector<qsizetype>());
 }
 
 void FileIndexSearchTest::nameOf_data()

@@ -4,6 +4,7 @@
 #include "FakeFileSystem.h"
 #include "FileIndex.h"
 #include "FolderFilter.h"
+#include "FolderPickerDialog.h"
 #include "Pixels.h"
 #include "SpotlightTest.h"
 #include "TestScreens.h"
@@ -12,8 +13,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QListWidget>
+#include <QMenu>
 #include <QPointer>
 #include <QTest>
+#include <QVBoxLayout>
+
+#include <functional>
 
 namespace
 {
@@ -37,9 +43,27 @@ QByteArray filterContent()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Chooses the last row of the menu that is open.
+void chooseFolders(QMenu* menu)
+{
+    QAction* row = menu->actions().constLast();
+    clickAt(menu, menu->mapToGlobal(menu->actionGeometry(row).center()));
+}
+
+/// The row of a folder in the picker.
+QListWidgetItem* rowOf(QWidget* picker, const QString& folder)
+{
+    auto* list = picker->findChild<QListWidget*>();
+    for (int row = 0; row < list->count(); ++row) {
+        if (list->item(row)->data(Qt::UserRole).toString() == folder)
+            return list->item(row);
+    }
+    qFatal("no row for %s", qPrintable(folder));
+}
+
 } // namespace
 
-/// Limiting the file results to folders: the chips of Spotlight.
+/// Limiting the file results to folders: the chips of Spotlight and the way to its picker.
 class SpotlightFoldersTest : public QObject, protected SpotlightTest
 {
     Q_OBJECT
@@ -73,12 +97,39 @@ private slots:
     void removingWhatIsNotThereChangesNothing();
     void backspaceLeavesFolders();
 
+    void menuEndsInTheRowOfFolders();
+    void menuRowOpensThePicker_data();
+    void menuRowOpensThePicker();
+    void menuRowDropsTheMarks();
+    void acceptedChoiceNarrows();
+    void rejectedChoiceChangesNothing();
+    void allFoldersRemoveEveryChip();
+    void choiceIsKept();
+    void pickerKeepsTheWindow();
+    void pickerWhileTheWindowIsHidden();
+    void pickerStandsOnTheStrip();
+    void dialogIsAligned_data();
+    void dialogIsAligned();
+
 private:
     /// Shows the window with the search limited to these folders.
     void limitTo(const QStringList& folders)
     {
         FolderFilter::setFolders(folders);
         show();
+    }
+
+    /// Opens the menu by its key, and from there the picker, and does something to that.
+    void pick(const std::function<void(QWidget*)>& act)
+    {
+        const ModalDriver picker([&act](QWidget* modal) {
+            QVERIFY(qobject_cast<FolderPickerDialog*>(modal));
+            act(modal);
+        });
+        const MenuDriver menu(&chooseFolders);
+        QTest::keyClick(f->field(), Qt::Key_F4);
+        QVERIFY(menu.hasClosed());
+        QCOMPARE(picker.count(), 1);
     }
 };
 
@@ -313,6 +364,241 @@ void SpotlightFoldersTest::backspaceLeavesFolders()
     QCOMPARE(FolderFilter::count(), 2);
     QVERIFY(f->window.isVisible());
     QVERIFY(!f->fade());
+}
+
+void SpotlightFoldersTest::menuEndsInTheRowOfFolders()
+{
+    show();
+    QStringList texts;
+    int rows = 0;
+    bool isSeparated = false;
+    const MenuDriver driver([&](QMenu* menu) {
+        for (const QAction* action : menu->actions())
+            texts.append(action->text());
+        rows = int(menu->actions().size());
+        isSeparated = menu->actions().at(rows - 2)->isSeparator();
+        QTest::keyClick(menu, Qt::Key_Escape);
+    });
+    QTest::keyClick(f->field(), Qt::Key_F4);
+    QVERIFY(driver.hasClosed());
+    QCOMPARE(rows, 8); // six scopes, a line, and this one
+    QVERIFY(isSeparated);
+    QCOMPARE(texts.constLast(), QStringLiteral("Limit to folders..."));
+}
+
+void SpotlightFoldersTest::menuRowOpensThePicker_data()
+{
+    QTest::addColumn<int>("key"); // 0 for a click
+    QTest::newRow("click") << 0;
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+}
+
+void SpotlightFoldersTest::menuRowOpensThePicker()
+{
+    QFETCH(int, key);
+    show();
+    QTest::keyClicks(f->field(), QStringLiteral("plan"));
+    const ModalDriver picker([](QWidget* modal) {
+        QVERIFY(qobject_cast<FolderPickerDialog*>(modal));
+        pressKey(*modal, Qt::Key_Escape);
+    });
+    const MenuDriver menu([key](QMenu* open) {
+        if (key == 0) {
+            chooseFolders(open);
+            return;
+        }
+        QTest::keyClick(open, Qt::Key_Up); // from none to the last
+        QTest::keyClick(open, Qt::Key(key));
+    });
+    QTest::mouseClick(f->filterButton(), Qt::LeftButton);
+    QVERIFY(menu.hasClosed());
+    QCOMPARE(picker.count(), 1);
+    QCOMPARE(f->window.focusWidget(), f->field());
+    QCOMPARE(f->field()->text(), QStringLiteral("plan"));
+}
+
+void SpotlightFoldersTest::menuRowDropsTheMarks()
+{
+    show();
+    f->window.setScopeKeys({"File"});
+    const ModalDriver picker([](QWidget* modal) { pressKey(*modal, Qt::Key_Return); });
+    const MenuDriver menu([](QMenu* open) {
+        clickAt(open, open->mapToGlobal(open->actionGeometry(open->actions().at(0)).center()));
+        chooseFolders(open);
+    });
+    QTest::keyClick(f->field(), Qt::Key_F4);
+    QVERIFY(menu.hasClosed());
+    QCOMPARE(picker.count(), 1);
+    QCOMPARE(f->chipTexts(), QStringList{"File"});
+}
+
+void SpotlightFoldersTest::acceptedChoiceNarrows()
+{
+    limitTo({homeFolder("Docs"), homeFolder("Music")});
+    f->window.setScopeKeys({"File"});
+    QTest::keyClicks(f->field(), QStringLiteral("plan"));
+    QCOMPARE(f->rows().size(), 4);
+    pick([](QWidget* picker) {
+        rowOf(picker, homeFolder("Docs"))->setSelected(false);
+        pressKey(*picker, Qt::Key_Return);
+    });
+    QCOMPARE(FolderFilter::folders(), QStringList{homeFolder("Music")});
+    QCOMPARE(filterContent(), FolderFilter::toBytes({homeFolder("Music")}));
+    QCOMPARE(f->chipTexts(), QStringList({"File", "Music"}));
+    QCOMPARE(f->rows(), QStringList({"# Files on this PC", "plan.mp3"}));
+    QCOMPARE(f->field()->text(), QStringLiteral("plan"));
+    QCOMPARE(f->window.focusWidget(), f->field());
+    QVERIFY(f->window.isVisible());
+}
+
+void SpotlightFoldersTest::rejectedChoiceChangesNothing()
+{
+    const QStringList folders{homeFolder("Docs"), homeFolder("docs"), homeFolder("Docs")};
+    limitTo(folders);
+    QTest::keyClicks(f->field(), QStringLiteral("plan"));
+    const QVector<GlyphButton*> chips = f->chips();
+    f->list()->setCurrentRow(2);
+    pick([](QWidget* picker) {
+        picker->findChild<QListWidget*>()->clearSelection();
+        pressKey(*picker, Qt::Key_Escape);
+    });
+    QCOMPARE(FolderFilter::folders(), folders);
+    QCOMPARE(f->chips(), chips);
+    QCOMPARE(f->list()->currentRow(), 2);
+    QCOMPARE(f->field()->text(), QStringLiteral("plan"));
+    QCOMPARE(f->window.focusWidget(), f->field());
+}
+
+void SpotlightFoldersTest::allFoldersRemoveEveryChip()
+{
+    limitTo({homeFolder("Docs"), homeFolder("Gone")});
+    f->window.setScopeKeys({"File"});
+    QTest::keyClicks(f->field(), QStringLiteral("plan"));
+    pick([](QWidget* picker) {
+        auto* list = picker->findChild<QListWidget*>();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualItemRect(list->item(0)).center());
+        pressKey(*picker, Qt::Key_Return);
+    });
+    QCOMPARE(filterContent(), QByteArray("[]"));
+    QCOMPARE(f->chipTexts(), QStringList{"File"});
+    QVERIFY(f->rows().contains(QStringLiteral("plan.md")));
+}
+
+void SpotlightFoldersTest::choiceIsKept()
+{
+    // None of the usual folders, so its row comes from what is chosen.
+    limitTo({homeFolder("Music/deep")});
+    for (int i = 0; i < 2; ++i) {
+        pick([](QWidget* picker) {
+            QVERIFY(rowOf(picker, homeFolder("Music/deep"))->isSelected());
+            pressKey(*picker, Qt::Key_Return);
+        });
+        QCOMPARE(f->chipTexts(), QStringList{"deep"});
+    }
+}
+
+void SpotlightFoldersTest::pickerKeepsTheWindow()
+{
+    show();
+    QTest::keyClicks(f->field(), QStringLiteral("plan"));
+    endGuards();
+    bool isBlocked = false;
+    bool wasVisible = false;
+    pick([&](QWidget* picker) {
+        isBlocked = g_blockAutoQuit;
+        QApplication::setActiveWindow(nullptr); // as when a dialog of the desktop's opens
+        wasVisible = f->window.isVisible() && !f->fade();
+        picker->close();
+    });
+    QVERIFY(isBlocked);
+    QVERIFY(wasVisible);
+    QVERIFY(f->window.isVisible());
+    QVERIFY(!f->fade());
+    QVERIFY(g_blockAutoQuit); // for a while after its end, too
+    QCOMPARE(f->field()->text(), QStringLiteral("plan"));
+    QTRY_VERIFY(!g_blockAutoQuit);
+}
+
+void SpotlightFoldersTest::pickerWhileTheWindowIsHidden()
+{
+    limitTo({homeFolder("Docs")});
+    pick([this](QWidget* picker) {
+        f->pressHotkey();
+        QVERIFY(QTest::qWaitFor([this] { return f->window.isHidden(); }));
+        picker->findChild<QListWidget*>()->clearSelection();
+        pressKey(*picker, Qt::Key_Return);
+    });
+    QVERIFY(f->window.isHidden());
+    show();
+    QVERIFY(f->chips().isEmpty());
+    QCOMPARE(f->window.height(), kEmptyHeight);
+}
+
+void SpotlightFoldersTest::pickerStandsOnTheStrip()
+{
+    show();
+    QRect card;
+    int middle = 0;
+    pick([&](QWidget* picker) {
+        const auto* frame = picker->findChild<QFrame*>("dialogBg");
+        card = QRect(frame->mapToGlobal(QPoint(0, 0)), frame->size());
+        middle = picker->x() + picker->width() / 2;
+        pressKey(*picker, Qt::Key_Escape);
+    });
+    const QRect strip(f->pill()->mapToGlobal(QPoint(0, 0)), f->pill()->size());
+    QCOMPARE(card.top(), strip.top());
+    QCOMPARE(middle, f->window.geometry().center().x());
+    QVERIFY(screenArea().contains(card));
+}
+
+void SpotlightFoldersTest::dialogIsAligned_data()
+{
+    QTest::addColumn<QPoint>("window"); // relative to the screen's available area
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("margin");
+    QTest::addColumn<QPoint>("expected"); // the same
+    const QRect area = TestScreens::Primary;
+    const int w = area.width();
+    const int h = area.height();
+    // The middle of a window at x is at x + 291, its strip 32 below its top.
+    const auto row = [](const char* name, const QPoint& window, const QSize& size, int margin,
+                        const QPoint& expected) {
+        QTest::newRow(name) << window << size << margin << expected;
+    };
+    row("in the middle", {200, 100}, {300, 200}, 10, {200 + 291 - 150, 100 + 32 - 10});
+    row("of odd width", {200, 100}, {301, 200}, 10, {200 + 291 - 150, 100 + 32 - 10});
+    row("no margin", {200, 100}, {300, 200}, 0, {200 + 291 - 150, 132});
+    row("just fits below", {200, h - 200}, {300, 178}, 10, {341, h - 178});
+    row("lifted", {200, h - 100}, {300, 178}, 10, {341, h - 178 + 10});
+    row("too high", {200, 100}, {300, h + 100}, 10, {341, -10});
+    row("card as high as the screen", {200, 100}, {300, h + 20}, 10, {341, -10});
+    row("above the screen", {200, -80}, {300, 200}, 10, {341, -10});
+    row("at the left edge", {-291, 100}, {300, 200}, 10, {-10, 122});
+    row("beyond the left edge", {-500, 100}, {300, 200}, 10, {-10, 122});
+    row("at the right edge", {w - 291 - 140, 100}, {300, 200}, 10, {w - 290, 122});
+    row("beyond the right edge", {w, 100}, {300, 200}, 10, {w - 290, 122});
+    row("wider than the screen", {200, 100}, {w + 200, 200}, 10, {-10, 122});
+}
+
+void SpotlightFoldersTest::dialogIsAligned()
+{
+    QFETCH(QPoint, window);
+    QFETCH(QSize, size);
+    QFETCH(int, margin);
+    QFETCH(QPoint, expected);
+    const QPoint origin = screenArea().topLeft();
+    f->window.move(origin + window);
+    QDialog dialog;
+    dialog.setFixedSize(size);
+    if (margin > 0) {
+        auto* layout = new QVBoxLayout(&dialog);
+        layout->setContentsMargins(margin, margin, margin, margin);
+    }
+    f->window.alignDialogToSearchBar(&dialog);
+    QCOMPARE(dialog.pos() - origin, expected);
+    QCOMPARE(dialog.size(), size);
 }
 
 QTEST_MAIN(SpotlightFoldersTest)

@@ -5,6 +5,7 @@
 #include "CustomColorPickerDialog.h"
 #include "CustomMessageBox.h"
 #include "FittingText.h"
+#include "FolderPickerDialog.h"
 #include "IconPickerDialog.h"
 #include "Localization.h"
 #include "TestHome.h"
@@ -74,12 +75,17 @@ QList<NamedDialog> everyDialog()
         IconPickerDialog dialog(parent, QString());
         showNow(dialog, look);
     };
+    const auto folders = [](QWidget* parent, const std::function<void(QWidget&)>& look) {
+        FolderPickerDialog dialog(parent);
+        showNow(dialog, look);
+    };
     const auto colors = [](QWidget* parent, const std::function<void(QWidget&)>& look) {
         CustomColorPickerDialog dialog(parent, QString());
         showNow(dialog, look);
     };
     return {
         {"accent colour", colors},
+        {"folder picker", folders},
         {"icon picker", picker},
         {"new section", sectionDialog("dialog.add_section_title", "dialog.lbl_section_name")},
         {"section", sectionDialog("dialog.edit_section_title", "dialog.lbl_section_name")},

@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "FolderCounts.h"
+#include "FolderFilter.h"
+#include "TestHome.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+
+class FolderCountsTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { TestHome::install(); }
+
+private slots:
+    void counts_data();
+    void counts();
+    void everyFolderOfAListHasItsCount();
+    void noPathIsNoCount();
+    void orderDoesNotMatter();
+    void commonStartChangesNothing_data();
+    void commonStartChangesNothing();
+    void agreesWithTheFilter_data();
+    void agreesWithTheFilter();
+};
+
+namespace
+{
+
+QString native(const QString& path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+QStringList native(QStringList paths)
+{
+    for (QString& path : paths)
+        path = native(path);
+    return paths;
+}
+
+QVector<qsizetype> countsOf(const QStringList& folders, const QStringList& paths,
+                            const QString& start = QString())
+{
+    FolderCounts counts(folders, start);
+    for (const QString& path : paths)
+        counts.add(path);
+    return counts.counts();
+}
+
+/// The same, one folder after the other and path by path.
+QVector<qsizetype> filtered(const QStringList& folders, const QStringList& paths)
+{
+    QVector<qsizetype> counts;
+    for (const QString& folder : folders)
+        counts.append(std::count_if(paths.begin(), paths.end(), [&folder](const QString& path) {
+            return FolderFilter::isUnder(path, folder);
+        }));
+    return counts;
+}
+
+/// What a home holds, folder by folder.
+const QStringList kHome = native(
+    QStringList{"/home/me/Docs", "/home/me/Docsier", "/home/me/Music", "/home/me/a.txt",
+                "/home/me/Docs/a.txt", "/home/me/Docs/b.txt", "/home/me/Docs/sub",
+                "/home/me/Docs/sub/c.txt", "/home/me/Docs/sub/deep", "/home/me/Docs/sub/deep/d.txt",
+                "/home/me/Docsier/e.txt", "/home/me/DOCS/f.txt", "/home/me/Music/g.mp3"});
+
+} // namespace
+
+void FolderCountsTest::counts_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<qsizetype>("count");
+    const auto row = [](const char* name, const char* folder, qsizetype count) {
+        QTest::newRow(name) << native(QString::fromUtf8(folder)) << count;
+    };
+    row("files and folders alike, but not itself", "/home/me/Docs", 7);
+    row("of any case", "/HOME/me/dOCS", 7);
+    row("separator at its end", "/home/me/Docs/", 7);
+    row("two separators at its end", "/home/me/Docs//", 0);
+    row("name that goes on", "/home/me/Docsier", 1);
+    row("beginning of a name", "/home/me/Doc", 0);
+    row("folder in a folder", "/home/me/Docs/sub", 3);
+    row("nothing in it", "/home/me/Docs/sub/deep/x", 0);
+    row("a file", "/home/me/a.txt", 0);
+    row("the home", "/home/me", 13);
+    row("above the home", "/home", 13);
+    row("root", "/", 13);
+    row("another root", "C:/", 0);
+    row("elsewhere", "/srv", 0);
+    row("none", "", 0);
+    row("no path", "home", 0);
+}
+
+void FolderCountsTest::counts()
+{
+    QFETCH(QString, folder);
+    QFETCH(qsizetype, count);
+    QCOMPARE(countsOf({folder}, kHome), QVector<qsizetype>{count});
+    QCOMPARE(filtered({folder}, kHome), QVector<qsizetype>{count});
+}
+
+void FolderCountsTest::everyFolderOfAListHasItsCount()
+{
+    const QStringList folders = native(QStringList{"/home/me/Music", "/home/me/Docs/sub", "",
+                                                   "/home/me/docs", "/home/me/Docs", "/none"});
+    QCOMPARE(countsOf(folders, kHome), QVector<qsizetype>({1, 3, 0, 7, 7, 0}));
+}
+
+void FolderCountsTest::noPathIsNoCount()
+{
+    QCOMPARE(countsOf({}, kHome), QVector<qsizetype>());
+    QCOMPARE(countsOf({native("/home")}, {}), QVector<qsizetype>{0});
+    QCOMPARE(countsOf({native("/home")}, {QString(), QString()}), QVector<qsizetype>{0});
+}
+
+void FolderCountsTest::orderDoesNotMatter()
+{
+    const QStringList folders =
+        native(QStringList{"/home/me/Docs", "/home/me/Docs/sub", "/home/me/Music"});
+    QStringList paths = kHome;
+    do {
+        QCOMPARE(countsOf(folders, paths), QVector<qsizetype>({7, 3, 1}));
+    } while (std::next_permutation(paths.end() - 6, paths.end()));
+}
+
+void FolderCountsTest::commonStartChangesNothing_data()
+{
+    QTest::addColumn<QString>("start");
+    for (const char* start : {"", "/", "/ho", "/home", "/home/", "/home/me", "/home/me/"})
+        QTest::addRow("\"%s\"", start) << native(QString::fromLatin1(start));
+}
+
+void FolderCountsTest::commonStartChangesNothing()
+{
+    QFETCH(QString, start);
+    const QStringList folders =
+        native(QStringList{"/", "/home", "/HOME/me", "/home/me/Docs", "/home/me/docs/sub",
+                           "/home/me/Music", "/home/other", "/srv"});
+    QCOMPARE(countsOf(folders, kHome, start), filtered(folders, kHome));
+    QCOMPARE(countsOf({}, kHome, start), QVector<qsizetype>());
+    for (const QString& folder : folders)
+        QCOMPARE(countsOf({folder}, kHome, start), filtered({folder}, kHome));
+}
+
+void FolderCountsTest::agreesWithTheFilter_data()
+{
+    QTest::addColumn<QStringList>("names");
+    const auto row = [](const char* name, const QStringList& names) {
+        QTest::newRow(name) << names;
+    };
+    row("plain", {"a", "b", "ab", "abc"});
+    row("of two cases", {"a", "A", "b", "B", "Ab"});
+    row("with empty ones", {"", "a", "aa", ""});
+    row("beyond ASCII", {QStringLiteral("ä"), QStringLiteral("Ä"), QStringLiteral("ß"),
+                         QStringLiteral("ss"), QStringLiteral("ẞ"), QStringLiteral("ſ")});
+    row("in pairs", {QStringLiteral("\U00010400"), QStringLiteral("\U00010428"),
+                     QStringLiteral("\U0001F600"), QString(QChar(0xd801)), QString(QChar(0xdc00))});
+    row("dots", {".", "..", "..."});
+    row("the separators of both systems", {"/", "\\", "a"});
+    row("of lengths that differ by 64", {"a", QString(65, u'a'), QString(129, u'a')});
+}
+
+void FolderCountsTest::agreesWithTheFilter()
+{
+    QFETCH(QStringList, names);
+    QRandomGenerator random(1);
+    const auto makePath = [&] {
+        QStringList parts;
+        for (int i = random.bounded(5); i >= 0; --i)
+            parts.append(names.at(random.bounded(int(names.size()))));
+        return QString(random.bounded(4) > 0 ? "/" : "") + parts.join('/') +
+               (random.bounded(4) == 0 ? "/" : "");
+    };
+    for (int round = 0; round < 50; ++round) {
+        QStringList folders;
+        QStringList paths;
+        for (int i = 0; i < 8; ++i)
+            folders.append(native(makePath()));
+        for (int i = 0; i < 60; ++i)
+            paths.append(native(makePath()));
+        if (round % 2 == 0)
+            paths.sort(); // as they come from an index
+        QCOMPARE(countsOf(folders, paths), filtered(folders, paths));
+    }
+}
+
+QTEST_GUILESS_MAIN(FolderCountsTest)
+#include "tst_foldercounts.moc"
