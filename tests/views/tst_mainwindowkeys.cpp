@@ -87,6 +87,11 @@ void MainWindowKeysTest::otherPageGetsNone()
     QVERIFY(searchField()->text().isEmpty());
     QTest::keyClick(field, Qt::Key_Tab);
     QCOMPARE(keys.count, 4);
+    EventCounter wheels(strip(), QEvent::Wheel);
+    QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(strip(), &wheel);
+    QCOMPARE(wheels.count, 1);
 }
 
 void MainWindowKeysTest::otherWindowsGetNone()
