@@ -144,8 +144,10 @@ void setWebLabel(QPushButton* button, const QVector<WebQuery::Suggestion>& sugge
     const bool isThere = which < suggestions.size();
     button->ensurePolished();
     if (isThere) {
-        button->setText(Keys::withoutShortcut(
-            labelLine(*button, suggestions.at(which).label, kStripWidth - kEmptyButtonPadding)));
+        const QMargins margins = button->parentWidget()->layout()->contentsMargins();
+        const int room = kStripWidth - margins.left() - margins.right() - kEmptyButtonPadding;
+        button->setText(
+            Keys::withoutShortcut(labelLine(*button, suggestions.at(which).label, room)));
     }
     button->setVisible(isThere);
 }
