@@ -427,6 +427,7 @@ void ItemEditorPanel::setEditorType(const QString& type)
     m_editorValueLabel->setText(text(form.valueLabelKey));
     m_editorNameInput->setPlaceholderText(text(form.namePlaceholderKey));
     m_editorValueInput->setPlaceholderText(text(form.valuePlaceholderKey));
+    m_editorValueInput->viewport()->update(); // which Qt leaves as it was for another placeholder
     m_editorValueInput->setLineNumbersVisible(form.hasLineNumbers);
 
     m_browseShown = form.canBrowse;
