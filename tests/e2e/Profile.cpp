@@ -19,15 +19,27 @@ LauncherElement Profile::item(const QString& name, const QString& type, const QS
 
 QByteArray Profile::document(const QVector<LauncherElement>& items)
 {
-    QJsonArray array;
-    for (const LauncherElement& element : items)
-        array.append(element.toJson());
-    const QString section = QStringLiteral("Work");
+    return documentOfSections({{QStringLiteral("Work"), items}});
+}
+
+QByteArray Profile::documentOfSections(const QVector<Section>& sections)
+{
+    QJsonArray names;
+    QJsonObject icons;
+    QJsonObject elements;
+    for (const auto& [name, items] : sections) {
+        QJsonArray array;
+        for (const LauncherElement& element : items)
+            array.append(element.toJson());
+        names.append(name);
+        icons.insert(name, 0xE943);
+        elements.insert(name, array);
+    }
     const QJsonObject root{
-        {QStringLiteral("categories"), QJsonArray{section}},
-        {QStringLiteral("categoryIcons"), QJsonObject{{section, 0xE943}}},
-        {QStringLiteral("defaultCategory"), section},
-        {QStringLiteral("sectionElements"), QJsonObject{{section, array}}},
+        {QStringLiteral("categories"), names},
+        {QStringLiteral("categoryIcons"), icons},
+        {QStringLiteral("defaultCategory"), names.first()},
+        {QStringLiteral("sectionElements"), elements},
         {QStringLiteral("templates"), QJsonArray()},
     };
     return QJsonDocument(root).toJson();

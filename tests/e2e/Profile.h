@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <utility>
+
 /// Documents for the program under test.
 namespace Profile
 {
@@ -18,7 +20,11 @@ LauncherElement item(const QString& name, const QString& type, const QString& va
 /// A document in the current shape with these items in one section.
 QByteArray document(const QVector<LauncherElement>& items);
 
-/// The same in the older shape.
+/// The same with several sections, each a name and its items.
+using Section = std::pair<QString, QVector<LauncherElement>>;
+QByteArray documentOfSections(const QVector<Section>& sections);
+
+/// The first document in the older shape.
 QByteArray legacyDocument(const QVector<LauncherElement>& items);
 
 /// Enough of every type to fill the panel.

@@ -31,7 +31,8 @@ void stop(QProcess& process)
 
 } // namespace
 
-Desktop::Desktop(int features, const QStringList& windowManager)
+Desktop::Desktop(int features, const QStringList& windowManager, const QSize& screen)
+    : m_screenSize(screen)
 {
     for (const char* dir : {"bin", "home", "data", "share", "config", "cache", "run"})
         QDir(m_dir.path()).mkpath(QLatin1String(dir));
@@ -104,7 +105,7 @@ void Desktop::startScreen()
     m_screen.start(QStringLiteral("Xvfb"),
                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                     QStringLiteral("0"),
-                    QStringLiteral("%1x%2x24").arg(ScreenWidth).arg(ScreenHeight),
+                    QStringLiteral("%1x%2x24").arg(m_screenSize.width()).arg(m_screenSize.height()),
                     QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     QByteArray number;
     while (!number.endsWith('\n') && m_screen.waitForReadyRead(kStartMs))

@@ -28,13 +28,16 @@ public:
     static constexpr int ScreenHeight = 800;
 
     /// \param windowManager is started if `features` ask for one: its command line.
+    /// \param screen its size in pixels.
     /// Ends the test run if a piece can't be started.
     explicit Desktop(int features = Everything,
                      const QStringList& windowManager = {QStringLiteral("openbox"),
-                                                         QStringLiteral("--sm-disable")});
+                                                         QStringLiteral("--sm-disable")},
+                     const QSize& screen = {ScreenWidth, ScreenHeight});
     ~Desktop();
 
     QString display() const { return m_display; }
+    QSize screen() const { return m_screenSize; }
     XClient& client() { return *m_client; }
     QString path(const QString& name) const { return m_dir.filePath(name); }
 
@@ -74,6 +77,7 @@ private:
 
     QTemporaryDir m_dir;
     QString m_display;
+    QSize m_screenSize;
     QString m_busAddress;
     QProcess m_screen;
     QProcess m_windowManager;

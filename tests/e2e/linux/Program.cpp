@@ -7,10 +7,12 @@
 #include "SpotlightWindow.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QTest>
+#include <QThread>
 
 namespace
 {
@@ -98,11 +100,18 @@ void Program::setVariable(const QString& name, const QString& value)
     m_environment.insert(name, value);
 }
 
+void Program::setScale(qreal factor)
+{
+    m_scale = factor;
+    setVariable(QStringLiteral("QT_SCALE_FACTOR"), QString::number(factor));
+}
+
 void Program::startWithoutWaiting(const QString& binaryPath)
 {
     Desktop::dieWithParent(m_process);
     m_process.setProcessEnvironment(m_environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setWorkingDirectory(homeDir()); // where a file dialog begins
     m_process.start(binaryPath.isEmpty() ? binary() : binaryPath, QStringList());
     if (!m_process.waitForStarted(kPatienceMs))
         qFatal("cannot start the program");
@@ -134,7 +143,7 @@ void Program::startAndSettle()
 XClient::Window Program::windowOfWidth(int width) const
 {
     for (const XClient::Window& window : m_desktop.client().windowsOf(m_process.processId())) {
-        if (window.geometry.width() == width)
+        if (window.geometry.width() == qRound(width * m_scale))
             return window;
     }
     return {};
@@ -190,9 +199,20 @@ void Program::key(const QString& combination) const
 void Program::waitForKeysToBeRead() const
 {
     // It answers for the others too, even while it is hidden: all are on one connection.
-    m_desktop.client().ping(homeWindow().id);
-    if (!QTest::qWaitFor([this] { return m_desktop.client().hasAnswered(); }, kPatienceMs))
-        qFatal("the program doesn't read its keys");
+    // Looked for more often than QTest does: it stands behind each key of long sequences. And asked
+    // again, because a window that goes away meanwhile has been seen to take the question along.
+    constexpr int kAskAgainMs = 1000;
+    for (int attempt = 0; attempt < kPatienceMs / kAskAgainMs; ++attempt) {
+        m_desktop.client().ping(homeWindow().id);
+        QElapsedTimer waited;
+        waited.start();
+        while (!waited.hasExpired(kAskAgainMs)) {
+            if (m_desktop.client().hasAnswered())
+                return;
+            QThread::usleep(500);
+        }
+    }
+    qFatal("the program doesn't read its keys");
 }
 
 QImage Program::settledScreenshot() const

@@ -40,6 +40,9 @@ public:
     /// Changes the environment of the program; call before the start.
     void setVariable(const QString& name, const QString& value);
 
+    /// Shows it larger than it is by this factor; call before the start.
+    void setScale(qreal factor);
+
     /// Starts the binary and waits for its first window. Call after the profile is written.
     void start();
     /// The same without waiting for anything.
@@ -48,6 +51,7 @@ public:
     void startAndSettle();
 
     QProcess& process() { return m_process; }
+    qint64 processId() const { return m_process.processId(); }
     static QString binary();
 
     XClient::Window homeWindow() const;
@@ -71,11 +75,14 @@ public:
     /// Keeps a picture to be looked at after the run.
     static void keep(const QImage& picture, const QString& name);
 
+    /// Waits until the program has read all keys.
+    void waitForKeysToBeRead() const;
+
 private:
     XClient::Window windowOfWidth(int width) const;
-    void waitForKeysToBeRead() const;
 
     Desktop& m_desktop;
     QProcessEnvironment m_environment;
     QProcess m_process;
+    qreal m_scale = 1;
 };

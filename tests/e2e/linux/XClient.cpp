@@ -270,21 +270,36 @@ void XClient::pressKeys(const QVector<xcb_keysym_t>& keysyms)
 void XClient::pressKeycodes(const QVector<xcb_keycode_t>& codes)
 {
     for (const xcb_keycode_t code : codes)
-        fakeKey(XCB_KEY_PRESS, code);
+        fakeInput(XCB_KEY_PRESS, code);
     for (auto code = codes.crbegin(); code != codes.crend(); ++code)
-        fakeKey(XCB_KEY_RELEASE, *code);
+        fakeInput(XCB_KEY_RELEASE, *code);
     focus(); // a round trip
 }
 
 void XClient::setKeyDown(xcb_keycode_t code, bool isDown)
 {
-    fakeKey(isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
+    fakeInput(isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
     focus(); // a round trip
 }
 
-void XClient::fakeKey(uint8_t type, xcb_keycode_t code)
+void XClient::fakeInput(uint8_t type, uint8_t detail, const QPoint& position)
 {
-    xcb_test_fake_input(m_connection, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_test_fake_input(m_connection, type, detail, XCB_CURRENT_TIME, m_screen->root,
+                        static_cast<int16_t>(position.x()), static_cast<int16_t>(position.y()), 0);
+}
+
+void XClient::movePointer(const QPoint& position)
+{
+    fakeInput(XCB_MOTION_NOTIFY, 0, position);
+    focus(); // a round trip
+}
+
+void XClient::click(const QPoint& position, uint8_t button)
+{
+    movePointer(position);
+    fakeInput(XCB_BUTTON_PRESS, button);
+    fakeInput(XCB_BUTTON_RELEASE, button);
+    focus(); // a round trip
 }
 
 QRgb XClient::pixel(const QPoint& position) const

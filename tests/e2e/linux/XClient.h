@@ -75,6 +75,11 @@ public:
     /// Presses or releases one key and leaves it so. Has reached the server on return.
     void setKeyDown(xcb_keycode_t code, bool isDown);
 
+    /// Puts the pointer there, as a user's hand would.
+    void movePointer(const QPoint& position);
+    /// The same, and presses and releases a button: 1 left, 3 right, 4 and 5 the wheel up and down.
+    void click(const QPoint& position, uint8_t button = 1);
+
     /// Colour of one pixel of the screen.
     QRgb pixel(const QPoint& position) const;
 
@@ -89,7 +94,7 @@ private:
     xcb_atom_t atom(const char* name) const;
     void sendProtocol(xcb_window_t window, xcb_atom_t protocol, uint32_t time);
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
-    void fakeKey(uint8_t type, xcb_keycode_t code);
+    void fakeInput(uint8_t type, uint8_t detail, const QPoint& position = {});
     void readEvents();
     void readEvent(const xcb_generic_event_t& event);
     qint64 pidOf(xcb_window_t window) const;
