@@ -112,6 +112,7 @@ void Program::startWithoutWaiting(const QString& binaryPath)
     m_process.setProcessEnvironment(m_environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setWorkingDirectory(homeDir()); // where a file dialog begins
+    m_answeringWindow = XCB_WINDOW_NONE;
     m_process.start(binaryPath.isEmpty() ? binary() : binaryPath, QStringList());
     if (!m_process.waitForStarted(kPatienceMs))
         qFatal("cannot start the program");
@@ -202,8 +203,10 @@ void Program::waitForKeysToBeRead() const
     // Looked for more often than QTest does: it stands behind each key of long sequences. And asked
     // again, because a window that goes away meanwhile has been seen to take the question along.
     constexpr int kAskAgainMs = 1000;
+    if (m_answeringWindow == XCB_WINDOW_NONE)
+        m_answeringWindow = homeWindow().id;
     for (int attempt = 0; attempt < kPatienceMs / kAskAgainMs; ++attempt) {
-        m_desktop.client().ping(homeWindow().id);
+        m_desktop.client().ping(m_answeringWindow);
         QElapsedTimer waited;
         waited.start();
         while (!waited.hasExpired(kAskAgainMs)) {

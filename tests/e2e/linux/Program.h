@@ -85,4 +85,5 @@ private:
     QProcessEnvironment m_environment;
     QProcess m_process;
     qreal m_scale = 1;
+    mutable xcb_window_t m_answeringWindow = XCB_WINDOW_NONE;
 };
