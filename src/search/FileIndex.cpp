@@ -40,6 +40,7 @@ constexpr std::array<QLatin1String, 5> kExcludedNames = {
     QLatin1String("__pycache__"), QLatin1String(".venv")};
 
 constexpr int kTiers = 3;
+constexpr qsizetype kLineUnits = 32; // characters that the memory gives at a time
 constexpr qsizetype kLookAhead = 16; // names; takes about as long as the memory to answer
 constexpr qsizetype kMaxPosition = std::numeric_limits<quint16>::max();
 
@@ -208,8 +209,12 @@ QVector<qsizetype> FileIndex::countUnder(const QStringList& folders)
     const qsizetype size = all.size();
     constexpr qsizetype Ahead = 2 * kLookAhead; // a path is done with sooner than a name
     for (qsizetype i = 0; i < size; ++i) {
-        if (i + Ahead < size)
-            prefetch(all.at(i + Ahead).path.constData() + start.size());
+        if (i + Ahead < size) {
+            // The start of what differs, and what of it is in the next piece of the memory.
+            const QString& path = all.at(i + Ahead).path;
+            prefetch(path.constData() + start.size());
+            prefetch(path.constData() + std::min(path.size(), start.size() + kLineUnits));
+        }
         counts.add(all.at(i).path);
     }
     return counts.counts();
