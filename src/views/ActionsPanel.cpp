@@ -215,11 +215,15 @@ bool ActionsPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent*>(event)->key();
+    const auto* press = static_cast<QKeyEvent*>(event);
+    const int key = press->key();
     if (Keys::isBack(key)) {
         goBack(key);
         return true;
     }
+    // The press that led to the question may still be held, before anybody has read it.
+    if (press->isAutoRepeat() && m_step == ActionsConfirmDelete && Keys::isEnter(key))
+        return true;
     if (watched == m_actionsListWidget && handleListKey(key))
         return true;
     return QWidget::eventFilter(watched, event);

@@ -89,6 +89,8 @@ private slots:
 
     void enterRunsTheRow_data();
     void enterRunsTheRow();
+    void heldEnterIsNoAnswer_data();
+    void heldEnterIsNoAnswer();
     void doubleClickRunsTheRow();
     void clickSelectsOnly();
     void deletesTheItem();
@@ -468,6 +470,33 @@ void ActionsPanelTest::enterRunsTheRow()
     QCOMPARE(told.words, QStringList({"changed", "close"}));
     QCOMPARE(names(), QStringList("Notes"));
     QCOMPARE(passedOn.count, 0);
+}
+
+void ActionsPanelTest::heldEnterIsNoAnswer_data()
+{
+    enterRunsTheRow_data();
+}
+
+void ActionsPanelTest::heldEnterIsNoAnswer()
+{
+    QFETCH(Qt::Key, key);
+    open(ActionsList);
+    list()->setCurrentRow(1);
+    Told told(m_panel);
+    EventCounter passedOn(m_window.get(), QEvent::KeyPress);
+    QTest::keyPress(list(), key);
+    QCOMPARE(m_panel->currentStep(), ActionsConfirmDelete);
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(list(), &repeated);
+    }
+    QCOMPARE(told.words, QStringList("step 2"));
+    QCOMPARE(names(), QStringList({"Mail", "Notes"}));
+    QCOMPARE(list()->currentRow(), 0);
+    QCOMPARE(passedOn.count, 0);
+    QTest::keyRelease(list(), key);
+    QTest::keyClick(list(), key);
+    QCOMPARE(names(), QStringList("Notes"));
 }
 
 void ActionsPanelTest::doubleClickRunsTheRow()
