@@ -3,6 +3,7 @@
 
 #include "ActionsPanel.h"
 #include "CardHeader.h"
+#include "CustomWidgets.h"
 #include "HomeView.h"
 #include "IconHelper.h"
 #include "ItemEditorPanel.h"
@@ -316,7 +317,7 @@ void HomeView::buildModalCard()
         new CardHeader(QStringLiteral("previewCardHeader"), QString(), Theme::Rad_Lg, m_card);
     column->addWidget(m_cardHeader);
 
-    m_previewStack = new QStackedWidget(m_card);
+    m_previewStack = new SizeAdaptiveStackedWidget(m_card);
     m_previewStack->setObjectName(QStringLiteral("previewStack"));
     m_previewStack->setStyleSheet(
         QStringLiteral("QStackedWidget#previewStack { background: transparent; border: none; }"));

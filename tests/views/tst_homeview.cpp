@@ -895,7 +895,7 @@ void HomeViewTest::cardPlace_data()
     QTest::newRow("wide and high") << QSize(1000, 900) << QSize(460, 0);
     QTest::newRow("as wide as it gets") << QSize(485, 900) << QSize(460, 0);
     QTest::newRow("narrow") << QSize(430, 900) << QSize(406, 0);
-    QTest::newRow("low") << QSize(1000, 301) << QSize(460, 277);
+    QTest::newRow("low") << QSize(1000, 290) << QSize(460, 266);
     QTest::newRow("very low") << QSize(1000, 190) << QSize(460, 200);
 }
 
