@@ -8,12 +8,38 @@
 #include <QAbstractItemDelegate>
 #include <QListWidget>
 #include <QPainter>
+#include <QStandardItemModel>
 #include <QStyleOptionViewItem>
 
 ItemReorderOverlay::ItemReorderOverlay(QListWidget* list, int initialSlot)
     : ReorderOverlay(list->viewport()), m_list(list)
 {
     initialize(initialSlot);
+    keepRowsFromChanges();
+}
+
+void ItemReorderOverlay::keepRowsFromChanges()
+{
+    const QAbstractItemModel* model = m_list->model();
+    const auto keep = [this] { keepRows(); };
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, keep);
+    connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, keep);
+    connect(model, &QAbstractItemModel::rowsAboutToBeInserted, this, keep);
+    connect(model, &QAbstractItemModel::rowsAboutToBeMoved, this, keep);
+    connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this, keep);
+}
+
+/// Pictures are made late, since those of all rows at once may be gigabytes; the rows behind them
+/// take little.
+void ItemReorderOverlay::keepRows()
+{
+    const bool isOver = !parentWidget();
+    if (m_keptRows || isOver)
+        return;
+    m_keptRows = new QStandardItemModel(int(m_baseRects.size()), 1, this);
+    for (int row = 0; row < m_baseRects.size(); ++row)
+        m_keptRows->setItemData(m_keptRows->index(row, 0),
+                                m_list->model()->itemData(m_list->model()->index(row, 0)));
 }
 
 QColor ItemReorderOverlay::backdropColor() const
@@ -31,8 +57,7 @@ void ItemReorderOverlay::createTiles()
     for (int row = 0; row < m_list->count(); ++row) {
         const QRect rect = m_list->visualItemRect(m_list->item(row));
         m_baseRects.append(rect);
-        const QPixmap lit = renderItem(row, true);
-        addTile(renderItem(row, false), lit, row, rect);
+        addTile([this, row](bool lit) { return renderItem(row, lit); }, row, rect);
     }
 }
 
@@ -43,7 +68,8 @@ QPixmap ItemReorderOverlay::renderItem(int row, bool lit) const
     QPixmap pixmap(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
-    const QModelIndex index = m_list->model()->index(row, 0);
+    const QAbstractItemModel* rows = m_keptRows ? m_keptRows : m_list->model();
+    const QModelIndex index = rows->index(row, 0);
     QStyleOptionViewItem option;
     option.initFrom(m_list);
     option.font = m_list->font();

@@ -6,9 +6,11 @@
 #include "ReorderOverlay.h"
 
 class QListWidget;
+class QStandardItemModel;
 
 /// Reorders the rows of a list in the shape in which they stand in it, from left to right and row
-/// after row. Lies over the list's viewport, which owns it.
+/// after row. Lies over the list's viewport, which owns it. Shows the rows as they were when it was
+/// made, whatever becomes of the list.
 class ItemReorderOverlay : public ReorderOverlay
 {
     Q_OBJECT
@@ -25,7 +27,10 @@ protected:
 
 private:
     QPixmap renderItem(int row, bool lit) const;
+    void keepRowsFromChanges();
+    void keepRows();
 
     QListWidget* m_list;
-    QVector<QRect> m_baseRects; ///< of the rows, when the overlay was made
+    QStandardItemModel* m_keptRows = nullptr; ///< the rows, once those of the list are others
+    QVector<QRect> m_baseRects;               ///< of the rows, when the overlay was made
 };

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -44,10 +45,25 @@ QString hintTextOf(const QString& key)
 } // namespace
 
 ReorderTile::ReorderTile(QWidget* parent, const QPixmap& rest, const QPixmap& lit, int sourceRow)
-    : QWidget(parent), m_restPixmap(rest), m_litPixmap(lit), m_sourceRow(sourceRow)
+    : ReorderTile(parent, Picture(), sourceRow)
+{
+    m_restPixmap = rest;
+    m_litPixmap = lit;
+}
+
+ReorderTile::ReorderTile(QWidget* parent, Picture picture, int sourceRow)
+    : QWidget(parent), m_picture(std::move(picture)), m_sourceRow(sourceRow)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
+}
+
+const QPixmap& ReorderTile::pixmapNow()
+{
+    QPixmap& pixmap = m_current ? m_litPixmap : m_restPixmap;
+    if (pixmap.isNull() && m_picture)
+        pixmap = m_picture(m_current);
+    return pixmap;
 }
 
 void ReorderTile::setLift(qreal lift)
@@ -87,7 +103,7 @@ void ReorderTile::paintEvent(QPaintEvent*)
     const qreal dim = m_current ? 1.0 : DimOpacity;
     const qreal rest = m_current ? 1.0 : RestScale;
     const qreal scale = rest + (LiftScale - rest) * m_lift;
-    const QPixmap& pixmap = m_current ? m_litPixmap : m_restPixmap;
+    const QPixmap& pixmap = pixmapNow();
     const QSizeF size = pixmap.deviceIndependentSize() * scale;
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -129,7 +145,16 @@ void ReorderOverlay::initialize(int initialSlot)
 void ReorderOverlay::addTile(const QPixmap& rest, const QPixmap& lit, int sourceRow,
                              const QRect& initialRect)
 {
-    auto* tile = new ReorderTile(this, rest, lit, sourceRow);
+    placeTile(new ReorderTile(this, rest, lit, sourceRow), initialRect);
+}
+
+void ReorderOverlay::addTile(ReorderTile::Picture picture, int sourceRow, const QRect& initialRect)
+{
+    placeTile(new ReorderTile(this, std::move(picture), sourceRow), initialRect);
+}
+
+void ReorderOverlay::placeTile(ReorderTile* tile, const QRect& initialRect)
+{
     tile->setGeometry(initialRect);
     tile->show();
     m_tiles.append(tile);

@@ -9,6 +9,8 @@
 #include <QVector>
 #include <QWidget>
 
+#include <functional>
+
 class QParallelAnimationGroup;
 class QPropertyAnimation;
 class QTimer;
@@ -25,9 +27,14 @@ public:
     static constexpr qreal LiftScale = 1.04;  ///< of a lifted tile
     static constexpr qreal DimOpacity = 0.75; ///< of a tile without the cursor
 
+    /// Makes a picture of an entry without or with the cursor on it.
+    using Picture = std::function<QPixmap(bool lit)>;
+
     /// \param rest, lit the entry without and with the cursor on it.
     /// \param sourceRow its place before anything was moved.
     ReorderTile(QWidget* parent, const QPixmap& rest, const QPixmap& lit, int sourceRow);
+    /// \param picture asked for each of the two when it is painted first, and not again.
+    ReorderTile(QWidget* parent, Picture picture, int sourceRow);
 
     int sourceRow() const { return m_sourceRow; }
     /// 0 (lying) to 1 (lifted).
@@ -43,6 +50,9 @@ protected:
     void moveEvent(QMoveEvent* event) override;
 
 private:
+    const QPixmap& pixmapNow();
+
+    Picture m_picture; ///< none if the pictures have been there from the beginning
     QPixmap m_restPixmap;
     QPixmap m_litPixmap;
     int m_sourceRow;
@@ -114,6 +124,8 @@ protected:
     void initialize(int initialSlot);
     /// \param initialRect where the entry stands on the screen, in the coordinates of the parent.
     void addTile(const QPixmap& rest, const QPixmap& lit, int sourceRow, const QRect& initialRect);
+    /// The same with pictures that are made when they are painted first.
+    void addTile(ReorderTile::Picture picture, int sourceRow, const QRect& initialRect);
     /// Room for the hint above the slots, px; 0 without a hint.
     int hintInset() const { return m_hintInset; }
 
@@ -147,6 +159,7 @@ private:
     bool isTile(int slot) const { return slot >= 0 && slot < m_tiles.size(); }
     bool isDragged(const ReorderTile* tile) const { return m_dragging && tile == m_lifted; }
 
+    void placeTile(ReorderTile* tile, const QRect& initialRect);
     void refreshSlotRects();
     int clampScroll(int value) const;
     void computeHintGeometry();

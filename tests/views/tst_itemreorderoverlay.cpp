@@ -15,6 +15,7 @@
 #include <QStyledItemDelegate>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 
 namespace
@@ -36,6 +37,7 @@ public:
         states.append(option.state);
         widget = option.widget;
         optionIndex = option.index;
+        shown.append(index.data().toString() + u' ' + index.data(Qt::UserRole + 2).toString());
         font = option.font;
         ratio = painter->device()->devicePixelRatio();
         const bool isLit = option.state & QStyle::State_MouseOver;
@@ -46,6 +48,7 @@ public:
     mutable QVector<QStyle::State> states;
     mutable const QWidget* widget = nullptr;
     mutable QModelIndex optionIndex;
+    mutable QStringList shown;
     mutable QFont font;
     mutable qreal ratio = 0;
 };
@@ -67,6 +70,9 @@ private slots:
     void slotsAreWhereTheRowsStood();
     void picturesComeFromTheDelegate();
     void picturesAreMadeOnce();
+    void picturesAreMadeOfWhatIsInView();
+    void rowsThatChangeMeanwhile_data();
+    void rowsThatChangeMeanwhile();
     void showsTheRowsAsTiles();
     void movesTilesAndLeavesTheListAlone();
     void slotsStayWhereTheyAre();
@@ -171,24 +177,30 @@ void ItemReorderOverlayTest::picturesComeFromTheDelegate()
     m_list->setFont(font);
     m_list->setCurrentRow(2);
     m_list->setFocus();
+    m_list->resize(370, 400); // all rows and the hint
+    m_list->grab();
+    QCoreApplication::processEvents();
     m_delegate->states.clear();
-    makeOverlay();
-    QVERIFY(m_delegate->states.size() >= 16);
-    for (int i = 0; i < 16; ++i) {
-        const bool isLit = i % 2 == 0;
-        QCOMPARE(m_delegate->states.at(i), isLit ? QStyle::State_Enabled | QStyle::State_MouseOver
-                                                 : QStyle::State(QStyle::State_Enabled));
+    ItemReorderOverlay* overlay = makeOverlay();
+    for (int slot = 0; slot < 8; ++slot) {
+        overlay->setCursorSlot(slot, false);
+        overlay->grab();
     }
+    QCOMPARE(m_delegate->states.size(), 16);
+    QCOMPARE(m_delegate->states.count(QStyle::State_Enabled | QStyle::State_MouseOver), 8);
+    QCOMPARE(m_delegate->states.count(QStyle::State_Enabled), 8);
     QCOMPARE(m_delegate->widget, m_list.get());
     QCOMPARE(m_delegate->optionIndex.row(), 7);
+    QCOMPARE(m_delegate->optionIndex.model(), m_list->model());
     QVERIFY(m_delegate->font.italic());
     QCOMPARE(m_delegate->ratio, m_list->devicePixelRatioF());
 }
 
 void ItemReorderOverlayTest::picturesAreMadeOnce()
 {
+    m_list->resize(370, 400);
     ItemReorderOverlay* overlay = makeOverlay();
-    QCoreApplication::processEvents();
+    overlay->grab();
     m_delegate->paintCount = 0;
     overlay->liftCursor();
     for (int i = 0; i < 5; ++i) {
@@ -201,6 +213,60 @@ void ItemReorderOverlayTest::picturesAreMadeOnce()
     m_clock->pass(1000);
     overlay->grab();
     QCOMPARE(m_delegate->paintCount, 0);
+}
+
+void ItemReorderOverlayTest::picturesAreMadeOfWhatIsInView()
+{
+    for (int row = 8; row < 3000; ++row)
+        m_list->addItem(QString::number(row));
+    m_list->grab();
+    QCoreApplication::processEvents();
+    m_delegate->paintCount = 0;
+    auto* overlay = new ItemReorderOverlay(m_list.get(), 0);
+    QCOMPARE(m_delegate->paintCount, 0);
+    m_clock->pass(2000);
+    overlay->grab();
+    QCOMPARE(m_delegate->paintCount, 9);
+    overlay->setCursorSlot(2999, true);
+    overlay->grab();
+    QVERIFY(m_delegate->paintCount <= 18);
+    QCOMPARE(m_delegate->optionIndex.row(), 2999);
+}
+
+void ItemReorderOverlayTest::rowsThatChangeMeanwhile_data()
+{
+    QTest::addColumn<std::function<void(QListWidget*)>>("change");
+    const auto add = [](const char* name, std::function<void(QListWidget*)> change) {
+        QTest::newRow(name) << std::move(change);
+    };
+    add("cleared", [](QListWidget* list) { list->clear(); });
+    add("cleared and filled", [](QListWidget* list) {
+        list->clear();
+        for (int i = 0; i < 9; ++i)
+            list->addItem("other");
+    });
+    add("one gone", [](QListWidget* list) { delete list->takeItem(0); });
+    add("one more", [](QListWidget* list) { list->insertItem(0, "other"); });
+    add("sorted", [](QListWidget* list) { list->sortItems(Qt::DescendingOrder); });
+}
+
+void ItemReorderOverlayTest::rowsThatChangeMeanwhile()
+{
+    QFETCH(std::function<void(QListWidget*)>, change);
+    for (int row = 0; row < 8; ++row)
+        m_list->item(row)->setData(Qt::UserRole + 2, QStringLiteral("id %1").arg(row));
+    m_list->grab();
+    QCoreApplication::processEvents();
+    m_delegate->shown.clear();
+    ItemReorderOverlay* overlay = makeOverlay();
+    change(m_list.get());
+    overlay->setCursorSlot(7, true);
+    overlay->grab();
+    overlay->setCursorSlot(0, true);
+    overlay->grab();
+    for (int row = 0; row < 8; ++row)
+        QVERIFY(m_delegate->shown.contains(QStringLiteral("%1 id %1").arg(row)));
+    QVERIFY(!m_delegate->shown.join(u'|').contains("other"));
 }
 
 void ItemReorderOverlayTest::showsTheRowsAsTiles()
