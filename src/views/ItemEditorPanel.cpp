@@ -101,6 +101,14 @@ bool endsLine(QChar character)
            character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
 }
 
+/// Gives the focus to a button whose menu has ended. The form may be gone by then, or closed by a
+/// hide of the window, and would take the keys unseen.
+void focusAfterMenu(QWidget* button)
+{
+    if (button && button->isVisibleTo(button->window()))
+        button->setFocus();
+}
+
 /// The beginning of a value that a field can show and edit at once; mostly all of it.
 QString shownPart(const QString& value)
 {
@@ -471,8 +479,7 @@ void ItemEditorPanel::showTypeMenu()
     }
     menu.addCancel();
     menu.execBelow(m_editorTypeBtn);
-    if (button)
-        button->setFocus();
+    focusAfterMenu(button);
 }
 
 void ItemEditorPanel::showSectionMenu()
@@ -487,8 +494,7 @@ void ItemEditorPanel::showSectionMenu()
         menu.addCancel();
         menu.execBelow(m_editorSectionBtn);
     }
-    if (button)
-        button->setFocus();
+    focusAfterMenu(button);
 }
 
 void ItemEditorPanel::chooseIcon()

@@ -320,7 +320,8 @@ bool ActionsMenu::Popup::execAtCenter(const QAbstractItemView* view, const QMode
 
 void ActionsMenu::Popup::restoreFocus() const
 {
-    if (m_focusBefore)
+    // What is out of view by now would take the keys for nobody.
+    if (m_focusBefore && m_focusBefore->isVisibleTo(m_focusBefore->window()))
         m_focusBefore->setFocus();
 }
 

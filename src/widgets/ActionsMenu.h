@@ -174,7 +174,7 @@ public:
     bool execAtCenter(const QWidget* widget);
     bool execAtCenter(const QAbstractItemView* view, const QModelIndex& index);
 
-    /// Gives the focus back to whoever had it, if that still lives. For rows whose action failed.
+    /// Gives the focus back to whoever had it, if that is in view. For rows whose action failed.
     void restoreFocus() const;
 
 private:

@@ -5,8 +5,9 @@
 #include "HomePageFixture.h"
 #include "PreviewTooltip.h"
 
-/// The tree of the window is built anew while something lies over it that belongs to the old one.
-/// Nothing may reach for what is gone, the window works as before, and the focus comes back.
+/// The tree of the window is built anew, the document becomes another one or the window hides while
+/// something lies over it that belongs to what was before. Nothing may reach for what is gone, the
+/// window works as before, and the focus is where one can see it.
 class MainWindowLayersTest : public HomePageFixture
 {
     Q_OBJECT
@@ -28,9 +29,23 @@ private slots:
     void rebuildInAFade();
     void rebuildGivesTheFocusBack_data();
     void rebuildGivesTheFocusBack();
+    void importBehindAMenu_data();
+    void importBehindAMenu();
+    void importBehindTheQuestion_data();
+    void importBehindTheQuestion();
+    void importBehindTheEditor_data();
+    void importBehindTheEditor();
+    void importBehindAPickerOfTheEditor_data();
+    void importBehindAPickerOfTheEditor();
+    void hidingBehindAPickerOfTheEditor_data();
+    void hidingBehindAPickerOfTheEditor();
+    void hidingBehindADialog();
 
 private:
     void rebuild();
+    void import(const LauncherData& document);
+    void hideAndShow();
+    void workLayer(const QString& button, const std::function<void()>& work, const QString& choice);
     void verifyWorks();
 };
 
@@ -46,6 +61,49 @@ void MainWindowLayersTest::rebuild()
     m_window->rebuildUIPreservingFocus();
     QTRY_VERIFY(!old);
     QVERIFY(home());
+}
+
+/// Replaces the document, as another window of the program may do it at any time.
+void MainWindowLayersTest::import(const LauncherData& document)
+{
+    const QString path = QDir(TestHome::dataDir()).filePath(QStringLiteral("import.json"));
+    StorageManager::saveData(path, document);
+    model()->importData(path);
+}
+
+void MainWindowLayersTest::hideAndShow()
+{
+    m_window->fadeOutAndHide();
+    QTRY_VERIFY(!m_window->isVisible());
+    m_window->show();
+    QTRY_VERIFY(m_window->isVisible());
+}
+
+/// Clicks a button of the editor, does `work` once its menu or dialog is there, and then chooses a
+/// row of the menu or answers the dialog with Enter; with an empty choice, gives up.
+void MainWindowLayersTest::workLayer(const QString& button, const std::function<void()>& work,
+                                     const QString& choice)
+{
+    bool isDone = false;
+    QTimer looking;
+    connect(&looking, &QTimer::timeout, this, [&] {
+        const QPointer<QWidget> popup = QApplication::activePopupWidget();
+        const QPointer<QWidget> modal = QApplication::activeModalWidget();
+        if (isDone || (!popup && !modal))
+            return;
+        isDone = true;
+        work();
+        if (popup && !choice.isEmpty())
+            choose(choice)(qobject_cast<QMenu*>(popup));
+        if (popup)
+            popup->close();
+        if (modal)
+            pressKey(*modal, choice.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    looking.start(0);
+    m_window->findChild<QPushButton*>(button)->click();
+    QVERIFY(isDone);
+    regainKeyboard();
 }
 
 /// The window does what it is there for.
@@ -323,6 +381,197 @@ void MainWindowLayersTest::rebuildGivesTheFocusBack()
     QCOMPARE(focused()->objectName(), layer);
     QCOMPARE(home()->selectedCategoryButton()->text(), QStringLiteral("Beta"));
     QCOMPARE(rows(), QStringList{"Bee"});
+}
+
+void MainWindowLayersTest::importBehindAMenu_data()
+{
+    QTest::addColumn<QString>("key");
+    for (const char* key : {"dialog.btn_cancel", "actions.edit_shortcut",
+                            "actions.duplicate_shortcut", "actions.delete_shortcut"})
+        QTest::newRow(key) << key;
+}
+
+void MainWindowLayersTest::importBehindAMenu()
+{
+    QFETCH(QString, key);
+    open();
+    goToRow(1);
+    LauncherData emptied = standardDocument();
+    emptied.sectionElements["Alpha"].clear();
+    inMenus([this] { QTest::keyClick(list(), Qt::Key_Space); }, {[&](QMenu* menu) {
+                import(emptied);
+                choose(Tr::t(key))(menu);
+            }});
+    QVERIFY(rows().isEmpty());
+    QVERIFY(itemsOf("Alpha").isEmpty());
+    QVERIFY(focused() && m_window->isAncestorOf(focused()));
+    QVERIFY2(focused()->isVisible(), qPrintable(focused()->objectName()));
+    import(standardDocument());
+    verifyWorks();
+}
+
+void MainWindowLayersTest::importBehindTheQuestion_data()
+{
+    QTest::addColumn<bool>("isEmptied");
+    QTest::newRow("items left") << false;
+    QTest::newRow("no items left") << true;
+}
+
+void MainWindowLayersTest::importBehindTheQuestion()
+{
+    QFETCH(bool, isEmptied);
+    open();
+    goToRow(1);
+    m_window->openItemDeleteConfirm("a2");
+    LauncherData imported = standardDocument();
+    imported.sectionElements["Alpha"] =
+        isEmptied ? QVector<LauncherElement>() : QVector<LauncherElement>{snippet("a9", "New")};
+    import(imported);
+    QCOMPARE(panel()->currentStep(), ActionsNone);
+    QTRY_VERIFY(!card()->isVisible());
+    QVERIFY(!backdrop()->isVisible());
+    QCOMPARE(focused(), isEmptied ? named("emptyAddBtn") : list());
+    QVERIFY(focused()->isVisible());
+    press(Qt::Key_Escape); // goes to the window now, which hides
+    QTRY_VERIFY(!m_window->isVisible());
+    QCOMPARE(itemsOf("Alpha"), isEmptied ? QStringList() : QStringList("New"));
+}
+
+void MainWindowLayersTest::importBehindTheEditor_data()
+{
+    QTest::addColumn<QStringList>("sections");
+    QTest::addColumn<bool>("hasItem");
+    QTest::addColumn<int>("warnings");
+    QTest::newRow("nothing gone") << QStringList{"Alpha", "Beta"} << true << 0;
+    QTest::newRow("item gone") << QStringList{"Alpha", "Beta"} << false << 0;
+    QTest::newRow("section renamed") << QStringList{"Omega", "Beta"} << true << 1;
+    QTest::newRow("section gone") << QStringList{"Beta"} << false << 1;
+}
+
+void MainWindowLayersTest::importBehindTheEditor()
+{
+    QFETCH(QStringList, sections);
+    QFETCH(bool, hasItem);
+    QFETCH(int, warnings);
+    open();
+    goToRow(1);
+    m_window->openItemEditor("a2");
+    auto* name = named<QLineEdit>("editorNameInput");
+    name->selectAll();
+    QTest::keyClicks(name, "Typed");
+    LauncherData imported;
+    imported.categories = sections;
+    imported.defaultCategory = sections.constFirst();
+    if (hasItem)
+        imported.sectionElements[sections.constFirst()] = {snippet("a2", "Two")};
+    import(imported);
+    QVERIFY(m_window->isItemEditorOpen());
+    QCOMPARE(focused(), name);
+    // What has been typed survives, wherever it has to go now.
+    const ModalDriver driver([](QWidget* modal) { pressKey(*modal, Qt::Key_Return); });
+    auto* save = named<QPushButton>("editorSaveBtn");
+    save->click();
+    QCOMPARE(driver.count(), warnings);
+    QCOMPARE(name->text(), QStringLiteral("Typed"));
+    if (warnings > 0) {
+        QVERIFY(m_window->isItemEditorOpen());
+        regainKeyboard();
+        save->click();
+    }
+    QVERIFY(!m_window->isItemEditorOpen());
+    QCOMPARE(onDisk().categories, sections);
+    QCOMPARE(rows().last(), QStringLiteral("Typed"));
+    QCOMPARE(currentRow(), QStringLiteral("Typed"));
+    QCOMPARE(model()->currentCategory(), sections.constFirst());
+    QCOMPARE(focused(), list());
+    QTRY_VERIFY(!card()->isVisible());
+    QVERIFY(!backdrop()->isVisible());
+}
+
+void MainWindowLayersTest::importBehindAPickerOfTheEditor_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("choice");
+    QTest::newRow("type") << "editorTypeBtn"
+                          << "File";
+    QTest::newRow("type, given up") << "editorTypeBtn"
+                                    << "";
+    QTest::newRow("section") << "editorSectionBtn"
+                             << "Gamma";
+    QTest::newRow("section, given up") << "editorSectionBtn"
+                                       << "";
+    QTest::newRow("icon") << "editorIconBtn"
+                          << "ok";
+    QTest::newRow("icon, given up") << "editorIconBtn"
+                                    << "";
+    QTest::newRow("warning") << "editorSaveBtn"
+                             << "ok";
+}
+
+void MainWindowLayersTest::importBehindAPickerOfTheEditor()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, choice);
+    open();
+    m_window->openItemEditor({});
+    LauncherData imported;
+    imported.categories = QStringList{"Omega"};
+    imported.defaultCategory = "Omega";
+    workLayer(
+        button, [&] { import(imported); }, choice);
+    QVERIFY(m_window->isItemEditorOpen());
+    QVERIFY(focused() && editor()->isAncestorOf(focused()) && focused()->isVisible());
+    QTest::keyClicks(named("editorNameInput"), "Name");
+    QTest::keyClicks(named("editorValueInput"), "Value");
+    const ModalDriver driver([](QWidget* modal) { pressKey(*modal, Qt::Key_Return); });
+    auto* save = named<QPushButton>("editorSaveBtn");
+    save->click(); // into a section that is gone
+    QCOMPARE(driver.count(), 1);
+    regainKeyboard();
+    save->click();
+    QCOMPARE(itemsOf("Omega"), QStringList("Name"));
+    QCOMPARE(onDisk().categories, QStringList("Omega"));
+}
+
+void MainWindowLayersTest::hidingBehindAPickerOfTheEditor_data()
+{
+    importBehindAPickerOfTheEditor_data();
+}
+
+void MainWindowLayersTest::hidingBehindAPickerOfTheEditor()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, choice);
+    open();
+    goToRow(1);
+    m_window->openItemEditor({});
+    workLayer(
+        button, [this] { hideAndShow(); }, choice);
+    QVERIFY(!m_window->isItemEditorOpen());
+    QVERIFY(focused());
+    QVERIFY2(focused()->isVisible(), qPrintable(focused()->objectName()));
+    QVERIFY2(focused() == strip() || focused() == list(), qPrintable(focused()->objectName()));
+    QCOMPARE(onDisk(), standardDocument());
+    verifyWorks();
+}
+
+void MainWindowLayersTest::hidingBehindADialog()
+{
+    open();
+    const ModalDriver driver([this](QWidget* modal) {
+        const QPointer<QWidget> alive(modal);
+        hideAndShow();
+        QVERIFY(alive);
+        pressKey(*modal, Qt::Key_Escape);
+    });
+    QVERIFY(!m_window->addSectionViaDialog(m_window.get()));
+    QCOMPARE(driver.count(), 1);
+    QVERIFY(!backdrop()->isVisible());
+    regainKeyboard();
+    QCOMPARE(focused(), strip());
+    QTRY_VERIFY(!g_blockAutoQuit);
+    QCOMPARE(g_autoQuitBlockCount, 0);
+    verifyWorks();
 }
 
 QTEST_MAIN(MainWindowLayersTest)
