@@ -1085,7 +1085,9 @@ void DelegatesTest::cardTitle()
     painter.end();
     const QRect part = place.adjusted(0, 4, 0, -4);
     QCOMPARE(image.copy(part), expected.copy(part));
-    QVERIFY(countOf(image, part, QColor(Theme::colors().onSurface)) > 20);
+    // Thin strokes may have no pixel of their full colour.
+    QVERIFY(countOf(image, part, QColor(getItemTheme().container)) <
+            part.width() * part.height() - 20);
 }
 
 void DelegatesTest::cardTitleAndDescription()
