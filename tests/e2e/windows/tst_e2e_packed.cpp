@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -18,6 +19,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
 
 #include <windows.h>
 
@@ -92,6 +95,18 @@ public:
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     NativeDesktop::Window home() const { return windowOfWidth(MainWindow::WINDOW_WIDTH_GRID); }
     NativeDesktop::Window spotlight() const { return windowOfWidth(SpotlightWindow::WINDOW_WIDTH); }
+    /// Its visible windows, the menus among them.
+    qsizetype windowCount() const { return NativeDesktop::windowsOf(m_process.processId()).size(); }
+    /// Whether the keyboard is with a window of the program that is neither of the two.
+    bool isDialogUp() const
+    {
+        const QList<NativeDesktop::Window> all = NativeDesktop::windowsOf(m_process.processId());
+        return std::any_of(all.begin(), all.end(), [](const NativeDesktop::Window& window) {
+            return window.isForeground &&
+                   window.geometry.width() != MainWindow::WINDOW_WIDTH_GRID &&
+                   window.geometry.width() != SpotlightWindow::WINDOW_WIDTH;
+        });
+    }
 
 private:
     NativeDesktop::Window windowOfWidth(int width) const
@@ -126,6 +141,13 @@ public:
 private:
     HWND m_window;
 };
+
+/// Presses keys one after the other.
+void press(const QStringList& keys)
+{
+    for (const QString& key : keys)
+        NativeDesktop::pressKeys(key);
+}
 
 bool makeFile(const QString& path)
 {
@@ -162,6 +184,7 @@ private slots:
     void installedApplicationIsFoundAndStarted_data();
     void installedApplicationIsFoundAndStarted();
     void newFileIsFoundAndOpened();
+    void madeByKeysAndStillThereLater();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
@@ -396,6 +419,64 @@ void E2ePacked::newFileIsFoundAndOpened()
     }
     QVERIFY(QFile::remove(older));
     QVERIFY(QFile::remove(newer));
+}
+
+/// A section and a snippet in it, from an empty profile on; the snippet runs, also after a restart.
+void E2ePacked::madeByKeysAndStillThereLater()
+{
+    const QString up = QStringLiteral("Up");
+    const QString down = QStringLiteral("Down");
+    const QString left = QStringLiteral("Left");
+    const QString enter = QStringLiteral("Return");
+    QTRY_VERIFY(NativeDesktop::setClipboardText(QStringLiteral("from before")));
+    {
+        const Program program;
+        QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
+        // From the pills by way of the search to the button that adds; the second row is a section.
+        press({up, left, left, enter});
+        QTRY_COMPARE(program.windowCount(), 2);
+        press({down, down, enter});
+        QTRY_VERIFY(program.isDialogUp());
+        NativeDesktop::type(QStringLiteral("tools"));
+        press({enter});
+        QTRY_COMPARE(program.windowCount(), 1);
+        QTRY_VERIFY(program.home().isForeground);
+        press({enter});
+        QTRY_COMPARE(program.windowCount(), 2);
+        press({down, enter});
+        QTRY_COMPARE(program.windowCount(), 1);
+        NativeDesktop::type(QStringLiteral("greeting"));
+        press({enter, enter});
+        QTRY_COMPARE(program.windowCount(), 2);
+        // Its type is the last of five.
+        press({down, down, down, down, down, enter});
+        QTRY_COMPARE(program.windowCount(), 1);
+        press({down});
+        NativeDesktop::type(QStringLiteral("good morning"));
+        press({down, QStringLiteral("Right"), enter});
+        const auto items = [this] {
+            return QJsonDocument::fromJson(read(QStringLiteral("data.json")))
+                .object()
+                .value(QStringLiteral("sectionElements"))
+                .toObject()
+                .value(QStringLiteral("tools"))
+                .toArray();
+        };
+        QTRY_COMPARE(items().size(), 1);
+        const QJsonObject item = items().at(0).toObject();
+        QCOMPARE(item.value(QStringLiteral("name")).toString(), QStringLiteral("greeting"));
+        QCOMPARE(item.value(QStringLiteral("shortcutType")).toString(), QStringLiteral("Snippet"));
+        QCOMPARE(item.value(QStringLiteral("value")).toString(), QStringLiteral("good morning"));
+        press({enter});
+        QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("good morning"));
+        QTRY_VERIFY(!program.home().exists());
+    }
+    QTRY_VERIFY(NativeDesktop::setClipboardText(QStringLiteral("from between")));
+    const Program again;
+    QTRY_VERIFY_WITH_TIMEOUT(again.home().isForeground, kPatienceMs);
+    press({down, enter});
+    QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("good morning"));
+    QTRY_VERIFY(!again.home().exists());
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)
