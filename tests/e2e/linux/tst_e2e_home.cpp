@@ -290,7 +290,7 @@ void E2eHome::deleteIsConfirmedByMouse()
     home.click(HomePage::tile(2), 3);
     home.chooseRow(HomePage::DeleteItemRow);
     // The one row of the card, in which a single click only chooses.
-    constexpr QPoint kRow{308, 178};
+    constexpr QPoint kRow{308, 292};
     home.click(kRow);
     Program::keep(home.program().settledScreenshot(), QStringLiteral("home-delete"));
     QCOMPARE(home.itemNames(QStringLiteral("Work")).size(), 3);
