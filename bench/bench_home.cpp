@@ -13,13 +13,13 @@
 #include "MainWindow.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
+#include "TestFonts.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFontDatabase>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -341,9 +341,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     FakeHotkeyBackend::install();
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        QFontDatabase::addApplicationFont(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+    TestFonts::addWeights();
     BareWindow bare;
     reportFewItems(bare);
     reportManyItems(bare);

@@ -14,12 +14,12 @@
 #include "MainWindow.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
+#include "TestFonts.h"
 #include "TestHome.h"
 #include "UiDriver.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFontDatabase>
 #include <QListWidget>
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
@@ -190,9 +190,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     FakeHotkeyBackend::install();
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        QFontDatabase::addApplicationFont(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+    TestFonts::addWeights();
     std::printf("%d items, %d of them sliding at once\n", kManyItems, kTiles);
     report("  begun and painted", timeBegin(), timeBareBegin());
     report("  a frame of the slide", timeTiles(), timeChildren());

@@ -8,11 +8,11 @@
 #include "Delegates.h"
 #include "Pixels.h"
 #include "Stopwatch.h"
+#include "TestFonts.h"
 #include "TestHome.h"
 #include "UiDriver.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QListWidget>
 #include <QScrollBar>
 #include <QTest>
@@ -150,9 +150,7 @@ int main(int argc, char** argv)
     TestHome::install();
     const QApplication application(argc, argv);
     Theme::forceTheme = kForceLight;
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        QFontDatabase::addApplicationFont(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+    TestFonts::addWeights();
 
     const QStringList names{"Mail", "The page of all my letters", "Notes", "Project plan 2026",
                             "A name of quite some more words than find room in a tile"};

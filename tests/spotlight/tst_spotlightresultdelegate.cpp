@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "IconHelper.h"
+#include "ItemGlyphRows.h"
 #include "Localization.h"
 #include "Pictures.h"
 #include "Pixels.h"
@@ -585,31 +586,7 @@ void SpotlightResultDelegateTest::glyphIsCentred()
 
 void SpotlightResultDelegateTest::glyphComesFromTokenOrType_data()
 {
-    QTest::addColumn<QString>("token");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<uint>("code");
-    QTest::newRow("URL") << ""
-                         << "URL" << 0xE250u;
-    QTest::newRow("empty type") << ""
-                                << "" << 0xE250u;
-    QTest::newRow("unknown type") << ""
-                                  << "Teapot" << 0xE250u;
-    QTest::newRow("Application") << ""
-                                 << "Application" << 0xE30Cu;
-    QTest::newRow("File") << ""
-                          << "File" << 0xE873u;
-    QTest::newRow("Bulk") << ""
-                          << "Bulk" << 0xEBBDu;
-    QTest::newRow("Snippet") << ""
-                             << "Snippet" << 0xF1C6u;
-    QTest::newRow("token") << "glyph:ea5f"
-                           << "Snippet" << 0xEA5Fu;
-    QTest::newRow("token of zero") << "glyph:0"
-                                   << "File" << 0xE873u;
-    QTest::newRow("broken token") << "glyph:tea"
-                                  << "File" << 0xE873u;
-    QTest::newRow("broken token, empty type") << "glyph:"
-                                              << "" << 0xE250u;
+    addItemGlyphRows();
 }
 
 void SpotlightResultDelegateTest::glyphComesFromTokenOrType()

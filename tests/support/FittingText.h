@@ -4,6 +4,7 @@
 #pragma once
 
 #include "FontResource.h"
+#include "TestFonts.h"
 #include "Theme.h"
 
 #include <QApplication>
@@ -20,9 +21,7 @@ namespace FittingText
 inline void useProgramFont()
 {
     addFontResource(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        addFontResource(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+    TestFonts::addWeights();
     QFont font;
     font.setFamilies(FontTokens::Families);
     font.setHintingPreference(QFont::PreferNoHinting);

@@ -7,10 +7,10 @@
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "Pixels.h"
+#include "TestFonts.h"
 #include "TestHome.h"
 
 #include <QFile>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -129,11 +129,7 @@ private:
 
 void ActionsPanelTest::initTestCase()
 {
-    for (const char* weight : {"Medium", "SemiBold", "Bold"}) {
-        const QString file =
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight));
-        QVERIFY(QFontDatabase::addApplicationFont(file) >= 0);
-    }
+    QVERIFY(TestFonts::addWeights());
 }
 
 void ActionsPanelTest::init()

@@ -3,13 +3,14 @@
 
 #include "Delegates.h"
 #include "IconHelper.h"
+#include "ItemGlyphRows.h"
 #include "Pictures.h"
 #include "Pixels.h"
 #include "RowPainting.h"
+#include "TestFonts.h"
 #include "TestHome.h"
 
 #include <QFile>
-#include <QFontDatabase>
 #include <QListWidget>
 #include <QPainter>
 #include <QStandardItemModel>
@@ -267,11 +268,7 @@ private slots:
 
 void DelegatesTest::initTestCase()
 {
-    for (const char* weight : {"Medium", "SemiBold", "Bold"}) {
-        const QString file =
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight));
-        QVERIFY(QFontDatabase::addApplicationFont(file) >= 0);
-    }
+    QVERIFY(TestFonts::addWeights());
 }
 
 void DelegatesTest::init()
@@ -667,29 +664,7 @@ void DelegatesTest::plateIsACircle()
 
 void DelegatesTest::tileGlyph_data()
 {
-    QTest::addColumn<QString>("token");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<uint>("code");
-    QTest::newRow("URL") << ""
-                         << "URL" << 0xE250u;
-    QTest::newRow("empty type") << ""
-                                << "" << 0xE250u;
-    QTest::newRow("unknown type") << ""
-                                  << "Teapot" << 0xE250u;
-    QTest::newRow("Application") << ""
-                                 << "Application" << 0xE30Cu;
-    QTest::newRow("File") << ""
-                          << "File" << 0xE873u;
-    QTest::newRow("Bulk") << ""
-                          << "Bulk" << 0xEBBDu;
-    QTest::newRow("Snippet") << ""
-                             << "Snippet" << 0xF1C6u;
-    QTest::newRow("token") << "glyph:ea5f"
-                           << "Snippet" << 0xEA5Fu;
-    QTest::newRow("token of zero") << "glyph:0"
-                                   << "File" << 0xE873u;
-    QTest::newRow("broken token") << "glyph:tea"
-                                  << "File" << 0xE873u;
+    addItemGlyphRows();
 }
 
 void DelegatesTest::tileGlyph()

@@ -3,6 +3,7 @@
 
 #include "Profile.h"
 #include "Program.h"
+#include "SlowHome.h"
 #include "SolidIcons.h"
 #include "Theme.h"
 #include "TrayHost.h"
@@ -47,7 +48,6 @@ private slots:
 private:
     void startWithScopes(const QStringList& scopes);
     void waitUntilIndexed();
-    void slowDown();
     void searchFor(const QString& text) const;
     QStringList icons() const { return m_icons->namesIn(m_desktop->client().screenshot()); }
     QString homePath(const QString& name) const
@@ -364,27 +364,11 @@ void E2eFiles::someFoldersAreLeftOut()
     QCOMPARE(m_icons->namesIn(m_program->settledScreenshot()), two);
 }
 
-void E2eFiles::slowDown()
-{
-    // Without the delay these are a matter of milliseconds.
-    for (int i = 0; i < 400; ++i)
-        m_program->writeHomeFile(QStringLiteral("folder-%1/seldom.memo").arg(i));
-    QFile slowDisk(m_desktop->path(QStringLiteral("slow-disk")));
-    QVERIFY(slowDisk.open(QIODevice::WriteOnly));
-    m_program->setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(ORLIMO_SLOW_DISK_LIBRARY));
-    m_program->setVariable(QStringLiteral("ORLIMO_SLOW_DISK"), slowDisk.fileName());
-    m_program->setVariable(QStringLiteral("ORLIMO_SLOW_DISK_MS"), QStringLiteral("100"));
-    // A sanitizer wants to be the first library, which matters for what it replaces itself.
-    m_program->setVariable(QStringLiteral("ASAN_OPTIONS"),
-                           qEnvironmentVariable("ASAN_OPTIONS") +
-                               QStringLiteral(":verify_asan_link_order=0"));
-}
-
 void E2eFiles::hintStandsUntilTheFirstScanIsDone()
 {
     Theme::forceTheme = 1;
     m_program->setSetting(QStringLiteral("Theme/ForceTheme"), 1);
-    slowDown();
+    SlowHome::begin(*m_desktop, *m_program);
     startWithScopes({kFile});
     QVERIFY(!isOpen());
     searchFor(QStringLiteral("seldom"));
@@ -404,7 +388,7 @@ void E2eFiles::hintStandsUntilTheFirstScanIsDone()
     QVERIFY(m_program->isSpotlightUp());
     QCOMPARE(m_desktop->opened(), QStringList());
 
-    QVERIFY(QFile::remove(m_desktop->path(QStringLiteral("slow-disk"))));
+    SlowHome::end(*m_desktop);
     const QStringList rows{kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon};
     QTRY_COMPARE(icons(), rows);
     searchFor(QStringLiteral("not in there"));
@@ -415,7 +399,7 @@ void E2eFiles::allScopesSayNothingWhileTheIndexPrepares()
 {
     Theme::forceTheme = 1;
     m_program->setSetting(QStringLiteral("Theme/ForceTheme"), 1);
-    slowDown();
+    SlowHome::begin(*m_desktop, *m_program);
     startWithScopes({});
     searchFor(QStringLiteral("seldom"));
     QTRY_VERIFY(isOpen());
@@ -425,7 +409,7 @@ void E2eFiles::allScopesSayNothingWhileTheIndexPrepares()
     const QPoint block = kCard + QPoint(6 + 4, kStripHeight + 4 + 30 + 4);
     QCOMPARE(picture.pixelColor(block + QPoint(200, 2)), QColor(Theme::boxActiveBg()));
     QCOMPARE(picture.pixelColor(block + QPoint(200, 64)), QColor(Theme::panelBg()));
-    QVERIFY(QFile::remove(m_desktop->path(QStringLiteral("slow-disk"))));
+    SlowHome::end(*m_desktop);
     const QStringList rows{kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon};
     QTRY_COMPARE(icons(), rows);
 }
@@ -433,7 +417,7 @@ void E2eFiles::allScopesSayNothingWhileTheIndexPrepares()
 void E2eFiles::quitDoesNotWaitForTheScan()
 {
     TrayHost tray(m_desktop->busAddress());
-    slowDown();
+    SlowHome::begin(*m_desktop, *m_program);
     startWithScopes({kFile});
     searchFor(QStringLiteral("seldom"));
     QTRY_VERIFY(isOpen());

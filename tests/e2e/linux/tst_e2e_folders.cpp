@@ -4,6 +4,7 @@
 #include "FolderFilter.h"
 #include "Profile.h"
 #include "Program.h"
+#include "SlowHome.h"
 #include "Theme.h"
 
 #include <QDir>
@@ -49,7 +50,6 @@ private:
     QString homePath(const QString& name) const { return m_program->homeDir() + '/' + name; }
     QByteArray stored() const { return m_program->readData(kFileName); }
     void searchAndLaunchSecond();
-    void slowDown();
     int height() const { return m_program->spotlight().geometry.height(); }
 
     static inline const QString kFileName = QStringLiteral("folderfilter.json");
@@ -184,7 +184,7 @@ void E2eFolders::pickedFolderNarrowsForGood()
     m_program->key(QStringLiteral("Return"));
     QTRY_VERIFY(!picker());
     QTRY_VERIFY(m_program->isSpotlightUp());
-    QCOMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Music"))}));
+    QTRY_COMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Music"))}));
     // Two chips, and the text is still there.
     QTRY_COMPARE(height(), kChipHeight + kPanelHeight);
     const QImage picture = m_program->settledScreenshot();
@@ -278,8 +278,8 @@ void E2eFolders::pickerByMouse()
     pressAt(card.bottomRight() - QPoint(24 + 24, 24 + 18)); // OK
     QTRY_VERIFY(!picker());
     QTRY_VERIFY(m_program->isSpotlightUp());
-    QCOMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Documents")),
-                                              homePath(QStringLiteral("Music"))}));
+    QTRY_COMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Documents")),
+                                                  homePath(QStringLiteral("Music"))}));
 }
 
 void E2eFolders::leavingThePickerChangesNothing_data()
@@ -343,7 +343,7 @@ void E2eFolders::folderOutsideTheHomeIsRefused()
     m_program->key(QStringLiteral("Escape"));
     QTRY_VERIFY(!picker());
     QTRY_VERIFY(m_program->isSpotlightUp());
-    QCOMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Music"))}));
+    QTRY_COMPARE(stored(), FolderFilter::toBytes({homePath(QStringLiteral("Music"))}));
 }
 
 void E2eFolders::anyBytesInTheFile_data()
@@ -379,22 +379,6 @@ void E2eFolders::anyBytesInTheFile()
     QTRY_VERIFY(m_program->isSpotlightUp());
 }
 
-void E2eFolders::slowDown()
-{
-    // Without the delay these are a matter of milliseconds.
-    for (int i = 0; i < 400; ++i)
-        m_program->writeHomeFile(QStringLiteral("folder-%1/seldom.memo").arg(i));
-    QFile slowDisk(m_desktop->path(QStringLiteral("slow-disk")));
-    QVERIFY(slowDisk.open(QIODevice::WriteOnly));
-    m_program->setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(ORLIMO_SLOW_DISK_LIBRARY));
-    m_program->setVariable(QStringLiteral("ORLIMO_SLOW_DISK"), slowDisk.fileName());
-    m_program->setVariable(QStringLiteral("ORLIMO_SLOW_DISK_MS"), QStringLiteral("100"));
-    // A sanitizer wants to be the first library, which matters for what it replaces itself.
-    m_program->setVariable(QStringLiteral("ASAN_OPTIONS"),
-                           qEnvironmentVariable("ASAN_OPTIONS") +
-                               QStringLiteral(":verify_asan_link_order=0"));
-}
-
 void E2eFolders::looks_data()
 {
     QTest::addColumn<int>("theme");
@@ -416,7 +400,7 @@ void E2eFolders::looks()
     QFETCH(bool, isIndexed);
     const QString name = QStringLiteral("folders-") + QLatin1String(QTest::currentDataTag());
     if (!isIndexed)
-        slowDown();
+        SlowHome::begin(*m_desktop, *m_program);
     for (const char* folder : {"Desktop", "Downloads", "Pictures", "Videos"}) {
         for (int i = 0; i < 40; ++i)
             m_program->writeHomeFile(
@@ -455,7 +439,7 @@ void E2eFolders::looks()
     QCOMPARE(card.top(), m_program->spotlight().geometry.top() + 32);
     QVERIFY2(card.width() <= 520, qPrintable(QString::number(card.width())));
     if (!isIndexed)
-        QVERIFY(QFile::remove(m_desktop->path(QStringLiteral("slow-disk"))));
+        SlowHome::end(*m_desktop);
 }
 
 QTEST_GUILESS_MAIN(E2eFolders)
