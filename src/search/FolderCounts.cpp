@@ -62,11 +62,11 @@ int FolderCounts::nodeFor(const QString& folder)
     for (const QStringView name : rest.split(separator)) {
         const Units units = folded(name);
         const QString key(units.constData(), units.size());
-        int child = m_nodes[node].children.value(key, 0);
+        int child = nodeAt(node).children.value(key, 0);
         if (child == 0) {
             child = static_cast<int>(m_nodes.size());
-            m_nodes[node].children.insert(key, child);
-            m_nodes[node].childLengths |= lengthBit(name.size());
+            nodeAt(node).children.insert(key, child);
+            nodeAt(node).childLengths |= lengthBit(name.size());
             m_nodes.emplace_back().parent = node;
         }
         node = child;
@@ -85,7 +85,7 @@ int FolderCounts::childOf(const Node& node, QStringView name) const
 
 void FolderCounts::walk(QStringView path)
 {
-    m_nodes[m_trail.back().node].count += m_run;
+    nodeAt(m_trail.back().node).count += m_run;
     m_run = 0;
     while (m_trail.size() > 1 && !beginsLikeLast(path, m_trail.back().end))
         m_trail.pop_back();
@@ -96,7 +96,7 @@ void FolderCounts::findPlace(QStringView path)
 {
     while (true) {
         const Step step = m_trail.back();
-        const Node& node = m_nodes[step.node];
+        const Node& node = nodeAt(step.node);
         m_decided = step.end;
         if (node.children.isEmpty())
             return;
@@ -113,7 +113,7 @@ void FolderCounts::findPlace(QStringView path)
 
 QVector<qsizetype> FolderCounts::counts()
 {
-    m_nodes[m_trail.back().node].count += m_run;
+    nodeAt(m_trail.back().node).count += m_run;
     m_run = 0;
     std::vector<qsizetype> totals(m_nodes.size());
     for (std::size_t i = m_nodes.size(); i-- > 0;) {

@@ -54,6 +54,8 @@ private:
     };
 
     static quint64 lengthBit(qsizetype length) { return quint64(1) << (length % 64); }
+    Node& nodeAt(int index) { return m_nodes[static_cast<std::size_t>(index)]; }
+    const Node& nodeAt(int index) const { return m_nodes[static_cast<std::size_t>(index)]; }
     int nodeFor(const QString& folder);
     int childOf(const Node& node, QStringView name) const;
     void findPlace(QStringView path);

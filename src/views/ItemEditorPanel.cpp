@@ -45,9 +45,9 @@ constexpr int kIconRadius = ItemEditorPanel::EditorIconBtnSize / 2;
 constexpr int kActiveLightness = 89; // of a pill in dark mode, of 255
 
 // A field lays out a line as a whole, and again at each key: beyond this the user would wait.
-constexpr qsizetype kShownChars = 128 * 1024;
-constexpr qsizetype kShownLineChars = 8 * 1024;
-constexpr qsizetype kShownLines = 8 * 1024;
+constexpr qsizetype kShownChars = 131072;
+constexpr qsizetype kShownLineChars = 8192;
+constexpr qsizetype kShownLines = 8192;
 
 const QLatin1String kLegacyApplication("App");
 const QString kValidationTitle = QStringLiteral("Validation Failed");

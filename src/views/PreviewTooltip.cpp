@@ -220,7 +220,7 @@ QString PreviewTooltip::bulkBody(const QString& value, const QFontMetrics& fm, i
 QString PreviewTooltip::snippetBody(const QString& value, const QFontMetrics& fm, int availW)
 {
     const Lines lines = linesOf(value);
-    const QString start = joinedStart(lines, availW);
+    QString start = joinedStart(lines, availW);
     const int limit = fm.lineSpacing() * MaxLines;
     if (start.size() == lines.joinedSize && wrappedHeight(start, fm, availW) <= limit)
         return start;
