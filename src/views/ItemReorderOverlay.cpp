@@ -3,6 +3,7 @@
 
 #include "ItemReorderOverlay.h"
 
+#include "ItemRoles.h"
 #include "Theme.h"
 
 #include <QAbstractItemDelegate>
@@ -37,9 +38,14 @@ void ItemReorderOverlay::keepRows()
     if (m_keptRows || isOver)
         return;
     m_keptRows = new QStandardItemModel(int(m_baseRects.size()), 1, this);
-    for (int row = 0; row < m_baseRects.size(); ++row)
-        m_keptRows->setItemData(m_keptRows->index(row, 0),
-                                m_list->model()->itemData(m_list->model()->index(row, 0)));
+    for (int row = 0; row < m_baseRects.size(); ++row) {
+        const QModelIndex source = m_list->model()->index(row, 0);
+        const QModelIndex kept = m_keptRows->index(row, 0);
+        m_keptRows->setData(kept, source.data(), Qt::DisplayRole);
+        // One by one: an item that answers by itself has nothing in what `itemData()` gives.
+        for (int role = ItemRoles::RoleOriginalIndex; role < ItemRoles::RoleNextFree; ++role)
+            m_keptRows->setData(kept, source.data(role), role);
+    }
 }
 
 QColor ItemReorderOverlay::backdropColor() const

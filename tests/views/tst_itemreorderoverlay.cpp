@@ -3,6 +3,7 @@
 
 #include "DrivenClock.h"
 #include "ItemReorderOverlay.h"
+#include "ItemRoles.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "TestHome.h"
@@ -51,6 +52,25 @@ public:
     mutable QStringList shown;
     mutable QFont font;
     mutable qreal ratio = 0;
+};
+
+/// Holds nothing but a number, and answers from that, as the rows of the home page do.
+class AnsweringRow : public QListWidgetItem
+{
+public:
+    explicit AnsweringRow(int number) : m_number(number) { setSizeHint(QSize(120, 100)); }
+
+    QVariant data(int role) const override
+    {
+        if (role == Qt::DisplayRole)
+            return QString::number(m_number);
+        if (role == ItemRoles::RoleElementId)
+            return QStringLiteral("id %1").arg(m_number);
+        return QListWidgetItem::data(role);
+    }
+
+private:
+    int m_number;
 };
 
 } // namespace
@@ -253,19 +273,20 @@ void ItemReorderOverlayTest::rowsThatChangeMeanwhile_data()
 void ItemReorderOverlayTest::rowsThatChangeMeanwhile()
 {
     QFETCH(std::function<void(QListWidget*)>, change);
+    m_list->clear();
     for (int row = 0; row < 8; ++row)
-        m_list->item(row)->setData(Qt::UserRole + 2, QStringLiteral("id %1").arg(row));
+        m_list->addItem(new AnsweringRow(row));
     m_list->grab();
     QCoreApplication::processEvents();
-    m_delegate->shown.clear();
     ItemReorderOverlay* overlay = makeOverlay();
+    m_delegate->shown.clear();
     change(m_list.get());
-    overlay->setCursorSlot(7, true);
-    overlay->grab();
-    overlay->setCursorSlot(0, true);
-    overlay->grab();
-    for (int row = 0; row < 8; ++row)
+    // The lit pictures of all but the first are still to be made.
+    for (int row = 1; row < 8; ++row) {
+        overlay->setCursorSlot(row, true);
+        overlay->grab();
         QVERIFY(m_delegate->shown.contains(QStringLiteral("%1 id %1").arg(row)));
+    }
     QVERIFY(!m_delegate->shown.join(u'|').contains("other"));
 }
 
