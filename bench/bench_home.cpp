@@ -341,6 +341,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     FakeHotkeyBackend::install();
+    TestHome::writeSettings();
     TestFonts::addWeights();
     BareWindow bare;
     reportFewItems(bare);

@@ -190,6 +190,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     FakeHotkeyBackend::install();
+    TestHome::writeSettings();
     TestFonts::addWeights();
     std::printf("%d items, %d of them sliding at once\n", kManyItems, kTiles);
     report("  begun and painted", timeBegin(), timeBareBegin());

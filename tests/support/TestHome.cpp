@@ -114,6 +114,11 @@ QString TestHome::dataDir()
     return dir;
 }
 
+void TestHome::writeSettings(const QByteArray& others)
+{
+    writeDataFile(QStringLiteral("settings.ini"), "[Onboarding]\nCompleted=true\n" + others);
+}
+
 QString TestHome::writeDataFile(const QString& fileName, const QByteArray& content)
 {
     const QString path = QDir(dataDir()).filePath(fileName);

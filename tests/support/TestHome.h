@@ -36,6 +36,11 @@ public:
     /// The directory in which the program under test keeps its state; created if absent.
     static QString dataDir();
 
+    /// Writes the settings of somebody who has had the welcome, so that the main window shows
+    /// without it, and `others`, groups of their own as in the file. Without this call the profile
+    /// is a new user's.
+    static void writeSettings(const QByteArray& others = {});
+
     /// Writes `content` to `fileName` in `dataDir()`, replacing what was there, and returns the
     /// full path. Ends the test run with a fatal message if that fails.
     static QString writeDataFile(const QString& fileName, const QByteArray& content);

@@ -71,7 +71,7 @@ private slots:
 
     void init()
     {
-        TestHome::writeDataFile("settings.ini", "[Theme]\nForceTheme=1\n");
+        TestHome::writeSettings("[Theme]\nForceTheme=1\n");
         TestHome::writeDataFile("data.json", R"({"categories": ["Alpha", "Beta", "Gamma"],
             "defaultCategory": "Beta", "sectionElements": {}, "templates": []})");
         HotkeyManager::mainWindowSlot = m_initialSlot;
@@ -81,6 +81,9 @@ private slots:
     void cleanup() { m_window.reset(); }
 
 protected:
+    /// Whoever starts the program now has never had it before, and is welcomed.
+    static void beNewUser() { store("Onboarding/Completed", false); }
+
     void construct() { m_window = std::make_unique<MainWindow>(nullptr); }
 
     void constructAndShow()

@@ -36,6 +36,7 @@ void MainWindowActivationTest::initTestCase()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     FakeHotkeyBackend::install();
+    TestHome::writeSettings();
     // This is such a desktop.
     QWidget hidden;
     hidden.winId();

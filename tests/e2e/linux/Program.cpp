@@ -28,6 +28,7 @@ Program::Program(Desktop& desktop) : m_desktop(desktop), m_environment(desktop.e
         QDir(dir).removeRecursively();
         QDir().mkpath(dir);
     }
+    setSetting(QStringLiteral("Onboarding/Completed"), true);
     QFile::remove(desktop.path(QStringLiteral("opened")));
 }
 
@@ -75,6 +76,12 @@ QVariant Program::setting(const QString& key) const
     const QSettings settings(QDir(dataDir()).filePath(QStringLiteral("settings.ini")),
                              QSettings::IniFormat);
     return settings.value(key);
+}
+
+void Program::beNewUser() const
+{
+    QDir(dataDir()).removeRecursively();
+    QDir().mkpath(dataDir());
 }
 
 QJsonObject Program::usage() const

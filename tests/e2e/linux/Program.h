@@ -18,7 +18,8 @@ public:
     static constexpr QPoint SpotlightCard{(Desktop::ScreenWidth - 584) / 2 + 32,
                                           Desktop::ScreenHeight / 4 + 32};
 
-    /// Its profile and its home are empty.
+    /// Its profile is that of somebody who has had the welcome and has done nothing since, its home
+    /// is empty.
     explicit Program(Desktop& desktop);
     ~Program();
 
@@ -29,6 +30,8 @@ public:
     QByteArray readData(const QString& fileName) const;
     void setSetting(const QString& key, const QVariant& value) const;
     QVariant setting(const QString& key) const;
+    /// Empties the profile; call before the start. Whoever starts it then is welcomed.
+    void beNewUser() const;
     /// What is remembered of launches, by usage key.
     QJsonObject usage() const;
 

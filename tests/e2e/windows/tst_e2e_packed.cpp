@@ -210,6 +210,7 @@ void E2ePacked::init()
 {
     QVERIFY(QDir(m_dataDir).removeRecursively());
     QVERIFY(QDir().mkpath(m_dataDir));
+    set(QStringLiteral("Onboarding/Completed"), QStringLiteral("true")); // no welcome over the work
 }
 
 void E2ePacked::write(const QString& name, const QByteArray& content) const
