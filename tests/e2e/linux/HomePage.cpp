@@ -105,7 +105,7 @@ void HomePage::press(xcb_keysym_t key, int times) const
 void HomePage::chord(std::initializer_list<xcb_keysym_t> keys) const
 {
     m_desktop.client().pressKeys(keys);
-    m_program.waitForKeysToBeRead();
+    m_program.waitForKeysToBeHandled();
 }
 
 void HomePage::type(const QString& text) const
@@ -117,13 +117,13 @@ void HomePage::type(const QString& text) const
         if (!lines.at(i).isEmpty())
             m_program.type(lines.at(i));
     }
-    m_program.waitForKeysToBeRead();
+    m_program.waitForKeysToBeHandled();
 }
 
 void HomePage::click(const QPoint& place, uint8_t button) const
 {
     m_desktop.client().click(m_program.homeWindow().geometry.topLeft() + place, button);
-    m_program.waitForKeysToBeRead();
+    m_program.waitForKeysToBeHandled();
     m_desktop.client().movePointer(kCorner);
 }
 

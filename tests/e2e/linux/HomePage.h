@@ -67,8 +67,8 @@ public:
     bool isUp() const;        ///< on the screen and with the keyboard
     bool hasKeyboard() const; ///< that, or one of its dialogs is
 
-    /// Presses keys one after the other, each once the one before has been read: a key that comes
-    /// while a menu closes behind a choice still belongs to that menu.
+    /// Presses keys one after the other, each once the one before has been dealt with: a key that
+    /// comes while a menu closes behind a choice still belongs to that menu.
     void press(std::initializer_list<xcb_keysym_t> keys) const;
     void press(xcb_keysym_t key, int times) const;
     /// Presses keys together, the modifiers first.

@@ -204,7 +204,17 @@ void Program::key(const QString& combination) const
         {QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("0"), combination});
 }
 
-void Program::waitForKeysToBeRead() const
+void Program::waitForKeysToBeHandled() const
+{
+    // The first answer may come when the keys have only been read. The second question is read in a
+    // later turn of the program's event loop. A key pressed in between may be lost: a menu that is
+    // about to close still holds the keyboard then, and its window goes before the key is looked
+    // at.
+    waitForAnswer();
+    waitForAnswer();
+}
+
+void Program::waitForAnswer() const
 {
     // It answers for the others too, even while it is hidden: all are on one connection.
     // Looked for more often than QTest does: it stands behind each key of long sequences. And asked
@@ -227,7 +237,7 @@ void Program::waitForKeysToBeRead() const
 
 QImage Program::settledScreenshot() const
 {
-    waitForKeysToBeRead();
+    waitForKeysToBeHandled();
     QImage last = m_desktop.client().screenshot();
     int equalPictures = 0;
     const bool isSettled = QTest::qWaitFor(

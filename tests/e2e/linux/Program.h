@@ -71,17 +71,19 @@ public:
     void paste(const QString& text) const;
     void key(const QString& combination) const;
 
-    /// Waits until the program has read all keys and the picture of the screen stops changing, and
-    /// returns that.
+    /// Waits until the program has dealt with all keys and the picture of the screen stops
+    /// changing, and returns that.
     QImage settledScreenshot() const;
 
     /// Keeps a picture to be looked at after the run.
     static void keep(const QImage& picture, const QString& name);
 
-    /// Waits until the program has read all keys.
-    void waitForKeysToBeRead() const;
+    /// Waits until the program has dealt with all keys, but for what it has put off by a timer.
+    void waitForKeysToBeHandled() const;
 
 private:
+    void waitForAnswer() const;
+
     XClient::Window windowOfWidth(int width) const;
 
     Desktop& m_desktop;
