@@ -37,8 +37,7 @@ void HomePage::waitFor(const std::function<bool()>& condition, const char* failu
 {
     if (QTest::qWaitFor(condition, kPatienceMs))
         return;
-    Program::keep(m_desktop.client().screenshot(), QStringLiteral("home-stuck"));
-    qFatal("%s", failure);
+    m_program.giveUp(failure);
 }
 
 void HomePage::start()

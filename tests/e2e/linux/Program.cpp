@@ -135,7 +135,7 @@ void Program::start()
         },
         kPatienceMs);
     if (!isUp)
-        qFatal("the home window doesn't come up");
+        giveUp("the home window doesn't come up");
 }
 
 void Program::startAndSettle()
@@ -144,7 +144,7 @@ void Program::startAndSettle()
     // The hotkey hides it at once; losing the focus would do so only after the guard.
     key(QStringLiteral("ctrl+alt+space"));
     if (!QTest::qWaitFor([this] { return !homeWindow().isViewable; }, kPatienceMs))
-        qFatal("the home window doesn't go away");
+        giveUp("the home window doesn't go away");
     m_desktop.focusOtherWindow();
 }
 
@@ -177,13 +177,13 @@ void Program::openSpotlight()
 {
     key(QStringLiteral("ctrl+alt+y"));
     if (!QTest::qWaitFor([this] { return isSpotlightUp(); }, kPatienceMs))
-        qFatal("Spotlight doesn't come up");
+        giveUp("Spotlight doesn't come up");
 }
 
 void Program::waitUntilSpotlightIsGone()
 {
     if (!QTest::qWaitFor([this] { return !spotlight().isViewable; }, kPatienceMs))
-        qFatal("Spotlight doesn't go away");
+        giveUp("Spotlight doesn't go away");
 }
 
 void Program::type(const QString& text) const
@@ -232,7 +232,7 @@ void Program::waitForAnswer() const
             QThread::usleep(500);
         }
     }
-    qFatal("the program doesn't read its keys");
+    giveUp("the program doesn't read its keys");
 }
 
 QImage Program::settledScreenshot() const
@@ -249,8 +249,20 @@ QImage Program::settledScreenshot() const
         },
         kPatienceMs);
     if (!isSettled)
-        qFatal("the screen doesn't come to rest");
+        giveUp("the screen doesn't come to rest");
     return last;
+}
+
+void Program::giveUp(const char* failure) const
+{
+    XClient& client = m_desktop.client();
+    keep(client.screenshot(), QStringLiteral("stuck"));
+    QString state;
+    QDebug text(&state);
+    text << "process" << m_process.state() << "with focus" << client.focus();
+    for (const XClient::Window& window : client.windowsOf(m_process.processId()))
+        text << "\nwindow" << window.id << window.geometry << "viewable" << window.isViewable;
+    qFatal("%s: %s", failure, qPrintable(state));
 }
 
 void Program::keep(const QImage& picture, const QString& name)

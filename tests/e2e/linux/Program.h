@@ -75,6 +75,9 @@ public:
     /// changing, and returns that.
     QImage settledScreenshot() const;
 
+    /// Ends the test run and tells what the screen looks like and which windows there are.
+    [[noreturn]] void giveUp(const char* failure) const;
+
     /// Keeps a picture to be looked at after the run.
     static void keep(const QImage& picture, const QString& name);
 
