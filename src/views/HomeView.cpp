@@ -176,6 +176,7 @@ HomeView::~HomeView()
 
 void HomeView::refreshCategories(int preferredIndex, bool keepActionsPanel)
 {
+    endStaleReorder();
     clearPills();
     const QString current = m_model->currentCategory();
     for (const QString& section : m_model->data().categories) {
@@ -273,6 +274,7 @@ bool HomeView::stepCategory(int delta)
 
 void HomeView::refreshUI(int preferredIndex, bool keepActionsPanel)
 {
+    endStaleReorder();
     if (m_actionsPanel->currentStep() != ActionsNone && !keepActionsPanel)
         m_mainWindow->closeItemActionsPanel();
     m_listWidget->clear();

@@ -184,8 +184,12 @@ private:
     void refuseReorder(const char* titleKey, const char* textKey);
     QVector<GlyphButton*> pills() const;
     void handleReorderKey(int key);
-    void saveSectionOrder(const QVector<int>& order);
-    bool saveItemOrder(const QString& section, const QVector<int>& order);
+    void beginReorder(ReorderTarget target);
+    QStringList reorderKeys() const;
+    bool isReorderStale() const;
+    void endStaleReorder();
+    bool saveOrder(ReorderTarget target, const QString& section, const QVector<int>& order);
+    void focusIfPageIsUp(QWidget* widget);
 
     QString m_searchQuery; ///< as typed
     QFrame* m_searchFrame = nullptr;
@@ -209,6 +213,7 @@ private:
     QPointer<ReorderOverlay> m_reorderOverlay;
     QPointer<ReorderHintBanner> m_reorderHintBanner;
     QString m_reorderCategory; ///< section whose items are being reordered
+    QStringList m_reorderKeys; ///< what `reorderKeys` gave when the mode began
     QListWidget* m_listWidget = nullptr;
     QStackedWidget* m_listStack = nullptr;
     QStackedWidget* m_previewStack = nullptr;

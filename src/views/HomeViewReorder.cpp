@@ -26,8 +26,7 @@
 namespace
 {
 
-/// `source` in the order of its former indices. Of a list that has changed since, what is left of
-/// it, or less.
+/// `source` in the order of its former indices; what is no index of it is left out.
 template <typename List>
 List reordered(const List& source, const QVector<int>& order)
 {
@@ -89,13 +88,49 @@ void HomeView::enterReorderMode()
         refuseReorder("actions.reorder_items", error);
         return;
     }
-    m_reorderTarget = ReorderItems;
-    m_reorderCategory = section;
+    beginReorder(ReorderItems);
     m_listWidget->setFocus();
     if (m_listWidget->currentRow() < 0 && m_listWidget->count() > 0)
         m_listWidget->setCurrentRow(0);
     m_reorderOverlay =
         new ItemReorderOverlay(m_listWidget, std::max(0, m_listWidget->currentRow()));
+}
+
+void HomeView::beginReorder(ReorderTarget target)
+{
+    m_reorderTarget = target;
+    if (target == ReorderItems)
+        m_reorderCategory = m_model->currentCategory();
+    m_reorderKeys = reorderKeys();
+}
+
+/// The ids of the items, or the names of the sections, that are being reordered, as the document
+/// has them now.
+QStringList HomeView::reorderKeys() const
+{
+    if (m_reorderTarget == ReorderSections)
+        return m_model->data().categories;
+    const QVector<LauncherElement>& items = m_model->getItems(m_reorderCategory);
+    QStringList ids;
+    ids.reserve(items.size());
+    for (const LauncherElement& item : items)
+        ids.append(item.id);
+    return ids;
+}
+
+/// Whether the tiles stand for something else than what is there now, so that their order says
+/// nothing about it.
+bool HomeView::isReorderStale() const
+{
+    const bool isElsewhere =
+        m_reorderTarget == ReorderItems && m_model->currentCategory() != m_reorderCategory;
+    return isElsewhere || reorderKeys() != m_reorderKeys;
+}
+
+void HomeView::endStaleReorder()
+{
+    if (isReorderMode() && isReorderStale())
+        exitReorderMode(false);
 }
 
 void HomeView::refuseReorder(const char* titleKey, const char* textKey)
@@ -122,7 +157,7 @@ void HomeView::enterSectionReorderMode()
         sources.append(picturesOf(shown.at(i), m_model->getCategoryIcon(sections.at(i)),
                                   m_catScroll->viewport()));
     applySelectedCatPillStyle();
-    m_reorderTarget = ReorderSections;
+    beginReorder(ReorderSections);
     m_catScroll->setFocus();
     const int current = int(sections.indexOf(m_model->currentCategory()));
     m_reorderOverlay = new SectionReorderOverlay(m_catScroll->viewport(), sources,
@@ -183,8 +218,10 @@ void HomeView::exitReorderMode(bool save)
 {
     if (!isReorderMode())
         return;
+    const bool canSave = save && !isReorderStale();
     const ReorderTarget target = std::exchange(m_reorderTarget, ReorderNone);
     const QString section = std::exchange(m_reorderCategory, QString());
+    m_reorderKeys.clear();
     QVector<int> order;
     int cursor = 0;
     bool isChanged = false;
@@ -195,31 +232,34 @@ void HomeView::exitReorderMode(bool save)
     }
     removeLater(m_reorderOverlay);
     removeLater(m_reorderHintBanner);
+    const bool isSaved = canSave && isChanged && saveOrder(target, section, order);
     if (target == ReorderSections) {
-        if (save && isChanged)
-            saveSectionOrder(order);
-        m_catScroll->setFocus();
+        focusIfPageIsUp(m_catScroll);
         applySelectedCatPillStyle();
-    } else if (save && isChanged && saveItemOrder(section, order)) {
+    } else if (isSaved) {
         refreshUI(cursor, false); // the item that was moved last is the current one
     } else {
-        m_listWidget->setFocus();
+        focusIfPageIsUp(m_listWidget);
     }
 }
 
-void HomeView::saveSectionOrder(const QVector<int>& order)
+/// On a page that isn't up a widget would take the keys, and nobody would see where they go.
+void HomeView::focusIfPageIsUp(QWidget* widget)
 {
-    const QStringList sections = m_model->data().categories;
-    const QStringList wanted = reordered(sections, order);
-    if (wanted.size() == sections.size())
-        m_model->saveReorderedCategories(wanted);
+    if (isVisibleTo(m_mainWindow))
+        widget->setFocus();
 }
 
-bool HomeView::saveItemOrder(const QString& section, const QVector<int>& order)
+bool HomeView::saveOrder(ReorderTarget target, const QString& section, const QVector<int>& order)
 {
-    // It may have gone meanwhile, and saving would bring its name back into the document.
-    if (!m_model->data().categories.contains(section))
-        return false;
+    if (target == ReorderSections) {
+        const QStringList sections = m_model->data().categories;
+        const QStringList wanted = reordered(sections, order);
+        if (wanted.size() != sections.size())
+            return false;
+        m_model->saveReorderedCategories(wanted);
+        return true;
+    }
     const QVector<LauncherElement> items = m_model->getItems(section);
     const QVector<LauncherElement> wanted = reordered(items, order);
     if (wanted.size() != items.size())

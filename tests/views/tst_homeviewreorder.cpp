@@ -9,11 +9,16 @@
 #include "PreviewTooltip.h"
 #include "SectionReorderOverlay.h"
 
+#include <QDir>
+#include <QLineEdit>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStackedWidget>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 /// Items and sections put into another order on the home page: how a mode begins and ends, what the
 /// keys do in it, and what becomes of the document.
@@ -60,8 +65,11 @@ private slots:
     void nothingElseHappensMeanwhile();
     void documentThatChangesMeanwhile_data();
     void documentThatChangesMeanwhile();
-    void sectionThatVanishesMeanwhile();
+    void changeElsewhereLeavesTheMode_data();
+    void changeElsewhereLeavesTheMode();
+    void sectionsThatChangeMeanwhile_data();
     void sectionsThatChangeMeanwhile();
+    void changeOnAnotherPage();
     void overlayStaysWhereItIsWhenRowsAreMadeAnew();
     void anySequenceKeepsEveryItem();
 
@@ -126,6 +134,50 @@ private:
             document.sectionElements["Alpha"].append(
                 snippet(QString::number(i), QStringLiteral("Item %1").arg(i)));
         return document;
+    }
+    static void importDocument(LauncherModel* model, const LauncherData& document)
+    {
+        const QString path = QDir(TestHome::dataDir()).filePath(QStringLiteral("import.json"));
+        StorageManager::saveData(path, document);
+        model->importData(path);
+    }
+    /// Begins the mode and takes the first entry one place to the right.
+    void moveFirstEntry(bool ofSections) const
+    {
+        if (ofSections)
+            home()->enterSectionReorderMode();
+        else
+            home()->enterReorderMode();
+        press(Qt::Key_Space);
+        press(Qt::Key_Right);
+    }
+    /// Sections and items by name, in order.
+    static QStringList contentsOf(const LauncherModel& model)
+    {
+        QStringList lines;
+        for (const QString& section : model.data().categories) {
+            lines.append(section + u':');
+            for (const LauncherElement& item : model.getItems(section))
+                lines.append(item.name);
+        }
+        return lines;
+    }
+    /// A change of the document during a mode ends it, and is all that is written.
+    void verifyEndsWith(const std::function<void(LauncherModel*)>& change) const
+    {
+        const QString copyPath = QDir(TestHome::dataDir()).filePath(QStringLiteral("copy.json"));
+        StorageManager::saveData(copyPath, model()->data());
+        LauncherModel copy(copyPath);
+        copy.setCurrentCategory(model()->currentCategory());
+        change(&copy);
+        const QPointer<ReorderOverlay> gone = overlay();
+        change(model());
+        QVERIFY(!home()->isReorderMode());
+        QVERIFY(!overlay());
+        home()->exitReorderMode(true); // as a hidden window would
+        QTRY_VERIFY(gone.isNull());
+        QCOMPARE(contentsOf(*model()), contentsOf(copy));
+        QCOMPARE(onDisk(), model()->data());
     }
     /// Opens the first section with the keyboard on its grid.
     void openOnGrid(const LauncherData& document = standardDocument())
@@ -294,9 +346,7 @@ void HomeViewReorderTest::arrowsMoveTheCursor()
 void HomeViewReorderTest::arrowsMoveTheLiftedItem()
 {
     openOnGrid(manyItems(6));
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(false);
     QCOMPARE(overlay()->currentOrder(), QVector<int>({1, 0, 2, 3, 4, 5}));
     press(Qt::Key_Down);
     QCOMPARE(overlay()->currentOrder(), QVector<int>({1, 2, 3, 4, 0, 5}));
@@ -386,9 +436,7 @@ void HomeViewReorderTest::commitWritesOnce()
 {
     openOnGrid();
     const QSignalSpy changes(model(), &LauncherModel::itemsChanged);
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(false);
     press(Qt::Key_Right);
     press(Qt::Key_Space);
     press(Qt::Key_Left);
@@ -411,9 +459,7 @@ void HomeViewReorderTest::commitWritesOnce()
 void HomeViewReorderTest::commitSelectsTheMovedItem()
 {
     openOnGrid();
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(false);
     press(Qt::Key_Enter);
     QCOMPARE(currentRow(), QStringLiteral("One"));
     QCOMPARE(list()->currentRow(), 1);
@@ -438,12 +484,7 @@ void HomeViewReorderTest::commitWithoutAChangeWritesNothing()
     goToRow(1);
     const QSignalSpy items(model(), &LauncherModel::itemsChanged);
     const QSignalSpy categories(model(), &LauncherModel::categoriesChanged);
-    if (ofSections)
-        home()->enterSectionReorderMode();
-    else
-        home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(ofSections);
     press(Qt::Key_Left);
     press(Qt::Key_Return);
     QVERIFY(!home()->isReorderMode());
@@ -510,9 +551,7 @@ void HomeViewReorderTest::sectionsByKeys()
 {
     open();
     const QSignalSpy changes(model(), &LauncherModel::categoriesChanged);
-    home()->enterSectionReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(true);
     press(Qt::Key_Return);
     QCOMPARE(changes.count(), 1);
     QCOMPARE(sections(), QStringList({"Beta", "Alpha", "Gamma"}));
@@ -584,9 +623,7 @@ void HomeViewReorderTest::nothingToEnd()
 void HomeViewReorderTest::clickOnAPillCommits()
 {
     openOnGrid();
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(false);
     shownPills().at(1)->click();
     QVERIFY(!home()->isReorderMode());
     QCOMPARE(itemsOf("Alpha"), QStringList({"Two", "One", "Three"}));
@@ -607,12 +644,7 @@ void HomeViewReorderTest::hidingCommits()
 {
     QFETCH(bool, ofSections);
     openOnGrid();
-    if (ofSections)
-        home()->enterSectionReorderMode();
-    else
-        home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(ofSections);
     m_window->fadeOutAndHide();
     QVERIFY(!home()->isReorderMode());
     if (ofSections)
@@ -635,12 +667,7 @@ void HomeViewReorderTest::rebuildCommits()
 {
     QFETCH(bool, ofSections);
     openOnGrid();
-    if (ofSections)
-        home()->enterSectionReorderMode();
-    else
-        home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(ofSections);
     const QPointer<HomeView> before = home();
     m_window->rebuildUIPreservingFocus();
     QTRY_VERIFY(before.isNull());
@@ -655,9 +682,7 @@ void HomeViewReorderTest::rebuildCommits()
 void HomeViewReorderTest::editorCommits()
 {
     openOnGrid();
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
+    moveFirstEntry(false);
     m_window->openItemEditor({});
     QVERIFY(!home()->isReorderMode());
     QCOMPARE(itemsOf("Alpha"), QStringList({"Two", "One", "Three"}));
@@ -688,75 +713,154 @@ void HomeViewReorderTest::nothingElseHappensMeanwhile()
 
 void HomeViewReorderTest::documentThatChangesMeanwhile_data()
 {
-    QTest::addColumn<int>("added");
-    QTest::addColumn<QString>("deleted");
-    QTest::newRow("an item more") << 1 << QString();
-    QTest::newRow("many more") << 40 << QString();
-    QTest::newRow("one gone") << 0 << QStringLiteral("a2");
-    QTest::newRow("the moved one gone") << 0 << QStringLiteral("a1");
-    QTest::newRow("one gone and one more") << 1 << QStringLiteral("a3");
+    using Change = std::function<void(LauncherModel*)>;
+    QTest::addColumn<Change>("change");
+    const auto add = [](const char* name, Change change) {
+        QTest::newRow(name) << std::move(change);
+    };
+    add("an item more",
+        [](LauncherModel* model) { model->saveItem("Alpha", snippet("new", "New"), -1); });
+    add("many more", [](LauncherModel* model) {
+        for (int i = 0; i < 40; ++i)
+            model->saveItem("Alpha", snippet(QString::number(i), "New"), -1);
+    });
+    add("one gone", [](LauncherModel* model) { model->deleteItem("Alpha", "a2"); });
+    add("the moved one gone", [](LauncherModel* model) { model->deleteItem("Alpha", "a1"); });
+    add("one gone and one more", [](LauncherModel* model) {
+        model->deleteItem("Alpha", "a3");
+        model->saveItem("Alpha", snippet("new", "New"), -1);
+    });
+    add("one in the place of another",
+        [](LauncherModel* model) { model->saveItem("Alpha", snippet("new", "New"), 1); });
+    add("one to another section",
+        [](LauncherModel* model) { model->moveItemToCategory("Alpha", "a2", "Beta"); });
+    add("one from another section",
+        [](LauncherModel* model) { model->moveItemToCategory("Beta", "b1", "Alpha"); });
+    add("one twice", [](LauncherModel* model) { model->duplicateItem("Alpha", "a1", nullptr); });
+    add("other order", [](LauncherModel* model) {
+        QVector<LauncherElement> items = model->getItems("Alpha");
+        std::reverse(items.begin(), items.end());
+        model->saveReorderedItems("Alpha", items);
+    });
+    add("another document with as many items", [](LauncherModel* model) {
+        LauncherData document = standardDocument();
+        for (LauncherElement& item : document.sectionElements["Alpha"])
+            item = snippet(item.id + u'x', item.name + u'x');
+        importDocument(model, document);
+    });
+    add("another document without the section", [](LauncherModel* model) {
+        LauncherData document = standardDocument();
+        document.categories.removeAll("Alpha");
+        document.sectionElements["Beta"] = document.sectionElements.take("Alpha");
+        importDocument(model, document);
+    });
+    add("all gone", [](LauncherModel* model) { model->resetData(); });
+    add("the section gone", [](LauncherModel* model) { model->deleteCategory("Alpha"); });
+    add("the section under another name",
+        [](LauncherModel* model) { model->editCategory("Alpha", "Omega", AlphaIcon); });
+    add("another section comes up",
+        [](LauncherModel* model) { model->addCategory("Delta", AlphaIcon); });
 }
 
 void HomeViewReorderTest::documentThatChangesMeanwhile()
 {
-    QFETCH(int, added);
-    QFETCH(QString, deleted);
+    QFETCH(std::function<void(LauncherModel*)>, change);
     openOnGrid();
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
+    moveFirstEntry(false);
     press(Qt::Key_Right);
-    press(Qt::Key_Right);
-    if (!deleted.isEmpty())
-        model()->deleteItem("Alpha", deleted);
-    for (int i = 0; i < added; ++i)
-        model()->saveItem("Alpha", snippet(QStringLiteral("new%1").arg(i), "New"), -1);
-    QStringList expected = itemsOf("Alpha");
-    press(Qt::Key_Left);
+    // What the tiles stand for is no more, and so the mode is over: nothing is written but the
+    // change itself.
+    verifyEndsWith(change);
+    QCOMPARE(rows(), itemsOf(model()->currentCategory()));
+    // An empty list makes way for what stands in its place.
+    QCOMPARE(focused(), rows().isEmpty() ? named("emptyAddBtn") : list());
+}
+
+void HomeViewReorderTest::changeElsewhereLeavesTheMode_data()
+{
+    using Change = std::function<void(LauncherModel*)>;
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QStringList>("expected");
+    const QStringList plain{"Two", "One", "Three"};
+    QTest::newRow("an item of another section")
+        << Change([](LauncherModel* model) { model->deleteItem("Beta", "b1"); }) << plain;
+    QTest::newRow("another section gone")
+        << Change([](LauncherModel* model) { model->deleteCategory("Gamma"); }) << plain;
+    QTest::newRow("a template") << Change([](LauncherModel* model) {
+        model->deleteTemplate("Kit");
+    }) << plain;
+    QTest::newRow("an item under another name") << Change([](LauncherModel* model) {
+        model->saveItem("Alpha", snippet("a1", "Renamed"), 0);
+    }) << QStringList({"Two", "Renamed", "Three"});
+    QTest::newRow("the same document again")
+        << Change([](LauncherModel* model) { importDocument(model, standardDocument()); }) << plain;
+}
+
+void HomeViewReorderTest::changeElsewhereLeavesTheMode()
+{
+    QFETCH(std::function<void(LauncherModel*)>, change);
+    QFETCH(QStringList, expected);
+    openOnGrid();
+    moveFirstEntry(false);
+    change(model());
+    QVERIFY(home()->isReorderMode());
+    QCOMPARE(overlay()->currentOrder(), QVector<int>({1, 0, 2}));
     press(Qt::Key_Return);
-    QVERIFY(!home()->isReorderMode());
-    QStringList now = itemsOf("Alpha");
-    QCOMPARE(rows(), now);
-    expected.sort();
-    now.sort();
-    QCOMPARE(now, expected); // nothing lost, nothing twice
+    QCOMPARE(itemsOf("Alpha"), expected);
+    QCOMPARE(rows(), expected);
     QCOMPARE(onDisk(), model()->data());
 }
 
-void HomeViewReorderTest::sectionThatVanishesMeanwhile()
+void HomeViewReorderTest::sectionsThatChangeMeanwhile_data()
 {
-    openOnGrid();
-    home()->enterReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
-    model()->deleteCategory("Alpha");
-    const LauncherData before = model()->data();
-    press(Qt::Key_Return);
-    QVERIFY(!home()->isReorderMode());
-    QCOMPARE(model()->data(), before);
-    QVERIFY(!before.sectionElements.contains("Alpha"));
+    using Change = std::function<void(LauncherModel*)>;
+    QTest::addColumn<Change>("change");
+    const auto add = [](const char* name, Change change) {
+        QTest::newRow(name) << std::move(change);
+    };
+    add("one gone", [](LauncherModel* model) { model->deleteCategory("Beta"); });
+    add("the moved one gone", [](LauncherModel* model) { model->deleteCategory("Alpha"); });
+    add("one more", [](LauncherModel* model) { model->addCategory("Delta", AlphaIcon); });
+    add("one gone and one more", [](LauncherModel* model) {
+        model->deleteCategory("Beta");
+        model->addCategory("Delta", AlphaIcon);
+    });
+    add("another name",
+        [](LauncherModel* model) { model->editCategory("Gamma", "Delta", AlphaIcon); });
+    add("other order", [](LauncherModel* model) {
+        model->saveReorderedCategories({"Gamma", "Beta", "Alpha"});
+    });
+    add("another document with as many sections", [](LauncherModel* model) {
+        LauncherData document = standardDocument();
+        document.categories = QStringList{"Alpha", "Delta", "Epsilon"};
+        importDocument(model, document);
+    });
+    add("all gone", [](LauncherModel* model) { model->resetData(); });
 }
 
 void HomeViewReorderTest::sectionsThatChangeMeanwhile()
 {
+    QFETCH(std::function<void(LauncherModel*)>, change);
     open();
-    home()->enterSectionReorderMode();
-    press(Qt::Key_Space);
+    moveFirstEntry(true);
     press(Qt::Key_Right);
-    press(Qt::Key_Right);
-    model()->deleteCategory("Beta");
-    QCoreApplication::processEvents();
-    press(Qt::Key_Return);
-    QCOMPARE(sections(), QStringList({"Gamma", "Alpha"})); // as far as it still says something
+    verifyEndsWith(change);
+    QVERIFY(!banner());
+    QCOMPARE(pillTexts(), sections());
+    QCOMPARE(focused(), strip());
+}
 
-    home()->enterSectionReorderMode();
-    press(Qt::Key_Space);
-    press(Qt::Key_Right);
-    press(Qt::Key_Left);
-    press(Qt::Key_Left);
-    model()->addCategory("Delta", AlphaIcon);
-    press(Qt::Key_Return);
-    QCOMPARE(sections(), QStringList({"Gamma", "Alpha", "Delta"}));
-    QCOMPARE(onDisk(), model()->data());
+void HomeViewReorderTest::changeOnAnotherPage()
+{
+    openOnGrid();
+    moveFirstEntry(false);
+    auto* pages = qobject_cast<QStackedWidget*>(home()->parentWidget()->parentWidget());
+    QVERIFY(pages);
+    auto* other = new QLineEdit;
+    pages->setCurrentIndex(pages->addWidget(other));
+    other->setFocus();
+    verifyEndsWith([](LauncherModel* model) { model->deleteItem("Alpha", "a2"); });
+    QCOMPARE(focused(), other); // the keys stay where they are seen
 }
 
 void HomeViewReorderTest::overlayStaysWhereItIsWhenRowsAreMadeAnew()
@@ -766,7 +870,7 @@ void HomeViewReorderTest::overlayStaysWhereItIsWhenRowsAreMadeAnew()
     list()->setCurrentRow(59);
     QVERIFY(list()->verticalScrollBar()->value() > 0);
     home()->enterReorderMode();
-    model()->deleteItem("Alpha", "3");
+    model()->deleteItem("Beta", "b1");
     QCoreApplication::processEvents();
     QCOMPARE(overlay()->geometry(), list()->viewport()->rect());
     list()->scrollToTop();
