@@ -8,11 +8,13 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 
 namespace
 {
 
 constexpr QMargins kMargins(24, 12, 16, 12);
+constexpr QMargins kPageMargins(16, 16, 16, 16);
 
 QLabel* makeTitle(const QString& text)
 {
@@ -54,4 +56,13 @@ void collectSettingsRows(QWidget* root, QList<QFrame*>& out)
         else
             collectSettingsRows(child, out);
     }
+}
+
+QVBoxLayout* makeSettingsColumn(QWidget* page)
+{
+    page->setStyleSheet(QStringLiteral("background: transparent;"));
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(kPageMargins);
+    column->setSpacing(Theme::Sp_Lg);
+    return column;
 }

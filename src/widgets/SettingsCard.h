@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+class QVBoxLayout;
+
 /// A row of a settings page: its name on the left, its control on the right, with the keys of
 /// `SettingsCardFilter`. GUI thread only.
 class SettingsCard : public QFrame
@@ -27,3 +29,7 @@ public:
 
 /// Appends the cards below `root` in the order of its children. A card is not entered.
 void collectSettingsRows(QWidget* root, QList<QFrame*>& out);
+
+/// Lets `page` hold cards one below the other, with its ground showing through, and with the
+/// margins of a page that stands by itself. \returns its rows, still without any.
+QVBoxLayout* makeSettingsColumn(QWidget* page);
