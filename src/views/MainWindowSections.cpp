@@ -4,77 +4,30 @@
 // The flows that make, change and remove sections and templates. What they are about may vanish
 // while a dialog is open, by an import for example; then they end without a word.
 
-#include "AddEditCategoryDialog.h"
 #include "AutoQuitBlocker.h"
 #include "CustomMessageBox.h"
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "MainWindow.h"
-#include "RowPainting.h"
-
-#include <optional>
+#include "NameQuestions.h"
 
 namespace
 {
 
-constexpr int kMaxNameWidth = 4096; // pixels of a name that a question shows
+using NameQuestions::ask;
+using NameQuestions::NameAndIcon;
+using NameQuestions::Naming;
+using NameQuestions::refuse;
+using NameQuestions::windowOf;
 
-const QString kValidationTitle = QStringLiteral("Validation"); // the same in every language
+constexpr Naming kNewSection = NameQuestions::sectionNaming("dialog.add_section_title");
+constexpr Naming kEditedSection = NameQuestions::sectionNaming("dialog.edit_section_title");
+constexpr Naming kSectionFromTemplate = NameQuestions::sectionNaming("template.use_dialog_title");
+constexpr Naming kTemplate = NameQuestions::templateNaming("template.save_dialog_title");
 
-/// What is named in the dialog, and what it says about it.
-struct Naming
+bool refuseEmptyName(QWidget* parent)
 {
-    const char* titleKey;
-    const char* labelKey;
-    const char* placeholderKey;
-    const char* emptyErrKey;
-};
-
-constexpr Naming sectionNaming(const char* titleKey)
-{
-    return {titleKey, "dialog.lbl_section_name", "dialog.section_name_placeholder",
-            "dialog.err_section_empty"};
-}
-
-constexpr Naming kNewSection = sectionNaming("dialog.add_section_title");
-constexpr Naming kEditedSection = sectionNaming("dialog.edit_section_title");
-constexpr Naming kSectionFromTemplate = sectionNaming("template.use_dialog_title");
-constexpr Naming kTemplate{"template.save_dialog_title", "template.lbl_name",
-                           "template.name_placeholder", "template.err_name_empty"};
-
-struct NameAndIcon
-{
-    QString name;
-    uint icon = SectionTemplate::DefaultIcon;
-    bool operator==(const NameAndIcon&) const = default;
-};
-
-/// What dialogs are made children of: a rebuild deletes the widgets in a window while they wait,
-/// but never the window.
-QWidget* windowOf(QWidget* widget)
-{
-    return widget ? widget->window() : nullptr;
-}
-
-/// \returns nothing if the user gave up.
-std::optional<NameAndIcon> ask(QWidget* parent, const Naming& naming, const NameAndIcon& present)
-{
-    AddEditCategoryDialog dialog(windowOf(parent), Tr::t(naming.titleKey), present.name,
-                                 present.icon, naming.labelKey, naming.placeholderKey,
-                                 naming.emptyErrKey);
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return NameAndIcon{dialog.getName(), dialog.getIcon()};
-}
-
-void warn(QWidget* parent, const QString& title, const char* textKey)
-{
-    CustomMessageBox::warning(windowOf(parent), title, Tr::t(textKey));
-}
-
-bool warnOfEmptyName(QWidget* parent)
-{
-    warn(parent, kValidationTitle, "dialog.err_section_empty");
+    refuse(parent, "dialog.err_section_empty");
     return false;
 }
 
@@ -82,14 +35,8 @@ bool warnOfEmptyName(QWidget* parent)
 bool reportTaken(QWidget* parent, bool isDone)
 {
     if (!isDone)
-        warn(parent, kValidationTitle, "dialog.err_section_exists");
+        refuse(parent, "dialog.err_section_exists");
     return isDone;
-}
-
-/// A question about something with a name, of which only so much is read as anybody would.
-QString question(const char* textKey, const QString& name)
-{
-    return Tr::t(textKey).arg(RowPainting::visiblePart(name, kMaxNameWidth));
 }
 
 } // namespace
@@ -102,7 +49,7 @@ bool MainWindow::addSectionViaDialog(QWidget* parent)
     if (!answer)
         return false;
     if (answer->name.isEmpty())
-        return warnOfEmptyName(parent);
+        return refuseEmptyName(parent);
     return reportTaken(parent, m_model->addCategory(answer->name, answer->icon));
 }
 
@@ -117,7 +64,7 @@ bool MainWindow::editSectionViaDialog(QWidget* parent, const QString& oldName)
     if (!answer)
         return false;
     if (answer->name.isEmpty())
-        return warnOfEmptyName(parent);
+        return refuseEmptyName(parent);
     if (*answer == present || !hasSection(oldName))
         return false;
     return reportTaken(parent, m_model->editCategory(oldName, answer->name, answer->icon));
@@ -131,7 +78,7 @@ bool MainWindow::deleteSectionWithConfirm(QWidget* parent, const QString& cat)
     const DimBackdrop backdrop(m_homeView);
     const int answer = CustomMessageBox::customQuestion(
         windowOf(parent), Tr::t("settings.del_section_title"),
-        question("settings.del_section_msg", cat),
+        NameQuestions::textAbout("settings.del_section_msg", cat),
         {Tr::t("dialog.btn_delete"), Tr::t("dialog.btn_cancel")}, 1, {0});
     if (answer != 0 || !hasSection(cat))
         return false;
@@ -148,7 +95,8 @@ bool MainWindow::saveSectionAsTemplate(QWidget* parent, const QString& cat)
     const AutoQuitBlocker blocker;
     const DimBackdrop backdrop(m_homeView);
     if (m_model->getItems(cat).isEmpty()) {
-        warn(parent, Tr::t("template.save_as"), "template.err_empty_section");
+        CustomMessageBox::warning(windowOf(parent), Tr::t("template.save_as"),
+                                  Tr::t("template.err_empty_section"));
         return false;
     }
     const auto answer = ask(parent, kTemplate, {cat, m_model->getCategoryIcon(cat)});
@@ -169,7 +117,7 @@ bool MainWindow::confirmOverwrite(QWidget* parent, const QString& templateName) 
         return true;
     const int answer = CustomMessageBox::customQuestion(
         windowOf(parent), Tr::t("template.confirm_overwrite_title"),
-        question("template.confirm_overwrite_msg", templateName),
+        NameQuestions::textAbout("template.confirm_overwrite_msg", templateName),
         {Tr::t("dialog.btn_save"), Tr::t("dialog.btn_cancel")}, 0, {});
     return answer == 0;
 }
