@@ -13,13 +13,18 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <QDir>
 #include <QLocalServer>
+#include <QStringList>
 
 #include <cstdio>
 #include <cstdlib>
 
 namespace
 {
+
+constexpr QLatin1String kAuditContrast("--audit-contrast");
+constexpr QLatin1String kAuditColor("--audit-color");
 
 void loadTextFont()
 {
@@ -70,6 +75,40 @@ int startWithoutDisplay(int argc, char** argv, const QString& problem)
     return EXIT_FAILURE;
 }
 
+bool isAuditWanted(int argc, const char* const* argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (argv[i] == kAuditContrast || argv[i] == kAuditColor)
+            return true;
+    }
+    return false;
+}
+
+/// What follows the switch, unless that is a switch again; else a file beside the program.
+QString auditColorPath(const QStringList& arguments)
+{
+    const qsizetype index = arguments.indexOf(kAuditColor) + 1;
+    if (index < arguments.size() && !arguments.at(index).startsWith(QLatin1String("--")))
+        return arguments.at(index);
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("audit-warna.txt"));
+}
+
+/// Needs neither a display nor to be the one instance, and shows no window.
+int runAudits(int argc, char** argv)
+{
+    Platform::forgoDisplay(argc, argv);
+    const QApplication app(argc, argv);
+    nameApplication();
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.contains(kAuditContrast)) {
+        Theme::auditContrast();
+        Theme::auditContrastSweep();
+    } else if (arguments.contains(kAuditColor)) {
+        Theme::auditColor(auditColorPath(arguments));
+    }
+    return EXIT_SUCCESS;
+}
+
 int runPrimary(const QString& instanceKey)
 {
     QLocalServer server;
@@ -91,6 +130,8 @@ int main(int argc, char** argv)
 {
     qInstallMessageHandler(fileMessageHandler);
     Platform::detachFromConsole();
+    if (isAuditWanted(argc, argv))
+        return runAudits(argc, argv);
     const QString problem = Platform::prepareDisplay(argc, argv);
     if (!problem.isEmpty())
         return startWithoutDisplay(argc, argv, problem);

@@ -81,6 +81,13 @@ public:
         double chromaDark = 0.0;
     };
 
+    /// A seed that the audits look at.
+    struct Sample
+    {
+        const char* name;
+        const char* hex;
+    };
+
     static constexpr double ContrastText = 4.5;         ///< WCAG ratio wanted of text
     static constexpr double ContrastIcon = 3.0;         ///< WCAG ratio wanted of icons
     static constexpr double NoChromaCap = 1000000000.0; ///< `chromaCap` that caps nothing
@@ -234,6 +241,21 @@ public:
     /// \returns a frame owned by `parent`, in no layout yet.
     static QFrame* createFramelessDialogBackground(QWidget* parent, const ColorTokens& c,
                                                    int shadowAlpha, int padding);
+
+    /// Checks of the palette for those who change it, behind switches of the command line. Seed and
+    /// mode are as before afterwards, and no setting is written.
+    ///
+    /// The seeds of the first two audits. \param count receives how many; may be null.
+    static const Sample* auditSamples(int* count);
+    /// Writes every token of every sample in both modes to a text file, a line each, as columns
+    /// parted by tabs. Whether that went well is told in the log alone.
+    static void auditColor(const QString& outPath);
+    /// Logs for each sample how well texts read on their backgrounds, and at the end how many don't
+    /// reach `ContrastText`.
+    static void auditContrast();
+    /// Logs the same for seeds all around the colour wheel, and where a text reads worse than in
+    /// the palette of plain HSL that this one took the place of. Takes seconds.
+    static void auditContrastSweep();
 
 private:
     /// The HSL hue, 0 for colours that have none.

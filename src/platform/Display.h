@@ -15,6 +15,10 @@ namespace Platform
 /// is left alone.
 QString prepareDisplay(int argc, const char* const* argv);
 
+/// Instead of `prepareDisplay`, for a process that makes the application object but shows nothing:
+/// no display is needed then. A platform that was chosen on purpose is left alone.
+void forgoDisplay(int argc, const char* const* argv);
+
 /// Takes back what `prepareDisplay` changed in the environment, and keeps false news of where
 /// windows stand away from Qt for as long as the application object lives. Call once, right after
 /// it is made.

@@ -42,6 +42,15 @@ bool isPlatformGivenAsArgument(int argc, const char* const* argv)
     return false;
 }
 
+/// Whether nobody but a desktop has said which platform to take. Desktops on Wayland set the
+/// variable for every program, so that value is nobody's choice for this one.
+bool isPlatformOpen(int argc, const char* const* argv)
+{
+    const QByteArray wanted = qgetenv(kPlatformVariable);
+    const bool isUsual = wanted.isEmpty() || wanted.startsWith("xcb") || wanted.contains("wayland");
+    return isUsual && !isPlatformGivenAsArgument(argc, argv);
+}
+
 bool canConnectToX()
 {
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
@@ -54,14 +63,10 @@ bool canConnectToX()
 
 QString Platform::prepareDisplay(int argc, const char* const* argv)
 {
-    const QByteArray wanted = qgetenv(kPlatformVariable);
-    // Desktops on Wayland set the variable for every program, so that value is nobody's choice for
-    // this one.
-    const bool isX11 = wanted.isEmpty() || wanted.startsWith("xcb") || wanted.contains("wayland");
-    if (!isX11 || isPlatformGivenAsArgument(argc, argv))
+    if (!isPlatformOpen(argc, argv))
         return {};
     if (canConnectToX()) {
-        s_originalPlatform = wanted;
+        s_originalPlatform = qgetenv(kPlatformVariable);
         qputenv(kPlatformVariable, "xcb");
         return {};
     }
@@ -75,6 +80,12 @@ QString Platform::prepareDisplay(int argc, const char* const* argv)
                "Orlimo needs an X11 display (or XWayland on Wayland), and \"%1\" can't be "
                "opened.")
         .arg(QString::fromLocal8Bit(display));
+}
+
+void Platform::forgoDisplay(int argc, const char* const* argv)
+{
+    if (isPlatformOpen(argc, argv))
+        qputenv(kPlatformVariable, "offscreen");
 }
 
 void Platform::watchDisplay()

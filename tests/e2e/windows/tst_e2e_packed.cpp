@@ -185,6 +185,7 @@ private slots:
     void installedApplicationIsFoundAndStarted();
     void newFileIsFoundAndOpened();
     void madeByKeysAndStillThereLater();
+    void auditsRunBesideIt();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
@@ -478,6 +479,35 @@ void E2ePacked::madeByKeysAndStillThereLater()
     press({down, enter});
     QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("good morning"));
     QTRY_VERIFY(!again.home().exists());
+}
+
+void E2ePacked::auditsRunBesideIt()
+{
+    const Program program;
+    QTRY_VERIFY_WITH_TIMEOUT(program.home().exists(), kPatienceMs);
+    const QByteArray settings = read(QStringLiteral("settings.ini"));
+    const QTemporaryDir out;
+    const QString colors = out.filePath(QStringLiteral("colours.txt"));
+    for (const QStringList& arguments :
+         {QStringList{"--audit-contrast"}, QStringList{"--audit-color", colors}}) {
+        QProcess audit;
+        audit.setProcessEnvironment(bareEnvironment());
+        audit.start(programIn(packedFolder()), arguments);
+        QVERIFY(audit.waitForFinished(kPatienceMs));
+        QCOMPARE(audit.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(audit.exitCode(), 0);
+    }
+    // The same colours as on every system, but for the line ends.
+    QFile report(colors);
+    QFile expected(QStringLiteral(ORLIMO_TEST_DATA_DIR "/palette.tsv"));
+    QVERIFY(report.open(QIODevice::ReadOnly | QIODevice::Text));
+    QVERIFY(expected.open(QIODevice::ReadOnly | QIODevice::Text));
+    QCOMPARE(report.readAll(), expected.readAll());
+    const QByteArray log = read(QStringLiteral("debug.log"));
+    QVERIFY2(log.contains("pelanggaran tersisa setelah onColorFor: 0 ==="), log.constData());
+    QVERIFY2(log.contains("di bawah ambang: 0 | KEMUNDURAN: 0 ==="), log.constData());
+    QVERIFY(program.isRunning());
+    QCOMPARE(read(QStringLiteral("settings.ini")), settings);
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)
