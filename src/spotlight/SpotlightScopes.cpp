@@ -13,6 +13,7 @@
 #include "Localization.h"
 #include "RowPainting.h"
 #include "Settings.h"
+#include "SpotlightSettingsDialog.h"
 #include "SpotlightWindow.h"
 #include "Theme.h"
 #include "ToolTips.h"
@@ -237,6 +238,48 @@ void SpotlightWindow::showFolderPicker()
     if (dialog.exec() == QDialog::Accepted)
         setFolders(dialog.chosen());
     m_searchInput->setFocus();
+}
+
+void SpotlightWindow::showSettingsDialog()
+{
+    const AutoQuitBlocker blocker;
+    SpotlightSettingsDialog::Option all;
+    QVector<SpotlightSettingsDialog::Option> options;
+    QStringList keys;
+    for (const ScopeDef& def : scopeDefs()) {
+        const SpotlightSettingsDialog::Option option{scopeLabel(def), scopeGlyph(def)};
+        const QString key = QString::fromLatin1(def.typeKey);
+        if (key.isEmpty()) {
+            all = option;
+        } else {
+            options.append(option);
+            keys.append(key);
+        }
+    }
+    QVector<int> chosen;
+    for (const QString& key : defaultScopeKeys())
+        chosen.append(int(keys.indexOf(key)));
+
+    SpotlightSettingsDialog dialog(this, options, chosen, all);
+    alignDialogToSearchBar(&dialog);
+    if (dialog.exec() == QDialog::Accepted) {
+        QStringList scopes;
+        for (const int index : dialog.chosenIndices())
+            scopes.append(keys.at(index));
+        applySettings(scopes, dialog.appearanceChanged());
+    }
+    m_searchInput->setFocus();
+}
+
+void SpotlightWindow::applySettings(const QStringList& scopes, bool hasNewLook)
+{
+    setDefaultScopeKeys(scopes);
+    setScopeKeys(scopes);
+    if (!hasNewLook)
+        return;
+    applyThemeColors();
+    rebuildResults(m_searchInput->text(), m_scopeKeys); // its headings have a language, too
+    emit appearanceChanged();
 }
 
 void SpotlightWindow::placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row)

@@ -38,6 +38,7 @@ constexpr int kBoxMarginLeft = 8;
 constexpr int kBoxMarginRight = 6;
 constexpr int kSearchIconBox = 20;
 constexpr int kSearchIconPx = 16;
+constexpr int kSettingsIconPx = 20;
 constexpr int kChipGap = 8;
 
 } // namespace
@@ -114,6 +115,13 @@ void SpotlightWindow::buildSearchBox()
     m_searchIconLbl = new GlyphLabel(m_searchBox);
     m_searchIconLbl->setFixedSize(kSearchIconBox, kSearchIconBox);
     boxLayout->addWidget(m_searchIconLbl, 0, Qt::AlignVCenter);
+
+    m_settingsBtn = new GlyphButton(m_searchBox);
+    m_settingsBtn->setFixedSize(SETTINGS_BTN_SIZE, SETTINGS_BTN_SIZE);
+    m_settingsBtn->setFocusPolicy(Qt::NoFocus);
+    m_settingsBtn->setCursor(Qt::PointingHandCursor);
+    connect(m_settingsBtn, &QPushButton::clicked, this, &SpotlightWindow::showSettingsDialog);
+    boxLayout->addWidget(m_settingsBtn, 0, Qt::AlignVCenter);
     m_searchPill->layout()->addWidget(m_searchBox);
 }
 
@@ -308,6 +316,11 @@ void SpotlightWindow::applyThemeColors()
             .arg(c.onSurface, FontTokens::SizeMd));
     m_searchInput->setPlaceholderText(Tr::t(QStringLiteral("home.search_placeholder")));
     m_searchInput->setGhostColor(QColor(c.onSurfaceVariant));
+    m_settingsBtn->setGlyph(Glyph::Settings, kSettingsIconPx, c.onSurfaceVariant);
+    m_settingsBtn->setGlyphActiveColor(c.onSurface);
+    m_settingsBtn->setStyleSheet(
+        QStringLiteral("QPushButton { background: transparent; border: none; }"));
+    m_settingsBtn->setAccessibleName(Tr::t(QStringLiteral("settings.title")));
     m_resultsList->viewport()->update();
 }
 

@@ -42,6 +42,7 @@ public:
     static constexpr int STRIP_PAD = 18;
     static constexpr int PILL_INSET = 8;
     static constexpr int ChipRowWidth = 484;
+    static constexpr int SETTINGS_BTN_SIZE = 32;
     static constexpr int CHIP_MARGIN = 8; ///< beside the chips, where their widths leave it
     static constexpr int SEAM_GAP = 0;    ///< between strip and panel
     static constexpr int RESULTS_PAD_SIDE = 6;
@@ -87,6 +88,10 @@ public:
 
     /// Asks to which folders the file results shall be limited, and waits for the answer.
     void showFolderPicker();
+
+    /// Lets the user change language and look of the program and the scopes of every show, and
+    /// waits for the answer. The scopes become those of the present search, too.
+    void showSettingsDialog();
 
     /// Places a dialog that has a free margin around its card so that the card begins at the height
     /// of the strip, in the middle below it, and lies on the primary screen.
@@ -148,6 +153,7 @@ private:
     void fitChipMargins();
     GlyphButton* addFilterChip(uint glyph, const QString& label);
     void showFilterMenu();
+    void applySettings(const QStringList& scopes, bool hasNewLook);
     static void placeConfirmDot(ConfirmDot* dot, const QMenu& menu, const QRect& row);
 
     void applySearchStripStyle();
@@ -186,6 +192,7 @@ private:
     GlyphLabel* m_searchIconLbl = nullptr;
     GhostLineEdit* m_searchInput = nullptr;
     GlyphButton* m_addFilterBtn = nullptr;
+    GlyphButton* m_settingsBtn = nullptr;
     QWidget* m_chipRow = nullptr;
     FlowLayout* m_chipLayout = nullptr;
     QVector<GlyphButton*> m_chips;

@@ -187,7 +187,9 @@ void SpotlightWindowTest::searchBoxContents()
     QVERIFY(layout);
     QCOMPARE(layout->contentsMargins(), QMargins(8, 0, 6, 0));
     QCOMPARE(layout->spacing(), 8);
-    const QVector<QWidget*> order{f->filterButton(), f->field(), f->magnifier()};
+    const QVector<QWidget*> order{f->filterButton(), f->field(), f->magnifier(),
+                                  f->settingsButton()};
+    QCOMPARE(layout->count(), 4);
     for (int i = 0; i < order.size(); ++i) {
         QCOMPARE(layout->itemAt(i)->widget(), order.at(i));
         QCOMPARE(layout->itemAt(i)->alignment(), Qt::AlignVCenter);

@@ -59,6 +59,7 @@ public:
     GhostLineEdit* field() const { return window.findChild<GhostLineEdit*>(); }
     QListWidget* list() const { return window.findChild<QListWidget*>(); }
     GlyphButton* filterButton() const { return box()->findChild<GlyphButton*>(); }
+    GlyphButton* settingsButton() const { return box()->findChildren<GlyphButton*>().constLast(); }
     GlyphLabel* magnifier() const { return box()->findChild<GlyphLabel*>(); }
 
     /// The chips in the order of their layout.

@@ -8,6 +8,8 @@
 #include "FolderPickerDialog.h"
 #include "IconPickerDialog.h"
 #include "Localization.h"
+#include "SpotlightSettingsDialog.h"
+#include "SpotlightWindow.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
@@ -61,6 +63,17 @@ Show question(const char* titleKey, const char* textKey, const QStringList& butt
     };
 }
 
+Show spotlightSettings(const QVector<int>& chosen)
+{
+    return [chosen](QWidget* parent, const std::function<void(QWidget&)>& look) {
+        QVector<SpotlightSettingsDialog::Option> options;
+        for (const SpotlightWindow::ScopeDef& def : SpotlightWindow::scopeDefs())
+            options.append({SpotlightWindow::scopeLabel(def), SpotlightWindow::scopeGlyph(def)});
+        SpotlightSettingsDialog dialog(parent, options, chosen, options.constFirst());
+        showNow(dialog, look);
+    };
+}
+
 /// Every dialog that the program opens, with every set of texts that is its own.
 QList<NamedDialog> everyDialog()
 {
@@ -85,6 +98,9 @@ QList<NamedDialog> everyDialog()
     };
     return {
         {"accent colour", colors},
+        {"settings of Spotlight, all types", spotlightSettings({})},
+        {"settings of Spotlight, one type", spotlightSettings({1})},
+        {"settings of Spotlight, several types", spotlightSettings({1, 2, 3})},
         {"folder picker", folders},
         {"icon picker", picker},
         {"new section", sectionDialog("dialog.add_section_title", "dialog.lbl_section_name")},
