@@ -16,8 +16,6 @@
 namespace
 {
 
-constexpr int kStartMs = 10000;
-
 void stop(QProcess& process)
 {
     if (process.state() == QProcess::NotRunning)
@@ -48,14 +46,14 @@ Desktop::Desktop(int features, const QStringList& windowManager, const QSize& sc
         startBus();
     if (features & WindowManager) {
         start(m_windowManager, windowManager.first(), windowManager.mid(1));
-        if (!QTest::qWaitFor([this] { return m_client->hasWindowManager(); }, kStartMs))
+        if (!QTest::qWaitFor([this] { return m_client->hasWindowManager(); }, PatienceMs))
             qFatal("the window manager doesn't come up");
     }
     if (features & Compositor) {
         start(m_compositor, QStringLiteral("picom"),
               {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
                QStringLiteral("/dev/null"), QStringLiteral("--no-fading-openclose")});
-        if (!QTest::qWaitFor([this] { return m_client->hasCompositor(); }, kStartMs))
+        if (!QTest::qWaitFor([this] { return m_client->hasCompositor(); }, PatienceMs))
             qFatal("the compositor doesn't come up");
     }
 }
@@ -108,7 +106,7 @@ void Desktop::startScreen()
                     QStringLiteral("%1x%2x24").arg(m_screenSize.width()).arg(m_screenSize.height()),
                     QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     QByteArray number;
-    while (!number.endsWith('\n') && m_screen.waitForReadyRead(kStartMs))
+    while (!number.endsWith('\n') && m_screen.waitForReadyRead(PatienceMs))
         number += m_screen.readAllStandardOutput();
     if (!number.endsWith('\n'))
         qFatal("the virtual screen doesn't come up");
@@ -123,7 +121,7 @@ void Desktop::startBus()
                 {QStringLiteral("--session"), QStringLiteral("--nofork"),
                  QStringLiteral("--print-address=1")});
     QByteArray address;
-    while (!address.endsWith('\n') && m_bus.waitForReadyRead(kStartMs))
+    while (!address.endsWith('\n') && m_bus.waitForReadyRead(PatienceMs))
         address += m_bus.readAllStandardOutput();
     if (!address.endsWith('\n'))
         qFatal("the session bus doesn't come up");
@@ -140,7 +138,7 @@ void Desktop::start(QProcess& process, const QString& program, const QStringList
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, arguments);
-    if (!process.waitForStarted(kStartMs))
+    if (!process.waitForStarted(PatienceMs))
         qFatal("cannot start %s", qPrintable(program));
 }
 
@@ -202,8 +200,8 @@ void Desktop::setClipboard(const QString& text) const
     process.closeWriteChannel();
     // It leaves a child behind, which takes the clipboard when it gets round to it and serves it
     // until another does the same.
-    if (!process.waitForFinished(kStartMs) || process.exitCode() != 0 ||
-        !QTest::qWaitFor([this, &text] { return clipboard() == text; }, kStartMs))
+    if (!process.waitForFinished(PatienceMs) || process.exitCode() != 0 ||
+        !QTest::qWaitFor([this, &text] { return clipboard() == text; }, PatienceMs))
         qFatal("cannot fill the clipboard");
 }
 
@@ -232,7 +230,7 @@ xcb_window_t Desktop::focusOtherWindow()
         }
         return false;
     };
-    if (!QTest::qWaitFor(hasFocus, kStartMs))
+    if (!QTest::qWaitFor(hasFocus, PatienceMs))
         qFatal("the other window 0x%x doesn't get the focus, 0x%x has it", m_otherWindow,
                m_client->focus());
     m_client->takeKeyPressCount();

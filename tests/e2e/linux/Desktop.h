@@ -16,6 +16,10 @@
 class Desktop
 {
 public:
+    /// How long tests wait for what has to happen, before they fail: sanitized binaries on a
+    /// machine that does other things besides have been seen to need a quarter of it.
+    static constexpr int PatienceMs = 60000;
+
     enum Feature {
         NoFeature = 0,
         WindowManager = 1,

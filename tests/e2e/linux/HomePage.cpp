@@ -10,8 +10,6 @@
 namespace
 {
 
-constexpr int kPatienceMs = 15000; // a sanitized binary on a busy machine
-
 // The grid: three columns in what margins and header leave of the window.
 constexpr QPoint kGrid{44, 176};
 constexpr QSize kCell{176, 132};
@@ -35,7 +33,7 @@ QPoint HomePage::tile(int index)
 
 void HomePage::waitFor(const std::function<bool()>& condition, const char* failure) const
 {
-    if (QTest::qWaitFor(condition, kPatienceMs))
+    if (QTest::qWaitFor(condition, Desktop::PatienceMs))
         return;
     m_program.giveUp(failure);
 }
@@ -74,11 +72,11 @@ bool HomePage::hasKeyboard() const
 void HomePage::bringUp()
 {
     // Something that was under way may send the window away again.
-    constexpr int kPresses = 3;
+    constexpr int kPresses = 12;
     for (int i = 0; i < kPresses; ++i) {
         if (!m_program.homeWindow().isViewable)
             m_program.key(QStringLiteral("ctrl+alt+space"));
-        if (QTest::qWaitFor([this] { return hasKeyboard(); }, kPatienceMs / kPresses))
+        if (QTest::qWaitFor([this] { return hasKeyboard(); }, Desktop::PatienceMs / kPresses))
             return;
     }
     waitFor([] { return false; }, "the program doesn't come up");

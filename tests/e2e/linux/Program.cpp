@@ -14,13 +14,6 @@
 #include <QTest>
 #include <QThread>
 
-namespace
-{
-
-constexpr int kPatienceMs = 15000; // a sanitized binary on a busy machine
-
-} // namespace
-
 Program::Program(Desktop& desktop) : m_desktop(desktop), m_environment(desktop.environment())
 {
     // Each case has a profile and a home of its own.
@@ -37,7 +30,7 @@ Program::~Program()
     if (m_process.state() == QProcess::NotRunning)
         return;
     m_process.kill();
-    m_process.waitForFinished(kPatienceMs);
+    m_process.waitForFinished(Desktop::PatienceMs);
 }
 
 QString Program::binary()
@@ -121,7 +114,7 @@ void Program::startWithoutWaiting(const QString& binaryPath)
     m_process.setWorkingDirectory(homeDir()); // where a file dialog begins
     m_answeringWindow = XCB_WINDOW_NONE;
     m_process.start(binaryPath.isEmpty() ? binary() : binaryPath, QStringList());
-    if (!m_process.waitForStarted(kPatienceMs))
+    if (!m_process.waitForStarted(Desktop::PatienceMs))
         qFatal("cannot start the program");
 }
 
@@ -133,7 +126,7 @@ void Program::start()
             const XClient::Window home = homeWindow();
             return home.isViewable && m_desktop.client().focus() == home.id;
         },
-        kPatienceMs);
+        Desktop::PatienceMs);
     if (!isUp)
         giveUp("the home window doesn't come up");
 }
@@ -143,7 +136,7 @@ void Program::startAndSettle()
     start();
     // The hotkey hides it at once; losing the focus would do so only after the guard.
     key(QStringLiteral("ctrl+alt+space"));
-    if (!QTest::qWaitFor([this] { return !homeWindow().isViewable; }, kPatienceMs))
+    if (!QTest::qWaitFor([this] { return !homeWindow().isViewable; }, Desktop::PatienceMs))
         giveUp("the home window doesn't go away");
     m_desktop.focusOtherWindow();
 }
@@ -176,13 +169,13 @@ bool Program::isSpotlightUp() const
 void Program::openSpotlight()
 {
     key(QStringLiteral("ctrl+alt+y"));
-    if (!QTest::qWaitFor([this] { return isSpotlightUp(); }, kPatienceMs))
+    if (!QTest::qWaitFor([this] { return isSpotlightUp(); }, Desktop::PatienceMs))
         giveUp("Spotlight doesn't come up");
 }
 
 void Program::waitUntilSpotlightIsGone()
 {
-    if (!QTest::qWaitFor([this] { return !spotlight().isViewable; }, kPatienceMs))
+    if (!QTest::qWaitFor([this] { return !spotlight().isViewable; }, Desktop::PatienceMs))
         giveUp("Spotlight doesn't go away");
 }
 
@@ -222,7 +215,7 @@ void Program::waitForAnswer() const
     constexpr int kAskAgainMs = 1000;
     if (m_answeringWindow == XCB_WINDOW_NONE)
         m_answeringWindow = homeWindow().id;
-    for (int attempt = 0; attempt < kPatienceMs / kAskAgainMs; ++attempt) {
+    for (int attempt = 0; attempt < Desktop::PatienceMs / kAskAgainMs; ++attempt) {
         m_desktop.client().ping(m_answeringWindow);
         QElapsedTimer waited;
         waited.start();
@@ -247,7 +240,7 @@ QImage Program::settledScreenshot() const
             last = next;
             return equalPictures >= 10;
         },
-        kPatienceMs);
+        Desktop::PatienceMs);
     if (!isSettled)
         giveUp("the screen doesn't come to rest");
     return last;

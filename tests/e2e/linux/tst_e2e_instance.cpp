@@ -38,8 +38,6 @@ private:
 namespace
 {
 
-constexpr int kPatienceMs = 15000;
-
 /// Starts the program once more and waits for its end. \returns what it said.
 QByteArray startAgain(const QProcessEnvironment& environment)
 {
@@ -48,7 +46,7 @@ QByteArray startAgain(const QProcessEnvironment& environment)
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(Program::binary(), QStringList());
-    if (!process.waitForFinished(kPatienceMs))
+    if (!process.waitForFinished(Desktop::PatienceMs))
         return "still runs";
     const QByteArray said = process.readAll();
     return process.exitCode() == 0 ? said : "failed: " + said;
@@ -97,7 +95,7 @@ User::~User()
     if (m_instance.state() == QProcess::NotRunning)
         return;
     m_instance.kill();
-    m_instance.waitForFinished(kPatienceMs);
+    m_instance.waitForFinished(Desktop::PatienceMs);
 }
 
 void User::start(QProcess& process) const
@@ -115,8 +113,8 @@ void User::start(QProcess& process) const
 void User::startInstance()
 {
     start(m_instance);
-    QVERIFY(m_instance.waitForStarted(kPatienceMs));
-    QTRY_VERIFY_WITH_TIMEOUT(window().isViewable, kPatienceMs);
+    QVERIFY(m_instance.waitForStarted(Desktop::PatienceMs));
+    QTRY_VERIFY_WITH_TIMEOUT(window().isViewable, Desktop::PatienceMs);
 }
 
 XClient::Window User::window() const
@@ -150,7 +148,7 @@ void hide(Desktop& desktop, const User& user)
         desktop.focusOtherWindow();
         return QTest::qWaitFor(isGone, kFadeMs);
     };
-    QVERIFY(QTest::qWaitFor(isGoneAfterLoss, kPatienceMs));
+    QVERIFY(QTest::qWaitFor(isGoneAfterLoss, Desktop::PatienceMs));
 }
 
 } // namespace
@@ -248,7 +246,7 @@ void E2eInstance::eachUserHasAnInstance()
     for (const User* user : users) {
         QProcess second;
         user->start(second);
-        QVERIFY(second.waitForFinished(kPatienceMs));
+        QVERIFY(second.waitForFinished(Desktop::PatienceMs));
         QCOMPARE(second.exitCode(), 0);
         QTRY_VERIFY(user->window().isViewable);
         QCOMPARE(one.window().isViewable + other.window().isViewable, 1);
