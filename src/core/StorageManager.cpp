@@ -36,6 +36,8 @@ constexpr QLatin1String kLegacySubCategory("subCategory");
 constexpr QLatin1String kLegacyType("type");
 constexpr QLatin1String kLegacyValue("value");
 
+constexpr QLatin1String kPreviousSuffix(".previous");
+
 constexpr QLatin1String kDefaultName("Default");
 constexpr QLatin1String kDefaultSubCategory("General");
 
@@ -131,15 +133,16 @@ void normalise(LauncherData& data)
     }
 }
 
-/// The root object; empty, and the file moved aside if there is anything in it to rescue, when
-/// the content is none.
-QJsonObject readRoot(const QString& filePath)
+LauncherData documentOf(const QJsonObject& root)
 {
-    const QByteArray bytes = readOwnFile(filePath, StorageManager::MaxDocumentBytes);
-    const QJsonDocument document = QJsonDocument::fromJson(bytes);
-    if (!document.isObject() && !bytes.trimmed().isEmpty())
-        moveFileAside(filePath);
-    return document.object();
+    LauncherData data;
+    readCommon(root, data);
+    if (root.contains(kSectionElements))
+        readCurrentShape(root, data);
+    else
+        readLegacyShape(root, data);
+    normalise(data);
+    return data;
 }
 
 QJsonObject iconsToJson(const QMap<QString, unsigned int>& icons)
@@ -175,6 +178,11 @@ QJsonObject documentToJson(const LauncherData& data)
             {kTemplates, templates}};
 }
 
+QByteArray bytesOf(const LauncherData& data)
+{
+    return QJsonDocument(documentToJson(data)).toJson(QJsonDocument::Indented);
+}
+
 } // namespace
 
 QString StorageManager::appDataDir()
@@ -194,18 +202,35 @@ QString StorageManager::appDataDir()
 
 LauncherData StorageManager::loadData(const QString& filePath)
 {
-    LauncherData data;
-    const QJsonObject root = readRoot(filePath);
-    readCommon(root, data);
-    if (root.contains(kSectionElements))
-        readCurrentShape(root, data);
-    else
-        readLegacyShape(root, data);
-    normalise(data);
-    return data;
+    const QByteArray bytes = readOwnFile(filePath, MaxDocumentBytes);
+    const std::optional<LauncherData> data = parse(bytes);
+    if (!data && !bytes.trimmed().isEmpty())
+        moveFileAside(filePath);
+    return data.value_or(emptyDocument());
+}
+
+std::optional<LauncherData> StorageManager::parse(const QByteArray& bytes)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(bytes);
+    return document.isObject() ? std::optional(documentOf(document.object())) : std::nullopt;
+}
+
+LauncherData StorageManager::emptyDocument()
+{
+    return documentOf({});
+}
+
+QString StorageManager::previousPath(const QString& filePath)
+{
+    return filePath + kPreviousSuffix;
+}
+
+bool StorageManager::savePrevious(const QString& filePath, const LauncherData& data)
+{
+    return replaceFile(previousPath(filePath), bytesOf(data));
 }
 
 void StorageManager::saveData(const QString& filePath, const LauncherData& data)
 {
-    replaceFile(filePath, QJsonDocument(documentToJson(data)).toJson(QJsonDocument::Indented));
+    replaceFile(filePath, bytesOf(data));
 }

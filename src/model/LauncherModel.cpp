@@ -3,8 +3,10 @@
 
 #include "LauncherModel.h"
 
+#include "Files.h"
 #include "StorageManager.h"
 
+#include <QFileInfo>
 #include <QHash>
 
 #include <algorithm>
@@ -292,19 +294,38 @@ bool LauncherModel::createCategoryFromTemplate(const QString& templateName, cons
     return true;
 }
 
-void LauncherModel::resetData()
+LauncherModel::Replacement LauncherModel::resetData()
 {
-    const QString name = QStringLiteral("Default");
-    m_data = LauncherData();
-    m_data.categories.append(name);
-    m_data.defaultCategory = name;
-    saveAndShow(name);
+    if (!StorageManager::savePrevious(m_jsonPath, m_data))
+        return Replacement::NotKept;
+    replaceAll(StorageManager::emptyDocument());
+    return Replacement::Done;
 }
 
-void LauncherModel::importData(const QString& sourceJsonPath)
+LauncherModel::Replacement LauncherModel::importData(const QString& sourceJsonPath)
 {
-    m_data = StorageManager::loadData(sourceJsonPath);
-    // A loaded document always has a category and a default among them.
+    const FileContent content = readFile(sourceJsonPath, StorageManager::MaxDocumentBytes);
+    if (content.state != FileContent::State::Whole)
+        return Replacement::Unreadable;
+    const std::optional<LauncherData> data = StorageManager::parse(content.bytes);
+    const bool isBroken = !data && !content.bytes.trimmed().isEmpty();
+    // It may be one of the two files that are written now, and must be out of the way before.
+    const QFileInfo previous(StorageManager::previousPath(m_jsonPath));
+    const bool isPrevious = QFileInfo(sourceJsonPath) == previous;
+    if (isBroken && isPrevious)
+        moveFileAside(sourceJsonPath);
+    if (!StorageManager::savePrevious(m_jsonPath, m_data))
+        return Replacement::NotKept;
+    if (isBroken && !isPrevious)
+        moveFileAside(sourceJsonPath);
+    replaceAll(data.value_or(StorageManager::emptyDocument()));
+    return Replacement::Done;
+}
+
+void LauncherModel::replaceAll(const LauncherData& data)
+{
+    m_data = data;
+    // Any document has a category and a default among them.
     const bool isStillThere = m_data.categories.contains(m_currentCategory);
     saveAndShow(isStillThere ? m_currentCategory : m_data.defaultCategory);
 }

@@ -94,12 +94,21 @@ public:
     /// if the template is unknown or the name empty or taken.
     bool createCategoryFromTemplate(const QString& templateName, const QString& newCat, uint icon);
 
-    /// Back to one empty category "Default", without templates.
-    void resetData();
+    /// What came of replacing the whole document. Unless it is `Done`, everything is as it was.
+    enum class Replacement {
+        Done,       ///< the one before is in the file that `StorageManager::previousPath` names
+        Unreadable, ///< of an import: there is no such file, it isn't a regular one, it is larger
+                    ///< than `StorageManager::MaxDocumentBytes`, or the disk fails in the middle
+        NotKept     ///< the present document could not be written to that file
+    };
 
-    /// Replaces the whole document by the one in another file, which is treated as
-    /// `StorageManager::loadData` treats any file.
-    void importData(const QString& sourceJsonPath);
+    /// Back to one empty category "Default", without templates.
+    Replacement resetData();
+
+    /// Replaces the whole document by the one in another file, which may also be the model's own
+    /// file or the one of the document before. A file that holds anything but a JSON object makes
+    /// an empty document, and is moved aside as `moveFileAside` does.
+    Replacement importData(const QString& sourceJsonPath);
 
 signals:
     void dataLoaded();
@@ -114,6 +123,7 @@ private:
     void migrateLegacyIcons();
     void renameCategoryAt(qsizetype position, const QString& newName);
     void appendCategory(const QString& name, uint icon);
+    void replaceAll(const LauncherData& data);
     void saveAndShow(const QString& category);
 
     QString m_jsonPath;

@@ -105,6 +105,13 @@ private slots:
     void importKeepsTheCurrentCategoryIfItCan();
     void importOfABrokenFile();
     void importOfTheOwnFile();
+    void importOfTheOwnFileThatIsBroken();
+    void importOfTheDocumentBefore();
+    void importOfTheBrokenDocumentBefore();
+    void documentBeforeIsKept();
+    void documentBeforeThatCannotBeKept();
+    void importOfWhatCannotBeRead_data();
+    void importOfWhatCannotBeRead();
 
     void migrateLegacyIcons_data();
     void migrateLegacyIcons();
@@ -115,6 +122,7 @@ private slots:
 private:
     QString path(const QString& name = "data.json") const { return m_dir->filePath(name); }
     LauncherData onDisk() const { return StorageManager::loadData(path()); }
+    LauncherData previous() const { return StorageManager::loadData(path("data.json.previous")); }
     void open(const LauncherData& data);
 
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -266,8 +274,13 @@ void addOperationRows()
     addTemplateOperations();
     addOperation("resetData", {"current:Default", "categories"}, true,
                  [](LauncherModel& m) { m.resetData(); });
-    addOperation("importData", {"current:Default", "categories"}, true,
-                 [](LauncherModel& m) { m.importData("/no/such/file"); });
+    addOperation("importData", {"current:Other", "categories"}, true, [](LauncherModel& m) {
+        const QString file = TestHome::writeDataFile("other.json", R"({"categories": ["Other"]})");
+        QCOMPARE(m.importData(file), LauncherModel::Replacement::Done);
+    });
+    addOperation("importData of nothing", {}, false, [](LauncherModel& m) {
+        QCOMPARE(m.importData("/no/such/file"), LauncherModel::Replacement::Unreadable);
+    });
 }
 
 } // namespace
@@ -1109,6 +1122,114 @@ void LauncherModelTest::importOfTheOwnFile()
     m_model->importData(path());
     QCOMPARE(m_model->data(), document());
     QCOMPARE(onDisk(), document());
+}
+
+void LauncherModelTest::importOfTheOwnFileThatIsBroken()
+{
+    QFile file(path());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("{]");
+    file.close();
+    QCOMPARE(m_model->importData(path()), LauncherModel::Replacement::Done);
+    QCOMPARE(contentOf(path("data.json.bak")), "{]");
+    QCOMPARE(onDisk(), StorageManager::emptyDocument());
+    QCOMPARE(previous(), document());
+}
+
+void LauncherModelTest::importOfTheDocumentBefore()
+{
+    // There and back, as often as one likes.
+    QCOMPARE(m_model->resetData(), LauncherModel::Replacement::Done);
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(m_model->importData(path("data.json.previous")), LauncherModel::Replacement::Done);
+        QCOMPARE(onDisk(), document());
+        QCOMPARE(previous(), StorageManager::emptyDocument());
+        QCOMPARE(m_model->importData(path("data.json.previous")), LauncherModel::Replacement::Done);
+        QCOMPARE(onDisk(), StorageManager::emptyDocument());
+        QCOMPARE(previous(), document());
+    }
+}
+
+void LauncherModelTest::importOfTheBrokenDocumentBefore()
+{
+    QFile file(path("data.json.previous"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[1");
+    file.close();
+    QCOMPARE(m_model->importData(file.fileName()), LauncherModel::Replacement::Done);
+    QCOMPARE(contentOf(path("data.json.previous.bak")), "[1");
+    QCOMPARE(onDisk(), StorageManager::emptyDocument());
+    QCOMPARE(previous(), document());
+}
+
+void LauncherModelTest::documentBeforeIsKept()
+{
+    QCOMPARE(StorageManager::previousPath(path()), path("data.json.previous"));
+    LauncherData other = document();
+    other.categories = {"Other"};
+    other.defaultCategory = "Other";
+    StorageManager::saveData(path("other.json"), other);
+    const QByteArray before = contentOf(path());
+    QCOMPARE(m_model->importData(path("other.json")), LauncherModel::Replacement::Done);
+    QCOMPARE(contentOf(path("data.json.previous")), before);
+    QCOMPARE(m_model->resetData(), LauncherModel::Replacement::Done);
+    QCOMPARE(previous(), other); // one only, replaced each time
+    m_model->addCategory("New", 1);
+    QCOMPARE(previous(), other); // smaller changes leave it alone
+    const QStringList files = QDir(m_dir->path()).entryList(QDir::Files, QDir::Name);
+    QCOMPARE(files, QStringList({"data.json", "data.json.previous", "other.json"}));
+}
+
+void LauncherModelTest::documentBeforeThatCannotBeKept()
+{
+    QVERIFY(QDir(m_dir->path()).mkpath("data.json.previous/in the way"));
+    m_model->setCurrentCategory("Work");
+    const QByteArray before = contentOf(path());
+    const Operation everything = [this](LauncherModel& m) {
+        QCOMPARE(m.resetData(), LauncherModel::Replacement::NotKept);
+        for (const QByteArray& content :
+             {QByteArray(R"({"categories": ["A"]})"), QByteArray("{")}) {
+            QFile file(path("other.json"));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
+            file.close();
+            QCOMPARE(m.importData(file.fileName()), LauncherModel::Replacement::NotKept);
+            QCOMPARE(contentOf(file.fileName()), content);
+        }
+    };
+    QCOMPARE(recordSignals(*m_model, everything), QStringList());
+    QCOMPARE(m_model->data(), document());
+    QCOMPARE(m_model->currentCategory(), "Work");
+    QCOMPARE(contentOf(path()), before);
+}
+
+void LauncherModelTest::importOfWhatCannotBeRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << "missing.json";
+    QTest::newRow("directory") << "directory";
+    QTest::newRow("too large") << "large.json";
+    QTest::newRow("no name") << "";
+}
+
+void LauncherModelTest::importOfWhatCannotBeRead()
+{
+    QFETCH(QString, name);
+    QVERIFY(QDir(m_dir->path()).mkpath("directory"));
+    QFile large(path("large.json"));
+    QVERIFY(large.open(QIODevice::WriteOnly));
+    QVERIFY(large.resize(StorageManager::MaxDocumentBytes + 1));
+    large.close();
+    const QStringList before =
+        QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    const QString source = name.isEmpty() ? QString() : path(name);
+    const Operation import = [&source](LauncherModel& m) {
+        QCOMPARE(m.importData(source), LauncherModel::Replacement::Unreadable);
+    };
+    QCOMPARE(recordSignals(*m_model, import), QStringList());
+    QCOMPARE(m_model->data(), document());
+    QCOMPARE(onDisk(), document());
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
 }
 
 void LauncherModelTest::migrateLegacyIcons_data()
