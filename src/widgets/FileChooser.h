@@ -17,4 +17,10 @@ namespace FileChooser
 /// \returns its path; empty if there was no choice.
 QString openFile(QWidget* parent, const QString& caption, const QString& filter);
 
+/// Asks in the same way for a file to be written. One that exists may be chosen, after a question
+/// of the chooser's own.
+/// \param suggestedName what stands in the field at first.
+QString saveFile(QWidget* parent, const QString& caption, const QString& suggestedName,
+                 const QString& filter);
+
 } // namespace FileChooser

@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#include "DataSettingsPage.h"
+
+#include "AutoQuitBlocker.h"
+#include "CustomMessageBox.h"
+#include "FileChooser.h"
+#include "Files.h"
+#include "LauncherModel.h"
+#include "Localization.h"
+#include "SettingsCard.h"
+#include "SettingsPill.h"
+#include "StorageManager.h"
+#include "Theme.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <limits>
+
+namespace
+{
+
+const QString kExportName = QStringLiteral("brelvanti_data.json");
+const QString kFilter = QStringLiteral("JSON Files (*.json)");
+
+QString errorPillStyle()
+{
+    const ColorTokens c = Theme::colors();
+    return QStringLiteral(
+               "QPushButton { background-color: %1; color: %2; border: 1px solid transparent; "
+               "border-radius: 18px; padding: 0 16px; font-size: 12px; font-weight: bold; "
+               "outline: 0; }"
+               "QPushButton:hover { background-color: %3; color: %4; }"
+               "QPushButton:focus { background-color: %3; color: %4; outline: 0; }")
+        .arg(c.errorContainer, c.onErrorContainer, c.errorColor, c.onError);
+}
+
+/// Puts a copy of `source` in the place of whatever file is there. One that can't be written whole
+/// leaves no file.
+void copyOver(const QString& source, const QString& target)
+{
+    // It would be gone before it is read.
+    if (QFileInfo::exists(source) && QFileInfo(source) == QFileInfo(target))
+        return;
+    if (QFile::exists(target) && !QFile::remove(target))
+        return;
+    const FileContent content = readFile(source, std::numeric_limits<qint64>::max() - 1);
+    if (content.state == FileContent::State::Whole)
+        replaceFile(target, content.bytes);
+}
+
+bool isConfirmed(QWidget* window, const QString& titleKey, const QString& textKey,
+                 const QString& confirmKey)
+{
+    return CustomMessageBox::customQuestion(window, Tr::t(titleKey), Tr::t(textKey),
+                                            {Tr::t(confirmKey), Tr::t("dialog.btn_cancel")}, 1,
+                                            {0}) == 0;
+}
+
+} // namespace
+
+DataSettingsPage::DataSettingsPage(LauncherModel* model, const QString& jsonPath, QWidget* parent)
+    : QWidget(parent), m_model(model), m_jsonPath(jsonPath)
+{
+    QPushButton* exporter =
+        SettingsPill::make(Tr::t("settings.data.btn_export"), QStringLiteral("btnExportData"));
+    QPushButton* importer =
+        SettingsPill::make(Tr::t("settings.data.btn_import"), QStringLiteral("btnImportData"));
+    auto* resetter = new QPushButton(Tr::t("settings.data.btn_reset"));
+    SettingsPill::shape(resetter, QStringLiteral("btnResetData"));
+    resetter->setStyleSheet(errorPillStyle());
+
+    QVBoxLayout* rows = makeSettingsColumn(this);
+    rows->addWidget(
+        buildRow("settings.data.export_title", exporter, &DataSettingsPage::exportData));
+    rows->addWidget(
+        buildRow("settings.data.import_title", importer, &DataSettingsPage::importData));
+    rows->addWidget(buildRow("settings.data.reset_title", resetter, &DataSettingsPage::resetData));
+}
+
+QWidget* DataSettingsPage::buildRow(const QString& titleKey, QPushButton* button,
+                                    void (DataSettingsPage::*act)())
+{
+    button->setMinimumWidth(MinButtonWidth);
+    connect(button, &QPushButton::clicked, this, act);
+    return new SettingsCard(Tr::t(titleKey), button);
+}
+
+void DataSettingsPage::exportData()
+{
+    const AutoQuitBlocker blocker;
+    const QPointer<DataSettingsPage> self(this);
+    const QString target =
+        FileChooser::saveFile(window(), QStringLiteral("Export Data"), kExportName, kFilter);
+    if (target.isEmpty() || !self)
+        return;
+    copyOver(m_jsonPath, target);
+    CustomMessageBox::information(window(), Tr::t("settings.data.export_success_title"),
+                                  Tr::t("settings.data.export_success_msg").arg(target));
+}
+
+void DataSettingsPage::importData()
+{
+    const AutoQuitBlocker blocker;
+    const QPointer<DataSettingsPage> self(this);
+    const QString source = FileChooser::openFile(window(), QStringLiteral("Import Data"), kFilter);
+    if (source.isEmpty() || !self)
+        return;
+    if (!isConfirmed(window(), "settings.data.import_confirm_title",
+                     "settings.data.import_confirm_msg", "dialog.btn_yes") ||
+        !self)
+        return;
+    const LauncherModel::Replacement outcome = m_model->importData(source);
+    if (outcome == LauncherModel::Replacement::Unreadable) {
+        CustomMessageBox::warning(window(), Tr::t("settings.data.import_fail_title"),
+                                  Tr::t("settings.data.import_fail_msg").arg(source));
+        return;
+    }
+    tellOutcome(outcome, "settings.data.import_success_title", "settings.data.import_success_msg");
+}
+
+void DataSettingsPage::resetData()
+{
+    const AutoQuitBlocker blocker;
+    const QPointer<DataSettingsPage> self(this);
+    if (!isConfirmed(window(), "settings.data.reset_confirm_title",
+                     "settings.data.reset_confirm_msg", "settings.data.btn_reset_confirm") ||
+        !self)
+        return;
+    tellOutcome(m_model->resetData(), "settings.data.reset_success_title",
+                "settings.data.reset_success_msg");
+}
+
+void DataSettingsPage::tellOutcome(LauncherModel::Replacement outcome, const QString& titleKey,
+                                   const QString& textKey)
+{
+    if (outcome == LauncherModel::Replacement::NotKept) {
+        CustomMessageBox::warning(
+            window(), QStringLiteral("Error"),
+            QStringLiteral("The present data could not be kept, so nothing has been changed. "
+                           "This file could not be written:\n%1")
+                .arg(StorageManager::previousPath(m_jsonPath)));
+        return;
+    }
+    const QPointer<DataSettingsPage> self(this);
+    CustomMessageBox::information(window(), Tr::t(titleKey), Tr::t(textKey));
+    if (self)
+        emit dataChanged();
+}
