@@ -24,6 +24,18 @@
 #include <array>
 #include <utility>
 
+namespace
+{
+
+/// Looks at a whole character, which in UTF-16 may be two units, none of them printable alone.
+bool startsWithPrintable(const QString& text)
+{
+    const QList<uint> characters = text.left(2).toUcs4();
+    return !characters.isEmpty() && QChar::isPrint(characters.constFirst());
+}
+
+} // namespace
+
 bool HomeView::handleKeyPress(QObject* obj, QKeyEvent* e)
 {
     if (isReorderMode()) {
@@ -65,8 +77,7 @@ bool HomeView::takeAsSearchText(const QObject* obj, const QKeyEvent& e)
 {
     const QString text = e.text();
     const bool isPlain = e.modifiers() == Qt::NoModifier || e.modifiers() == Qt::ShiftModifier;
-    if (obj == m_searchInput || text.isEmpty() || !text.at(0).isPrint() || !isPlain ||
-        e.key() == Qt::Key_Space)
+    if (obj == m_searchInput || !startsWithPrintable(text) || !isPlain || e.key() == Qt::Key_Space)
         return false;
     m_searchInput->setFocus();
     m_searchInput->setText(m_searchInput->text() + text);

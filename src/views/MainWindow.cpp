@@ -332,6 +332,7 @@ void MainWindow::setupUI()
     m_bgContainer->show();
     chooseValidCategory();
     refreshCategories();
+    DimBackdrop::takeOver(m_homeView);
     // A window that isn't there would take the keyboard from the one that is, and one that lies
     // behind a dialog or a menu would take it from there for nobody.
     if (isVisible() && !m_isClosing && !QApplication::activeModalWidget() &&
@@ -476,6 +477,8 @@ bool MainWindow::isHomePage() const
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    if (m_heldKey.hasRunOn(watched, event))
+        return true;
     if (m_rebuildInProgress)
         return FramelessWindow::eventFilter(watched, event);
     const auto* widget = qobject_cast<QWidget*>(watched);

@@ -5,6 +5,7 @@
 
 #include "ActionsPanel.h"
 #include "FramelessWindow.h"
+#include "HeldKey.h"
 #include "Types.h"
 
 #include <QPointer>
@@ -44,7 +45,8 @@ public:
     static constexpr int PageFadeOutMs = 110;
     static constexpr int PageFadeInMs = 170;
 
-    /// Dims the home page behind a dialog for as long as it lives: make it on the stack.
+    /// Dims the home page behind a dialog for as long as it lives, and the page that a rebuild puts
+    /// in its place as well: make it on the stack.
     struct DimBackdrop
     {
         /// \param homeView may be null; may be deleted meanwhile.
@@ -52,6 +54,9 @@ public:
         ~DimBackdrop();
         DimBackdrop(const DimBackdrop&) = delete;
         DimBackdrop& operator=(const DimBackdrop&) = delete;
+
+        /// Dims a new page in the place of one that has gone while its guards live on.
+        static void takeOver(HomeView* homeView);
 
         QPointer<HomeView> view;
     };
@@ -209,4 +214,5 @@ private:
     QPointer<QAbstractAnimation> m_pageAnim;
     bool m_pageTransitioning = false;
     bool m_rebuildInProgress = false;
+    HeldKey m_heldKey;
 };

@@ -19,6 +19,9 @@
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QVector>
+
+#include <utility>
 
 namespace
 {
@@ -37,18 +40,37 @@ bool isTextEditorFocused()
     return focused && (isTextEditor(focused) || isTextEditor(focused->parentWidget()));
 }
 
+/// The guards that live, in the order in which they were made.
+QVector<MainWindow::DimBackdrop*>& dimBackdrops()
+{
+    static QVector<MainWindow::DimBackdrop*> s_backdrops;
+    return s_backdrops;
+}
+
 } // namespace
 
 MainWindow::DimBackdrop::DimBackdrop(HomeView* homeView) : view(homeView)
 {
+    dimBackdrops().append(this);
     if (view)
         view->setDialogBackdropVisible(true);
 }
 
 MainWindow::DimBackdrop::~DimBackdrop()
 {
+    dimBackdrops().removeOne(this);
     if (view)
         view->setDialogBackdropVisible(false);
+}
+
+void MainWindow::DimBackdrop::takeOver(HomeView* homeView)
+{
+    for (DimBackdrop* backdrop : std::as_const(dimBackdrops())) {
+        if (backdrop->view)
+            continue;
+        backdrop->view = homeView;
+        homeView->setDialogBackdropVisible(true);
+    }
 }
 
 bool MainWindow::handleKeyPress(QObject* watched, QKeyEvent* event)

@@ -294,6 +294,9 @@ void HomeViewKeyboardTest::typing_data()
     row("letter on a button", kAdd, Qt::Key_A, none, "a", true);
     row("capital", kGrid, Qt::Key_A, Qt::ShiftModifier, "A", true);
     row("letter of another script", kGrid, 0, none, QString(u'\u3042'), true);
+    row("emoji", kGrid, 0, none, QStringLiteral("\U0001F600"), true);
+    row("rare character on the strip", kStrip, 0, none, QStringLiteral("\U00020000"), true);
+    row("unassigned beyond the basic plane", kGrid, 0, none, QStringLiteral("\U000E0000"), false);
     row("digit", kGrid, Qt::Key_1, none, "1", true);
     row("several at once", kGrid, 0, none, "ab", true);
     row("letter in the field", kSearch, Qt::Key_A, none, "a", false);

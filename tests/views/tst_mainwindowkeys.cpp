@@ -31,6 +31,9 @@ private slots:
     void panelKeys_data();
     void panelKeys();
     void textIsTypedIntoTheEditor();
+    void heldEnterOpensTheEditorAndNoMore();
+    void heldEnterDuplicatesAndNoMore();
+    void heldKeysRepeatWhereTheyBegan();
 
     void itemIsRun_data();
     void itemIsRun();
@@ -43,6 +46,7 @@ private slots:
 private:
     void openCard(const QString& which);
     bool isFading() const { return runningFade() || !m_window->isVisible(); }
+    void repeat(Qt::Key key, int times, const QString& text = {}) const;
     static void clearClipboard() { QGuiApplication::clipboard()->setText("nothing"); }
     static QString clipboard() { return QGuiApplication::clipboard()->text(); }
 };
@@ -280,6 +284,58 @@ void MainWindowKeysTest::textIsTypedIntoTheEditor()
     QTest::keyClick(value, Qt::Key_Backspace);
     QCOMPARE(value->toPlainText(), QStringLiteral("a"));
     QVERIFY(searchField()->text().isEmpty());
+}
+
+/// What a keyboard sends while a key stays down, to whoever has the focus at each time.
+void MainWindowKeysTest::repeat(Qt::Key key, int times, const QString& text) const
+{
+    for (int i = 0; i < times; ++i) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text, true);
+        QApplication::sendEvent(focused(), &event);
+    }
+}
+
+void MainWindowKeysTest::heldEnterOpensTheEditorAndNoMore()
+{
+    open();
+    goToRow(0);
+    inMenus([this] { press(Qt::Key_Space); }, {chooseKey("actions.edit_shortcut")});
+    QVERIFY(m_window->isItemEditorOpen());
+    repeat(Qt::Key_Return, 3, QStringLiteral("\r"));
+    QVERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(focused()->objectName(), "editorNameInput");
+    QCOMPARE(named<GlyphButton>("editorTypeBtn")->label(), "Text");
+}
+
+void MainWindowKeysTest::heldEnterDuplicatesAndNoMore()
+{
+    open();
+    clearClipboard();
+    goToRow(0);
+    inMenus([this] { press(Qt::Key_Space); }, {chooseKey("actions.duplicate_shortcut")});
+    QCOMPARE(focused(), list());
+    repeat(Qt::Key_Return, 3, QStringLiteral("\r"));
+    QCOMPARE(clipboard(), "nothing");
+    QVERIFY(!isFading());
+    press(Qt::Key_Return); // anew
+    QCOMPARE(clipboard(), "One text");
+}
+
+void MainWindowKeysTest::heldKeysRepeatWhereTheyBegan()
+{
+    open();
+    goToRow(0);
+    repeat(Qt::Key_Right, 2);
+    QCOMPARE(currentRow(), "Three");
+    m_window->openItemEditor("a1");
+    auto* value = named<QPlainTextEdit>("editorValueInput");
+    value->setPlainText({});
+    value->setFocus();
+    press(Qt::Key_Return);
+    repeat(Qt::Key_Return, 2, QStringLiteral("\r"));
+    press(Qt::Key_Space);
+    repeat(Qt::Key_Space, 1, QStringLiteral(" "));
+    QCOMPARE(value->toPlainText(), "\n\n\n  ");
 }
 
 void MainWindowKeysTest::itemIsRun_data()

@@ -238,8 +238,11 @@ void MainWindowLayersTest::rebuildBehindADialog()
     goToRow(3);
     const ModalDriver driver([this](QWidget* modal) {
         const QPointer<QWidget> alive(modal);
+        const bool isDimmed = backdrop()->isVisible();
         rebuild();
         QVERIFY(alive);
+        QCOMPARE(backdrop()->isVisible(), isDimmed);
+        QCOMPARE(backdrop()->geometry() == home()->rect(), isDimmed);
         QVERIFY(modal->isActiveWindow()); // the window behind leaves it the keyboard
         const auto buttons = modal->findChildren<QPushButton*>();
         if (modal->findChild<QLineEdit*>())
@@ -262,6 +265,7 @@ void MainWindowLayersTest::rebuildBehindADialog()
     else
         QTest::keyClick(list(), Qt::Key_Return);
     QCOMPARE(driver.count(), 1);
+    QVERIFY(backdrop()->isHidden());
     QCOMPARE(onDisk(), document);
     regainKeyboard();
     QCOMPARE(focused(), list());

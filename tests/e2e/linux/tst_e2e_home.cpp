@@ -20,6 +20,7 @@ private slots:
     void itemMovesByTheEditor();
     void itemMovesByTheMenu();
     void itemIsDuplicated();
+    void heldEnterStopsAtWhatNobodySaw();
     void deleteIsConfirmed_data();
     void deleteIsConfirmed();
     void deleteIsConfirmedByMouse();
@@ -241,6 +242,29 @@ void E2eHome::itemIsDuplicated()
         home.itemNames(QStringLiteral("Work")),
         (QStringList{QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("Three")}));
     QCOMPARE(home.item(QStringLiteral("Work"), 0), original);
+}
+
+void E2eHome::heldEnterStopsAtWhatNobodySaw()
+{
+    constexpr xcb_keycode_t returnCode = 36;
+    constexpr int heldMs = 1500; // several repeats
+    HomePage home(*m_desktop);
+    writeProfile(home);
+    home.start();
+    home.goToItem(0);
+    home.press({HomePage::Space, HomePage::Down, HomePage::Down});
+    m_desktop->client().setKeyDown(returnCode, true);
+    QTRY_COMPARE(home.itemNames(QStringLiteral("Work")).size(), 4);
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > heldMs);
+    m_desktop->client().setKeyDown(returnCode, false);
+    QVERIFY(home.isUp());
+    QCOMPARE(m_desktop->clipboard(), QStringLiteral("from before"));
+    home.press({HomePage::Return});
+    home.waitUntilGone();
+    QTRY_COMPARE(m_desktop->clipboard(),
+                 home.item(QStringLiteral("Work"), 1).value(QStringLiteral("value")).toString());
 }
 
 void E2eHome::deleteIsConfirmed_data()
