@@ -3,10 +3,11 @@
 
 #include "Settings.h"
 
+#include "FreshProcess.h"
+#include "SettingsFile.h"
 #include "TestHome.h"
 
 #include <QDataStream>
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -35,11 +36,13 @@ private slots:
     void largestFile_data();
     void largestFile();
     void somethingElseInTheWay();
+    void fullDiskLeavesTheOldFile_data();
+    void fullDiskLeavesTheOldFile();
 
 private:
     static QString path() { return Settings::filePath(); }
     static void write(const QByteArray& content);
-    static QByteArray read();
+    static QByteArray read() { return SettingsFile::read(); }
 };
 
 namespace
@@ -58,6 +61,13 @@ struct Trap
     }
 };
 
+/// Stores a text under a key, in a process of its own.
+int changeASetting(const QStringList& arguments)
+{
+    Settings::setValue(arguments.at(0), arguments.at(1));
+    return 0;
+}
+
 } // namespace
 Q_DECLARE_METATYPE(Trap)
 
@@ -70,18 +80,7 @@ void SettingsTest::init()
 
 void SettingsTest::write(const QByteArray& content)
 {
-    // A time of its own for each, because Qt knows a file by its size and time alone.
-    static QDateTime s_time = QDateTime::currentDateTime().addDays(-1);
-    s_time = s_time.addSecs(1);
-    QFile file(TestHome::writeDataFile("settings.ini", content));
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(s_time, QFileDevice::FileModificationTime));
-}
-
-QByteArray SettingsTest::read()
-{
-    QFile file(path());
-    return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll() : QByteArray("(none)");
+    QVERIFY(SettingsFile::write(content));
 }
 
 void SettingsTest::keysOfAFile()
@@ -231,5 +230,42 @@ void SettingsTest::somethingElseInTheWay()
     QVERIFY(!QFile::exists(path() + ".bak"));
 }
 
-QTEST_MAIN(SettingsTest)
+void SettingsTest::fullDiskLeavesTheOldFile_data()
+{
+    QTest::addColumn<int>("blocks"); // -1 for as many as there are
+    QTest::addColumn<int>("rest");   // bytes that the file has besides
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("enough room, for comparison") << -1 << 100000 << true;
+    if (FreshProcess::canLimitFileSize()) {
+        QTest::newRow("no room at all") << 0 << 100000 << false;
+        QTest::newRow("room for a part") << 64 << 100000 << false;
+        // So little is written that it waits in a buffer until the file is closed.
+        QTest::newRow("room for a part of little") << 4 << 10000 << false;
+        QTest::newRow("no room for little") << 0 << 10 << false;
+    }
+}
+
+void SettingsTest::fullDiskLeavesTheOldFile()
+{
+    QFETCH(int, blocks);
+    QFETCH(int, rest);
+    QFETCH(bool, isSaved);
+    const QByteArray other = "[Other]\ntext=" + QByteArray(rest, 'x') + "\n\n";
+    write(other + "[Some]\nnumber=7\n");
+    const QStringList arguments = {"Some/number", "8"};
+    const FreshProcess::Outcome outcome =
+        blocks < 0 ? FreshProcess::run("set", arguments)
+                   : FreshProcess::runWithFullDisk(blocks, "set", arguments);
+    QVERIFY(outcome.hasExited);
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(read(), other + "[Some]\nnumber=" + (isSaved ? "8" : "7") + "\n");
+    QCOMPARE(QDir(TestHome::dataDir()).entryList(QDir::Files | QDir::Hidden),
+             QStringList("settings.ini"));
+}
+
+int main(int argc, char** argv)
+{
+    return FreshProcess::main<SettingsTest>(argc, argv, {{"set", changeASetting}});
+}
+
 #include "tst_settings.moc"
