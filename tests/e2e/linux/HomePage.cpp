@@ -124,6 +124,26 @@ void HomePage::click(const QPoint& place, uint8_t button) const
     m_desktop.client().movePointer(kCorner);
 }
 
+void HomePage::takeWithPointer(const QPoint& place) const
+{
+    movePointer(place);
+    m_desktop.client().setButtonDown(true);
+    m_program.waitForKeysToBeHandled();
+}
+
+void HomePage::movePointer(const QPoint& place) const
+{
+    m_desktop.client().movePointer(m_program.homeWindow().geometry.topLeft() + place);
+    m_program.waitForKeysToBeHandled();
+}
+
+void HomePage::dropFromPointer() const
+{
+    m_desktop.client().setButtonDown(false);
+    m_program.waitForKeysToBeHandled();
+    m_desktop.client().movePointer(kCorner);
+}
+
 void HomePage::chooseRow(int row) const
 {
     press(Down, row + 1);

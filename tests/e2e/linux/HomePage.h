@@ -36,7 +36,13 @@ public:
     /// Rows of the menus, from the top; those of cancelling aren't counted.
     enum AddRow { AddItemRow, AddSectionRow };
     enum TemplateRow { SaveTemplateRow, UseTemplateRow };
-    enum SectionRow { SectionAddItemRow, ReorderItemsRow, EditSectionRow, DeleteSectionRow };
+    enum SectionRow {
+        SectionAddItemRow,
+        ReorderItemsRow,
+        EditSectionRow,
+        DeleteSectionRow,
+        ReorderSectionsRow
+    };
     /// With several sections. The last one is `MoveItemRow` if there is but one.
     enum ItemRow { EditItemRow, DuplicateItemRow, MoveItemRow, DeleteItemRow };
     enum TypeRow { UrlRow, ApplicationRow, FileRow, BulkRow, SnippetRow };
@@ -75,6 +81,12 @@ public:
     void chord(std::initializer_list<xcb_keysym_t> keys) const;
     void type(const QString& text) const;
     void click(const QPoint& place, uint8_t button = 1) const;
+
+    /// Presses the left button at a place, moves the pointer with it to others, and releases it
+    /// where it is by then.
+    void takeWithPointer(const QPoint& place) const;
+    void movePointer(const QPoint& place) const;
+    void dropFromPointer() const;
 
     /// Chooses a row of the menu that has just been opened.
     void chooseRow(int row) const;

@@ -103,6 +103,19 @@ xcb_window_t XClient::focus() const
     return reply ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
 }
 
+QString XClient::titleOf(xcb_window_t window) const
+{
+    constexpr uint32_t kMaxLength = 256; // of four bytes each
+    const auto cookie = xcb_get_property(m_connection, 0, window, atom("_NET_WM_NAME"),
+                                         atom("UTF8_STRING"), 0, kMaxLength);
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    if (!reply)
+        return {};
+    return QString::fromUtf8(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                             xcb_get_property_value_length(reply.get()));
+}
+
 xcb_window_t XClient::makeWindow(const QRect& geometry)
 {
     const xcb_window_t window = xcb_generate_id(m_connection);
@@ -299,6 +312,12 @@ void XClient::click(const QPoint& position, uint8_t button)
     movePointer(position);
     fakeInput(XCB_BUTTON_PRESS, button);
     fakeInput(XCB_BUTTON_RELEASE, button);
+    focus(); // a round trip
+}
+
+void XClient::setButtonDown(bool isDown)
+{
+    fakeInput(isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1);
     focus(); // a round trip
 }
 

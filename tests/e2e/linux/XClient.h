@@ -34,6 +34,9 @@ public:
     /// The window that has the keyboard.
     xcb_window_t focus() const;
 
+    /// What a window is called; empty if its owner doesn't say.
+    QString titleOf(xcb_window_t window) const;
+
     /// Makes a plain, visible window, a stand-in for whatever the user works in.
     xcb_window_t makeWindow(const QRect& geometry);
 
@@ -79,6 +82,8 @@ public:
     void movePointer(const QPoint& position);
     /// The same, and presses and releases a button: 1 left, 3 right, 4 and 5 the wheel up and down.
     void click(const QPoint& position, uint8_t button = 1);
+    /// Presses or releases the left button where the pointer is, and leaves it so.
+    void setButtonDown(bool isDown);
 
     /// Colour of one pixel of the screen.
     QRgb pixel(const QPoint& position) const;

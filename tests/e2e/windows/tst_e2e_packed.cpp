@@ -186,12 +186,17 @@ private slots:
     void newFileIsFoundAndOpened();
     void madeByKeysAndStillThereLater();
     void auditsRunBesideIt();
+    void reorderedByKeys();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
     void set(const QString& key, const QString& value) const;
     void write(const QString& name, const QByteArray& content) const;
     QByteArray read(const QString& name) const;
+    QJsonObject document() const
+    {
+        return QJsonDocument::fromJson(read(QStringLiteral("data.json"))).object();
+    }
     void hideHome(const Program& program) const;
 
     QString m_dataDir;
@@ -457,8 +462,7 @@ void E2ePacked::madeByKeysAndStillThereLater()
         NativeDesktop::type(QStringLiteral("good morning"));
         press({down, QStringLiteral("Right"), enter});
         const auto items = [this] {
-            return QJsonDocument::fromJson(read(QStringLiteral("data.json")))
-                .object()
+            return document()
                 .value(QStringLiteral("sectionElements"))
                 .toObject()
                 .value(QStringLiteral("tools"))
@@ -508,6 +512,65 @@ void E2ePacked::auditsRunBesideIt()
     QVERIFY2(log.contains("di bawah ambang: 0 | KEMUNDURAN: 0 ==="), log.constData());
     QVERIFY(program.isRunning());
     QCOMPARE(read(QStringLiteral("settings.ini")), settings);
+}
+
+/// Items, then sections, which stay so beyond a restart.
+void E2ePacked::reorderedByKeys()
+{
+    const QString down = QStringLiteral("Down");
+    const QString right = QStringLiteral("Right");
+    const QString enter = QStringLiteral("Return");
+    const QString space = QStringLiteral("Space");
+    const auto snippet = [](const char* name) {
+        return Profile::item(QLatin1String(name), QStringLiteral("Snippet"), QLatin1String(name));
+    };
+    write(QStringLiteral("data.json"),
+          Profile::documentOfSections(
+              {{QStringLiteral("work"), {snippet("one"), snippet("two"), snippet("three")}},
+               {QStringLiteral("play"), {snippet("four")}}}));
+    const auto firstItem = [this] {
+        return document()
+            .value(QStringLiteral("sectionElements"))
+            .toObject()
+            .value(QStringLiteral("work"))
+            .toArray()
+            .first()
+            .toObject()
+            .value(QStringLiteral("name"))
+            .toString();
+    };
+    const auto firstSection = [this] {
+        return document().value(QStringLiteral("categories")).toArray().first().toString();
+    };
+    QTRY_VERIFY(NativeDesktop::setClipboardText(QStringLiteral("from before")));
+    {
+        const Program program;
+        QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
+        press({enter});
+        QTRY_COMPARE(program.windowCount(), 2);
+        press({down, down, enter});
+        QTRY_COMPARE(program.windowCount(), 1);
+        press({space, right, enter});
+        QTRY_COMPARE(firstItem(), QStringLiteral("two"));
+        press({enter}); // the one that was moved is current
+        QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("one"));
+        QTRY_VERIFY(!program.home().exists());
+
+        NativeDesktop::pressKeys(kHomeHotkey);
+        QTRY_VERIFY(program.home().isForeground);
+        press({enter});
+        QTRY_COMPARE(program.windowCount(), 2);
+        press({down, down, down, down, down, enter});
+        QTRY_COMPARE(program.windowCount(), 1);
+        press({space, right, enter});
+        QTRY_COMPARE(firstSection(), QStringLiteral("play"));
+    }
+    const Program again;
+    QTRY_VERIFY_WITH_TIMEOUT(again.home().isForeground, kPatienceMs);
+    press({down, enter});
+    QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("two"));
+    QTRY_VERIFY(!again.home().exists());
+    QCOMPARE(firstSection(), QStringLiteral("play"));
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)
