@@ -413,7 +413,8 @@ void HomeView::connectHeader()
             [this] { m_mainWindow->showAddActionsMenu(); });
     connect(m_homeTemplateBtn, &QPushButton::clicked, this,
             [this] { m_mainWindow->showTemplateActionsMenu(); });
-    connect(m_homeSettingsBtn, &QPushButton::clicked, this, [this] { m_mainWindow->goToPage(1); });
+    connect(m_homeSettingsBtn, &QPushButton::clicked, this,
+            [this] { m_mainWindow->goToSettings(); });
 }
 
 void HomeView::connectList()

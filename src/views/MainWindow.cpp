@@ -9,10 +9,12 @@
 #include "GlobalHotkeyController.h"
 #include "HomeView.h"
 #include "HotkeyManager.h"
+#include "HotkeyRecorderFilter.h"
 #include "IconHelper.h"
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "Settings.h"
+#include "SettingsView.h"
 #include "StorageManager.h"
 #include "Theme.h"
 
@@ -229,6 +231,25 @@ void MainWindow::goToPage(int index)
     });
 }
 
+void MainWindow::goToSettings()
+{
+    if (!m_settingsView)
+        return;
+    goToPage(SettingsPage);
+    // At once: whatever is typed during the dip is typed there.
+    m_settingsView->focusCategoryPane();
+    QListWidget* categories = m_settingsView->categoryList();
+    if (categories->currentRow() < 0)
+        categories->setCurrentRow(0);
+}
+
+void MainWindow::refreshHomeAndFocusGrid()
+{
+    refreshCategories();
+    if (m_homeView)
+        focusGrid();
+}
+
 QSize MainWindow::windowSizeFor(bool settingsPage) const
 {
     return settingsPage ? QSize(WINDOW_WIDTH_SETTINGS, WINDOW_HEIGHT_SETTINGS)
@@ -348,6 +369,7 @@ void MainWindow::deleteTree()
     m_bgContainer = nullptr;
     m_mainStack = nullptr;
     m_homeView = nullptr;
+    m_settingsView = nullptr;
     m_itemEditorOpen = false;
     m_actionsStepBeforeEditor = ActionsNone;
     delete tree;
@@ -383,6 +405,9 @@ void MainWindow::buildPages()
     m_homeView = new HomeView(m_model, this, nullptr);
     homeLayout->addWidget(m_homeView, 1);
     m_mainStack->addWidget(homePage);
+    m_settingsView = new SettingsView(m_model, this, m_mainStack);
+    m_settingsView->setupUI();
+    m_mainStack->addWidget(m_settingsView);
     connectHomeView();
 }
 
@@ -427,10 +452,22 @@ void MainWindow::rebuildUIPreservingFocus()
 
 void MainWindow::rebuildNow(const QString& focusName)
 {
+    // Asked now and not when the rebuild was: a change of page may have come in between.
+    const bool wasSettings = isSettingsPage();
+    const int row = settingsRow();
     setupUI();
     m_trayShowAction->setText(Tr::t(QStringLiteral("main.tray_show")));
     m_trayQuitAction->setText(Tr::t(QStringLiteral("main.tray_exit")));
+    m_settingsView->categoryList()->setCurrentRow(row);
+    if (wasSettings)
+        m_mainStack->setCurrentIndex(SettingsPage);
     giveFocusBack(focusName);
+}
+
+/// The current category of the settings; the first one on another page.
+int MainWindow::settingsRow() const
+{
+    return isSettingsPage() ? m_settingsView->categoryList()->currentRow() : 0;
 }
 
 /// Who has the focus or, behind a menu or a dialog, has it again at its end.
@@ -444,7 +481,13 @@ void MainWindow::giveFocusBack(const QString& focusName)
 {
     auto* widget = focusName.isEmpty() ? nullptr : m_bgContainer->findChild<QWidget*>(focusName);
     // The form that was open is closed now, and what is in it would take the keys unseen.
-    if (!widget || !widget->isVisibleTo(m_bgContainer))
+    if (widget && !widget->isVisibleTo(m_bgContainer))
+        widget = nullptr;
+    if (isSettingsPage()) {
+        m_settingsView->focusAfterRebuild(widget ? widget : m_settingsView->categoryList());
+        return;
+    }
+    if (!widget)
         widget = m_homeView->searchInput();
     widget->setFocus();
 }
@@ -459,6 +502,7 @@ void MainWindow::finishShow()
     if (!m_homeView)
         return;
     m_mainStack->setCurrentIndex(HomePage);
+    m_settingsView->resetToTop();
     if (m_homeView->actionsPanel()->currentStep() != ActionsNone)
         closeItemActionsPanel();
     m_homeView->searchInput()->clear();
@@ -475,6 +519,11 @@ bool MainWindow::isHomePage() const
     return m_homeView && m_mainStack && m_mainStack->currentIndex() == HomePage;
 }
 
+bool MainWindow::isSettingsPage() const
+{
+    return m_settingsView && m_mainStack && m_mainStack->currentIndex() == SettingsPage;
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (m_heldKey.hasRunOn(watched, event))
@@ -484,7 +533,12 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || widget->window() != this)
         return FramelessWindow::eventFilter(watched, event);
+    // Every key is the recorder's while it listens for a hotkey.
+    if (HotkeyRecorderFilter::isListeningOn(QApplication::focusWidget()))
+        return FramelessWindow::eventFilter(watched, event);
     if (isHomePage() && m_homeView->handleEvent(watched, event))
+        return true;
+    if (isSettingsPage() && m_settingsView->handleEvent(watched, event))
         return true;
     // Taken here, Tab arrives as a key press instead of moving the focus.
     if (event->type() == QEvent::ShortcutOverride &&

@@ -23,6 +23,7 @@ class QKeyEvent;
 class QListWidgetItem;
 class QMenu;
 class QStackedWidget;
+class SettingsView;
 namespace ActionsMenu
 {
 class Popup;
@@ -42,6 +43,8 @@ public:
     static constexpr int WINDOW_HEIGHT_SETTINGS = 580;
     static constexpr int GRID_CELL = 132;
     static constexpr int GRID_COLS_DESIGN = 4; ///< grid columns that the size was designed for
+    static constexpr int HomePage = 0;         ///< for `goToPage`
+    static constexpr int SettingsPage = 1;
     static constexpr int PageFadeOutMs = 110;
     static constexpr int PageFadeInMs = 170;
 
@@ -68,7 +71,13 @@ public:
 
     /// The one owner of the document; belongs to this window.
     LauncherModel* model() const { return m_model; }
+    /// The file of the document.
+    QString jsonPath() const { return m_jsonPath; }
 
+    /// The page of the settings; null while the tree is built anew.
+    SettingsView* settingsView() const { return m_settingsView; }
+
+    GlobalHotkeyController* hotkeyController() const { return m_hotkeyController; }
     /// The controller of the other window's hotkey, which that window keeps owning.
     void setSpotlightHotkeyController(GlobalHotkeyController* controller);
     GlobalHotkeyController* spotlightHotkeyController() const;
@@ -81,8 +90,13 @@ public:
     void quitApplication();
     void saveLastCategory();
 
-    /// Goes to page 0 (home) or 1 (settings); nothing for a page that isn't there or is shown.
+    /// Nothing for a page that isn't there or is shown.
     void goToPage(int index);
+    /// Goes to the settings and gives the focus to their list of categories.
+    void goToSettings();
+    /// Brings the home page up to date, for what was changed on the other one, and gives the focus
+    /// to its list; to the sections above if that is empty.
+    void refreshHomeAndFocusGrid();
 
     QSize windowSizeFor(bool settingsPage) const;
     void applyWindowSize(bool settingsPage);
@@ -154,9 +168,6 @@ protected:
     void prepareFade() override;
 
 private:
-    static constexpr int HomePage = 0; ///< places in the stack
-    static constexpr int SettingsPage = 1;
-
     void loadModel();
     void setUpTray(const QString& hotkeyWarning);
     void setUpHotkey();
@@ -176,7 +187,9 @@ private:
     void rebuildNow(const QString& focusName);
     QWidget* focusedInHere() const;
     void giveFocusBack(const QString& focusName);
+    int settingsRow() const;
     bool isHomePage() const;
+    bool isSettingsPage() const;
     bool isReordering() const;
     void endReorderMode();
 
@@ -194,6 +207,7 @@ private:
     bool duplicateItem(const QString& category, const QString& itemId);
     void finishSectionFlow(bool hasChanged, const ActionsMenu::Popup& popup);
     void startFromTemplate();
+    void manageTemplates();
     static void restoreFocusAfterMenuCancel(QWidget* widget);
     bool confirmOverwrite(QWidget* parent, const QString& templateName) const;
 
@@ -208,6 +222,7 @@ private:
     QFrame* m_bgContainer = nullptr;
     QStackedWidget* m_mainStack = nullptr;
     HomeView* m_homeView = nullptr;
+    SettingsView* m_settingsView = nullptr;
     bool m_itemEditorOpen = false;
     QPointer<QWidget> m_focusBeforeEditor;
     ItemActionsStep m_actionsStepBeforeEditor = ActionsNone;

@@ -12,6 +12,7 @@
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "MainWindow.h"
+#include "SettingsView.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -75,12 +76,14 @@ void MainWindow::DimBackdrop::takeOver(HomeView* homeView)
 
 bool MainWindow::handleKeyPress(QObject* watched, QKeyEvent* event)
 {
-    if (!m_homeView || !m_mainStack)
+    if (!m_homeView || !m_mainStack || !m_settingsView)
         return false;
     if (isReordering())
         return m_homeView->handleKeyPress(watched, event);
     if (event->key() == Qt::Key_Tab)
         return handleTab();
+    if (isSettingsPage())
+        return m_settingsView->handleKeyPress(watched, event);
     if (!isHomePage())
         return false;
     if (isModalCardOpen())
@@ -101,8 +104,15 @@ bool MainWindow::isModalCardOpen() const
 /// Tab leads to the other page and never along the widgets of one.
 bool MainWindow::handleTab()
 {
-    if (isHomePage() && !isModalCardOpen())
-        goToPage(SettingsPage);
+    if (isModalCardOpen())
+        return true;
+    if (isHomePage()) {
+        goToSettings();
+    } else {
+        goToPage(HomePage);
+        refreshCategories();
+        m_homeView->categoryStrip()->setFocus();
+    }
     return true;
 }
 

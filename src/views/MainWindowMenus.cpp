@@ -12,12 +12,20 @@
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "MainWindow.h"
+#include "SettingsView.h"
 
 #include <QApplication>
 #include <QListWidget>
 #include <QTimer>
 
 #include <utility>
+
+namespace
+{
+
+constexpr int kPageChangeMs = 300; // outlasts the dip of a change of page
+
+} // namespace
 
 void MainWindow::restoreFocusAfterMenuCancel(QWidget* widget)
 {
@@ -211,7 +219,7 @@ void MainWindow::showTemplateActionsMenu()
     }
     if (!category.isEmpty() || hasTemplates)
         popup.addSeparator();
-    popup.addRow(Glyph::Bookmarks, Tr::t("template.manage"), {});
+    popup.addRow(Glyph::Bookmarks, Tr::t("template.manage"), [this] { manageTemplates(); });
     popup.addCancel();
     popup.execAtCenter(anchor);
 }
@@ -221,6 +229,17 @@ void MainWindow::startFromTemplate()
     const QString name = m_homeView ? pickTemplateName(m_homeView->templateButton()) : QString();
     if (!name.isEmpty())
         createSectionFromTemplateViaDialog(this, name);
+}
+
+void MainWindow::manageTemplates()
+{
+    const int delayMs = isSettingsPage() ? 0 : kPageChangeMs;
+    goToPage(SettingsPage);
+    QTimer::singleShot(delayMs, this, [this] {
+        // The user may have left in the meantime.
+        if (isSettingsPage())
+            m_settingsView->openCategoryByTitle(Tr::t("settings.cat_template"));
+    });
 }
 
 QString MainWindow::pickTemplateName(QWidget* anchorWidget)

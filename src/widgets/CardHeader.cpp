@@ -37,4 +37,5 @@ void CardHeader::setTitle(const QString& title)
 void CardHeader::setLeading(QWidget* widget)
 {
     m_row->insertWidget(0, widget);
+    m_title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }

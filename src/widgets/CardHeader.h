@@ -29,8 +29,8 @@ public:
     QString title() const;
     void setTitle(const QString& title);
 
-    /// Puts `widget`, such as a button that leads back, before the title. The band becomes its
-    /// owner.
+    /// Puts `widget`, such as a button that leads back, before the title, which then begins beside
+    /// it instead of standing in the middle. The band becomes its owner.
     void setLeading(QWidget* widget);
 
 private:

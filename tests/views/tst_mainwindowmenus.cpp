@@ -30,8 +30,6 @@ private slots:
     void windowsAreHeld();
     void cancelGivesTheFocusBack_data();
     void cancelGivesTheFocusBack();
-    void rowsForLaterDoNothing_data();
-    void rowsForLaterDoNothing();
 
     void editOpensTheEditor();
     void duplicateSelectsTheCopy();
@@ -350,27 +348,6 @@ void MainWindowMenusTest::cancelGivesTheFocusBack()
     QCOMPARE(focused(), before);
     QCOMPARE(onDisk(), standardDocument());
     QVERIFY(!card()->isVisible());
-}
-
-void MainWindowMenusTest::rowsForLaterDoNothing_data()
-{
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QString>("key");
-    QTest::newRow("templates") << "template"
-                               << "template.manage";
-}
-
-void MainWindowMenusTest::rowsForLaterDoNothing()
-{
-    QFETCH(QString, menu);
-    QFETCH(QString, key);
-    open();
-    const Opening opening = openingOf(menu);
-    const QWidget* before = focused();
-    inMenus(opening, {choose(Tr::t(key))});
-    QCOMPARE(focused(), before);
-    QCOMPARE(onDisk(), standardDocument());
-    QVERIFY(!isDipping());
 }
 
 void MainWindowMenusTest::editOpensTheEditor()

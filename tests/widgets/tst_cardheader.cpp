@@ -82,7 +82,9 @@ void CardHeaderTest::leadingWidgetStandsBeforeTheTitle()
     header.show();
     QVERIFY(QTest::qWaitForWindowExposed(&header));
     QCOMPARE(back->geometry(), QRect(12, 12, 32, 32));
-    QCOMPARE(header.findChild<QLabel*>()->geometry(), QRect(52, 0, 236, 56));
+    const auto* title = header.findChild<QLabel*>();
+    QCOMPARE(title->geometry(), QRect(52, 0, 236, 56));
+    QCOMPARE(title->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 QTEST_MAIN(CardHeaderTest)
