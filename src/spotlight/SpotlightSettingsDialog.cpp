@@ -200,12 +200,10 @@ void SpotlightSettingsDialog::showPickMenu()
     for (int i = 0; i < m_options.size(); ++i)
         actions.append(popup.addCheckRow([&pending, i] { return pending.contains(i); },
                                          m_options.at(i).glyph, m_options.at(i).label));
-    popup.addDone(
-        [&] {
-            m_indices = pending;
-            applyPick();
-        },
-        true);
+    popup.addDone([&] {
+        m_indices = pending;
+        applyPick();
+    });
 
     // Rows only stage a change; the last one is what commits it.
     auto* filter = new ActionsMenu::ToggleFilter(&popup.menu(), [&](const QAction* action) {
