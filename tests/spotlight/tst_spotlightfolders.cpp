@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QListWidget>
 #include <QMenu>
 #include <QPointer>
@@ -93,6 +94,8 @@ private slots:
     void chipsLastOverShows();
     void clickedChipRemovesItsFolder();
     void removedFolderRebuildsTheResults();
+    void strangeFoldersNarrow_data();
+    void strangeFoldersNarrow();
     void removingTakesEveryEqualPath();
     void removingWhatIsNotThereChangesNothing();
     void backspaceLeavesFolders();
@@ -326,6 +329,49 @@ void SpotlightFoldersTest::removedFolderRebuildsTheResults()
     QCOMPARE(filterContent(), QByteArray("[]"));
     QCOMPARE(f->field()->text(), QStringLiteral("plan"));
     QCOMPARE(f->chipTexts(), QStringList{"File"});
+}
+
+void SpotlightFoldersTest::strangeFoldersNarrow_data()
+{
+    QTest::addColumn<QStringList>("folders");
+    QTest::addColumn<QStringList>("found");
+    const QStringList none;
+    const QStringList docs{"plan.txt", "plan b.txt"};
+    const QStringList all{"plan.md", "plan.mp3", "plan.txt", "plan b.txt"};
+    const QString separator(QDir::separator());
+    QTest::newRow("other case") << QStringList{homeFolder("Docs").toUpper()} << docs;
+    QTest::newRow("separator at its end") << QStringList{homeFolder("Docs") + separator} << docs;
+    QTest::newRow("two separators at its end")
+        << QStringList{homeFolder("Docs") + separator + separator} << none;
+    QTest::newRow("the root") << QStringList{native(QDir::rootPath())} << all;
+    QTest::newRow("the home") << QStringList{FileIndex::rootPath()} << all;
+    QTest::newRow("above the home")
+        << QStringList{native(QFileInfo(FileIndex::rootPath()).path())} << all;
+    QTest::newRow("gone") << QStringList{homeFolder("Gone")} << none;
+    // What a link leads to isn't listed under the link, so a link is like a folder that is gone.
+    QTest::newRow("a link, or another name of a folder")
+        << QStringList{homeFolder("Docs/../Docs")} << none;
+    QTest::newRow("a file") << QStringList{homeFolder("plan.md")} << none;
+    QTest::newRow("the beginning of a name") << QStringList{homeFolder("Doc")} << none;
+    QTest::newRow("no path") << QStringList{"Docs"} << none;
+    QTest::newRow("gone beside one that is there")
+        << QStringList{homeFolder("Gone"), homeFolder("Docs")} << docs;
+    QTest::newRow("one in another")
+        << QStringList{homeFolder("Docs/sub"), homeFolder("Docs")} << docs;
+}
+
+void SpotlightFoldersTest::strangeFoldersNarrow()
+{
+    QFETCH(QStringList, folders);
+    QFETCH(QStringList, found);
+    limitTo(folders);
+    f->window.setScopeKeys({"File"});
+    f->field()->setText(QStringLiteral("plan"));
+    QCOMPARE(f->rows(), found.isEmpty() ? found : QStringList("# Files on this PC") + found);
+    QCOMPARE(f->chips().size(), folders.size() + 1);
+    QCOMPARE(FolderFilter::folders(), folders); // kept as they are
+    QTest::mouseClick(f->chips().constLast(), Qt::LeftButton);
+    QCOMPARE(FolderFilter::folders(), folders.mid(0, folders.size() - 1));
 }
 
 void SpotlightFoldersTest::removingTakesEveryEqualPath()
