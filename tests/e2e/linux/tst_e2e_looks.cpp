@@ -33,6 +33,7 @@ private:
     };
 
     void checkStrip(const QImage& picture) const;
+    void checkGlyph(const QImage& picture, const QPoint& center, int reach) const;
     void checkPill(const QImage& picture, const Pill& pill) const;
     void checkSelectedRow(const QImage& picture) const;
     void checkMenu(const QImage& picture) const;
@@ -237,11 +238,17 @@ void E2eLooks::checkStrip(const QImage& picture) const
     const QColor below = pixel(picture, kCard + QPoint(kCardWidth / 2, kStripHeight + 6));
     QVERIFY(below.lightness() < background.lightness());
     QCOMPARE(pixel(picture, kCard + QPoint(kCardWidth / 2, -60)), background);
-    // The magnifier: 6 pixels and half its box from the right end.
-    const QPointF magnifier(kCard.x() + kCardWidth - 18 - 6 - 10, kCard.y() + 40);
-    const QRect around = QRectF(magnifier - QPointF(10, 10), QSizeF(20, 20)).toRect();
-    const QPointF ink = middleOfInk(picture, around, QColor(Theme::colors().onSurfaceVariant), box);
-    QVERIFY2(isNear(ink, magnifier, 1.0),
+    // From the right end of the box: 6 pixels, the gear in 32, 8 more, the magnifier in 20.
+    checkGlyph(picture, QPoint(kCard.x() + kCardWidth - 18 - 6 - 16, kCard.y() + 40), 16);
+    checkGlyph(picture, QPoint(kCard.x() + kCardWidth - 18 - 6 - 32 - 8 - 10, kCard.y() + 40), 10);
+}
+
+void E2eLooks::checkGlyph(const QImage& picture, const QPoint& center, int reach) const
+{
+    const QRect around(center - QPoint(reach, reach), QSize(2 * reach, 2 * reach));
+    const QPointF ink = middleOfInk(picture, around, QColor(Theme::colors().onSurfaceVariant),
+                                    QColor(Theme::boxBg()));
+    QVERIFY2(isNear(ink, center, 1.0),
              qPrintable(QStringLiteral("%1, %2").arg(ink.x()).arg(ink.y())));
 }
 
