@@ -58,6 +58,7 @@ AddEditCategoryDialog::AddEditCategoryDialog(QWidget* parent, const QString& tit
                                              const QString& namePlaceholderKey,
                                              const QString& emptyErrKey)
     : FramelessDialog(parent, title, SoftShadow, 0),
+      m_givenName(existingName),
       m_selectedIcon(existingIcon),
       m_emptyErrKey(emptyErrKey)
 {
@@ -72,6 +73,7 @@ void AddEditCategoryDialog::fillBody(QVBoxLayout* body, const QString& existingN
                                      const QString& nameLabel, const QString& placeholder)
 {
     nameInput = new QLineEdit(existingName, this);
+    m_shownName = nameInput->text();
     nameInput->setFixedHeight(nameFieldH);
     nameInput->setStyleSheet(Theme::fieldInputStyle(Theme::colors()));
     nameInput->setPlaceholderText(placeholder);
@@ -114,7 +116,9 @@ void AddEditCategoryDialog::addButtons(QVBoxLayout* body)
 
 QString AddEditCategoryDialog::getName() const
 {
-    return nameInput->text().trimmed();
+    // The field holds no more than so many characters, so what it shows may be a part.
+    const QString shown = nameInput->text();
+    return (shown == m_shownName ? m_givenName : shown).trimmed();
 }
 
 uint AddEditCategoryDialog::getIcon() const

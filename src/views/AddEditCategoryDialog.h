@@ -58,6 +58,8 @@ private:
     /// An index out of range means the first or the last icon.
     void focusIcon(int i);
 
+    QString m_givenName;
+    QString m_shownName; ///< what the field made of it
     QLineEdit* nameInput = nullptr;
     unsigned int m_selectedIcon = Glyph::Folder;
     QList<GlyphButton*> iconBtns;

@@ -70,6 +70,7 @@ private slots:
 
     void nameIsTrimmed_data();
     void nameIsTrimmed();
+    void longNameIsKeptWhole();
     void emptyNameIsRefused_data();
     void emptyNameIsRefused();
     void warningHasTheCallersText();
@@ -345,6 +346,19 @@ void AddEditCategoryDialogTest::nameIsTrimmed()
     QVERIFY(!m_dialog->isVisible());
     QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
     QTEST(m_dialog->getName(), "name");
+}
+
+void AddEditCategoryDialogTest::longNameIsKeptWhole()
+{
+    const QString given(1'000'000, 'W');
+    open(given);
+    icons().constLast()->click(); // only the icon is to change
+    QCOMPARE(m_dialog->getName(), given);
+    name()->end(false);
+    QTest::keyClick(name(), Qt::Key_Backspace);
+    QVERIFY(m_dialog->getName() != given);
+    name()->setText("short");
+    QCOMPARE(m_dialog->getName(), "short");
 }
 
 void AddEditCategoryDialogTest::emptyNameIsRefused_data()
