@@ -18,6 +18,7 @@
 #include "TemplateEditorDialog.h"
 #include "Theme.h"
 
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
@@ -26,6 +27,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -36,6 +38,7 @@ constexpr int kIconPx = 18;
 constexpr int kLineSpacing = 2;
 constexpr int kMenuButton = 36;
 constexpr int kMenuGlyphPx = 16;
+constexpr int kTurnMs = 8; // of the event loop, for cards that nobody sees yet
 
 constexpr NameQuestions::Naming kNewTemplate =
     NameQuestions::templateNaming("template.create_dialog_title");
@@ -104,6 +107,7 @@ TemplateSettingsPage::TemplateSettingsPage(LauncherModel* model, QWidget* parent
     setStyleSheet(QStringLiteral("background: transparent;"));
     m_layout->setContentsMargins(Theme::Sp_Lg, Theme::Sp_Lg, Theme::Sp_Lg, Theme::Sp_Lg);
     m_layout->setSpacing(Theme::Sp_Md);
+    m_layout->addWidget(makeCreateRow(Theme::colors()));
     rebuildRows();
     if (!m_model)
         return;
@@ -112,66 +116,127 @@ TemplateSettingsPage::TemplateSettingsPage(LauncherModel* model, QWidget* parent
             [this] { QTimer::singleShot(0, this, &TemplateSettingsPage::rebuildRows); });
 }
 
+bool TemplateSettingsPage::Row::shows(const SectionTemplate& tpl) const
+{
+    return name == tpl.name && icon == tpl.icon && count == tpl.items.size();
+}
+
 void TemplateSettingsPage::rebuildRows()
 {
-    const FocusPlace place = focusPlace();
-    const QList<QWidget*> before = takeRows();
-    addRows();
-    restoreFocus(place); // while what had it is still there, or it would go to somebody else
-    for (QWidget* row : before) {
-        row->setParent(nullptr);
-        row->deleteLater();
+    const int focused = focusedRow();
+    QList<QWidget*> gone;
+    rebuildEmptyState(gone);
+    rebuildCards(gone);
+    for (QWidget* widget : std::as_const(gone))
+        m_layout->removeWidget(widget);
+    if (focused >= 0 && focusedRow() < 0)
+        focusRow(focused); // before it goes, or it would hand the focus to somebody else
+    for (QWidget* widget : std::as_const(gone)) {
+        widget->setParent(nullptr);
+        widget->deleteLater();
     }
+    scheduleWaitingRows();
 }
 
-QList<QWidget*> TemplateSettingsPage::takeRows()
+void TemplateSettingsPage::rebuildEmptyState(QList<QWidget*>& gone)
 {
-    QList<QWidget*> taken;
-    while (QLayoutItem* item = m_layout->takeAt(0)) {
-        taken.append(item->widget());
-        delete item;
+    const bool isEmpty = !m_model || m_model->templates().isEmpty();
+    if (isEmpty && !m_emptyState) {
+        m_emptyState = makeEmptyState(Theme::colors());
+        m_layout->addWidget(m_emptyState);
+    } else if (!isEmpty && m_emptyState) {
+        gone.append(std::exchange(m_emptyState, nullptr));
     }
-    return taken;
 }
 
-void TemplateSettingsPage::addRows()
+void TemplateSettingsPage::rebuildCards(QList<QWidget*>& gone)
 {
     const ColorTokens c = Theme::colors();
-    m_layout->addWidget(makeCreateRow(c));
-    if (!m_model || m_model->templates().isEmpty()) {
-        m_layout->addWidget(makeEmptyState(c));
-        return;
+    const QList<Row> before = std::exchange(m_rows, {});
+    auto next = before.begin();
+    const auto leave = [&gone, &next](QList<Row>::const_iterator end) {
+        for (; next != end; ++next)
+            gone.append(next->card);
+    };
+    int made = 0;
+    for (const SectionTemplate& tpl : m_model ? m_model->templates() : QVector<SectionTemplate>()) {
+        const auto kept =
+            std::find_if(next, before.end(), [&tpl](const Row& row) { return row.shows(tpl); });
+        if (kept != before.end()) {
+            leave(kept);
+            if (made > 0)
+                kept->card->raise(); // the keys go through the cards in the order of the children
+            m_rows.append(*next++);
+        } else if (made++ < RowsAtOnce) {
+            appendRow(tpl, c);
+        } else {
+            break;
+        }
     }
-    for (const SectionTemplate& tpl : m_model->templates())
-        m_layout->addWidget(makeTemplateRow(tpl, c));
+    leave(before.end());
 }
 
-TemplateSettingsPage::FocusPlace TemplateSettingsPage::focusPlace() const
+void TemplateSettingsPage::appendRow(const SectionTemplate& tpl, const ColorTokens& c)
+{
+    const int place = m_rows.isEmpty() ? 1 : m_layout->indexOf(m_rows.constLast().card) + 1;
+    QFrame* card = makeTemplateRow(tpl, c);
+    m_layout->insertWidget(place, card);
+    card->show();
+    m_rows.append({tpl.name, tpl.icon, tpl.items.size(), card});
+}
+
+bool TemplateSettingsPage::isComplete() const
+{
+    return !m_model || m_rows.size() >= m_model->templates().size();
+}
+
+void TemplateSettingsPage::scheduleWaitingRows()
+{
+    if (m_isAppending || !isVisible() || isComplete())
+        return;
+    m_isAppending = true;
+    QTimer::singleShot(0, this, &TemplateSettingsPage::appendWaitingRows);
+}
+
+void TemplateSettingsPage::appendWaitingRows()
+{
+    m_isAppending = false;
+    const ColorTokens c = Theme::colors();
+    m_layout->setEnabled(false); // or each card that appears would place all of them anew
+    QElapsedTimer turn;
+    turn.start();
+    while (!isComplete() && !turn.hasExpired(kTurnMs))
+        appendRow(m_model->templates().at(m_rows.size()), c);
+    m_layout->setEnabled(true);
+    m_layout->activate();
+    scheduleWaitingRows();
+}
+
+void TemplateSettingsPage::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    scheduleWaitingRows();
+}
+
+int TemplateSettingsPage::focusedRow() const
 {
     const QWidget* focused = window()->focusWidget();
     for (int row = 0; focused && row < m_layout->count(); ++row) {
         const QWidget* widget = m_layout->itemAt(row)->widget();
         if (widget == focused || widget->isAncestorOf(focused))
-            return {row, focused->objectName()};
+            return row;
     }
-    return {};
+    return -1;
 }
 
-void TemplateSettingsPage::restoreFocus(const FocusPlace& place)
+void TemplateSettingsPage::focusRow(int row)
 {
-    QWidget* target = nullptr;
-    for (int row = 0; row < m_layout->count() && place.row >= 0; ++row) {
-        QWidget* control = FocusSearch::firstControl(m_layout->itemAt(row)->widget());
-        const bool isSame = control && control->objectName() == place.name;
-        if (control && (isSame || row <= place.row))
-            target = control;
-        if (isSame)
-            break;
+    for (int i = std::min(row, m_layout->count() - 1); i >= 0; --i) {
+        if (QWidget* control = FocusSearch::firstControl(m_layout->itemAt(i)->widget())) {
+            control->setFocus();
+            return;
+        }
     }
-    if (!target)
-        return;
-    target->parentWidget()->show(); // a new row isn't yet, and would not take the focus
-    target->setFocus();
 }
 
 QFrame* TemplateSettingsPage::makeCreateRow(const ColorTokens& c)
@@ -275,6 +340,11 @@ bool TemplateSettingsPage::editTemplateContents(const QString& name)
     if (index < 0)
         return false;
     const AutoQuitBlocker blocker;
+    if (name.isEmpty()) {
+        // The model keeps nothing without a name, so the work would be lost.
+        NameQuestions::refuse(this, "template.err_name_empty");
+        return false;
+    }
     return editItems(m_model, m_model->templates().at(index), window());
 }
 

@@ -22,23 +22,39 @@ class TemplateSettingsPage : public QWidget
     Q_OBJECT
 
 public:
+    static constexpr int RowsAtOnce = 32; ///< more than a page shows; the others follow
+
     /// \param model outlives the page and is not owned; null shows no templates.
     explicit TemplateSettingsPage(LauncherModel* model, QWidget* parent = nullptr);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
-    /// Where the keyboard is on the page.
-    struct FocusPlace
+    /// A card, and what it shows.
+    struct Row
     {
-        int row = -1; ///< -1 if it is elsewhere
-        QString name; ///< of the control
+        QString name;
+        uint icon;
+        qsizetype count; ///< of items
+        QFrame* card;
+
+        bool shows(const SectionTemplate& tpl) const;
     };
 
     void rebuildRows();
-    QList<QWidget*> takeRows();
-    void addRows();
-    FocusPlace focusPlace() const;
-    /// Gives the focus to the same control of the new rows, or else to the one in its place.
-    void restoreFocus(const FocusPlace& place);
+    void rebuildEmptyState(QList<QWidget*>& gone);
+    /// Takes over the cards that still show a template, and makes the first of the others.
+    void rebuildCards(QList<QWidget*>& gone);
+    void appendRow(const SectionTemplate& tpl, const ColorTokens& c);
+    /// Makes the cards for which there was no time at once, a few in each turn of the event loop.
+    void scheduleWaitingRows();
+    void appendWaitingRows();
+    bool isComplete() const;
+    /// Of the widget in the layout that has the keyboard; -1 if it is elsewhere.
+    int focusedRow() const;
+    /// Gives the focus to the control in that row, or else to the next one above.
+    void focusRow(int row);
     QFrame* makeCreateRow(const ColorTokens& c);
     QLabel* makeEmptyState(const ColorTokens& c);
     QFrame* makeTemplateRow(const SectionTemplate& tpl, const ColorTokens& c);
@@ -53,4 +69,7 @@ private:
 
     LauncherModel* m_model;
     QVBoxLayout* m_layout;
+    QLabel* m_emptyState = nullptr; ///< null while there are templates
+    QList<Row> m_rows;              ///< of the first templates, mostly of all
+    bool m_isAppending = false;     ///< a turn for waiting rows is to come
 };

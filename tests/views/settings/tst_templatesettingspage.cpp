@@ -28,6 +28,7 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -166,6 +167,14 @@ private slots:
     void deletionFollowsTheAnswer();
     void vanishedTemplate_data();
     void vanishedTemplate();
+
+    void strangeNames_data();
+    void strangeNames();
+    void templateWithoutAName();
+    void sameNameTwice();
+    void manyTemplates();
+    void pageMayGo_data();
+    void pageMayGo();
 
 private:
     void open(const QVector<SectionTemplate>& templates = kitAndBox());
@@ -399,11 +408,12 @@ void TemplateSettingsPageTest::changesArriveATurnLater()
     open();
     const QPointer<QFrame> row = rows().at(1);
     m_model->saveTemplate({"Third", kKitIcon, {snippet("One")}});
-    QVERIFY(row);
+    m_model->renameTemplate("Kit", "Case", kKitIcon);
+    QVERIFY(row); // its menu may be what this comes from
     QCOMPARE(names(), QStringList({"Kit", "Box"}));
-    QTRY_COMPARE(names(), QStringList({"Kit", "Box", "Third"}));
-    QTRY_VERIFY(!row); // the page is made anew, not mended
-    for (const char* name : {"Kit", "Box", "Third"})
+    QTRY_COMPARE(names(), QStringList({"Case", "Box", "Third"}));
+    QTRY_VERIFY(!row);
+    for (const char* name : {"Case", "Box", "Third"})
         m_model->deleteTemplate(name);
     QTRY_COMPARE(rows().size(), 1);
     QTRY_COMPARE(m_page->layout()->count(), 2);
@@ -487,7 +497,6 @@ void TemplateSettingsPageTest::focusStaysInPlace()
         clickButton(editor, "dialog.btn_save");
     };
     const auto confirm = [](QWidget* modal) { clickButton(modal, "dialog.btn_delete"); };
-    const QPointer<QFrame> row = rows().at(1);
     if (change == "make")
         create({enterName("Case"), addAndSave});
     else if (change == "rename")
@@ -496,9 +505,11 @@ void TemplateSettingsPageTest::focusStaysInPlace()
         chooseFor("Kit", "template.edit_contents", {addAndSave});
     else
         chooseFor(change.mid(7), "template.delete", {confirm});
-    QTRY_VERIFY(!row);
+    QCoreApplication::processEvents(); // the turn in which the page follows
     QTRY_VERIFY(QApplication::focusWidget());
     QCOMPARE(QApplication::focusWidget()->objectName(), after);
+    if (change == "rename")
+        QCOMPARE(names(), QStringList({"Case", "Box"}));
 }
 
 void TemplateSettingsPageTest::focusElsewhereStays()
@@ -753,6 +764,164 @@ void TemplateSettingsPageTest::vanishedTemplate()
     QCOMPARE(dialogs.count(), isBehindTheDialog ? 1 : 0);
     QCOMPARE(onDisk(), kitAndBox().mid(1));
     QTRY_COMPARE(names(), QStringList("Box"));
+}
+
+void TemplateSettingsPageTest::strangeNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a megabyte") << QString(1'000'000, 'W');
+    QTest::newRow("markup") << "<b>bold</b>&amp;<img src=x>";
+    QTest::newRow("ampersands") << "&Fish && Chips";
+    QTest::newRow("lines") << "one\ntwo\r\nthree";
+    QTest::newRow("place of a name") << "%1 %2";
+    QTest::newRow("right to left") << QString::fromUtf8("\xe2\x80\xae\xd7\x97\xd7\x90");
+}
+
+void TemplateSettingsPageTest::strangeNames()
+{
+    QFETCH(QString, name);
+    open({{name, kKitIcon, {snippet("One")}}});
+    QCOMPARE(names(), QStringList(name));
+    QCOMPARE(m_window->width(), kWindowWidth);
+    QCOMPARE(rows().at(0)->size(), rows().at(1)->size().expandedTo(rows().at(0)->size()));
+    const auto changeIcon = [](QWidget* modal) {
+        modal->findChildren<GlyphButton*>().constFirst()->click();
+        QTest::keyClick(modal->findChild<QLineEdit*>(), Qt::Key_Return);
+    };
+    chooseFor(name, "template.edit", {changeIcon});
+    QCOMPARE(m_model->templates().at(0).name, name);
+    QCOMPARE(m_model->templates().at(0).icon, 0xE2C7U);
+    const auto addAndSave = [](QWidget* editor) {
+        addItem(editor, "Two");
+        clickButton(editor, "dialog.btn_save");
+    };
+    chooseFor(name, "template.edit_contents", {addAndSave});
+    QCOMPARE(m_model->templates().at(0).items.size(), 2);
+    QSize box;
+    const auto confirm = [&box, &name](QWidget* modal) {
+        box = modal->size();
+        QVERIFY(modal->findChildren<QLabel*>().at(1)->accessibleName().contains(name.left(20)));
+        clickButton(modal, "dialog.btn_delete");
+    };
+    QTRY_VERIFY(menuButton(name));
+    chooseFor(name, "template.delete", {confirm});
+    QVERIFY2(box.width() < 700 && box.height() < 700, "it must fit on any screen");
+    QVERIFY(m_model->templates().isEmpty());
+}
+
+void TemplateSettingsPageTest::templateWithoutAName()
+{
+    open({{"", kKitIcon, {snippet("One")}}});
+    QCOMPARE(names(), QStringList(""));
+    // Nothing of that name could be kept, so the work would be lost.
+    chooseFor("", "template.edit_contents", {expectWarning("template.err_name_empty")});
+    chooseFor("", "template.edit", {enterName("Kit")});
+    QCOMPARE(onDisk(), QVector<SectionTemplate>({{"Kit", kKitIcon, {snippet("One")}}}));
+}
+
+void TemplateSettingsPageTest::sameNameTwice()
+{
+    const SectionTemplate second{"Kit", 0xE2C7, {snippet("Other")}};
+    open({kitAndBox().at(0), second});
+    QCOMPARE(names(), QStringList({"Kit", "Kit"}));
+    chooseFor("Kit", "template.edit", {enterName("Case")});
+    QTRY_COMPARE(names(), QStringList({"Case", "Kit"}));
+    QCOMPARE(onDisk().at(1), second);
+    chooseFor("Case", "template.edit",
+              {enterName("Kit"), expectWarning("template.err_name_exists")});
+}
+
+void TemplateSettingsPageTest::manyTemplates()
+{
+    constexpr int kCount = TemplateSettingsPage::RowsAtOnce * 3;
+    constexpr int kPatienceMs = 60000; // on a busy machine
+    QVector<SectionTemplate> templates;
+    QStringList expected;
+    for (int i = 0; i < kCount; ++i) {
+        templates.append({QString::number(i), kKitIcon, {snippet("One")}});
+        expected.append(QString::number(i));
+    }
+    open(templates);
+    QVERIFY(names().size() >= TemplateSettingsPage::RowsAtOnce);
+    QTRY_COMPARE_WITH_TIMEOUT(names(), expected, kPatienceMs);
+    m_model->deleteTemplate("40");
+    m_model->renameTemplate("50", "fifty", kKitIcon);
+    m_model->saveTemplate({"last", kKitIcon, {snippet("One")}});
+    expected.removeAt(40);
+    expected[49] = "fifty";
+    expected.append("last");
+    QTRY_COMPARE_WITH_TIMEOUT(names(), expected, kPatienceMs);
+    // From card to card as they stand below each other.
+    QList<int> tops;
+    for (const QFrame* row : rows())
+        tops.append(rectIn(*m_page, row).top());
+    QVERIFY(std::is_sorted(tops.begin(), tops.end()));
+    QCOMPARE(m_page->layout()->count(), rows().size());
+}
+
+void TemplateSettingsPageTest::pageMayGo_data()
+{
+    QTest::addColumn<QString>("row"); // empty for the button that makes a template
+    QTest::addColumn<QString>("end"); // what goes, and behind what
+    for (const char* row : {"template.edit", "template.edit_contents", "template.delete"}) {
+        QTest::addRow("%s, page behind the menu", row) << row << "menu";
+        QTest::addRow("%s, page behind the dialog", row) << row << "page";
+        QTest::addRow("%s, window behind the dialog", row) << row << "window";
+    }
+    QTest::newRow("made, page behind the dialog") << ""
+                                                  << "page";
+    QTest::newRow("made, window behind the dialog") << ""
+                                                    << "window";
+}
+
+void TemplateSettingsPageTest::pageMayGo()
+{
+    QFETCH(QString, row);
+    QFETCH(QString, end);
+    open();
+    const auto answer = [&](QWidget* modal) {
+        if (end == "page")
+            delete m_page;
+        if (end == "window") {
+            m_window.reset();
+            return;
+        }
+        // The dialog is the window's, and its answer still counts.
+        if (qobject_cast<TemplateEditorDialog*>(modal)) {
+            addItem(modal, "New");
+            clickButton(modal, "dialog.btn_save");
+        } else if (qobject_cast<AddEditCategoryDialog*>(modal)) {
+            enterName("Case")(modal);
+        } else {
+            clickButton(modal, "dialog.btn_delete");
+        }
+    };
+    const ModalDriver driver(answer);
+    QList<MenuScript::Action> actions;
+    if (end == "menu")
+        actions.append([this](QMenu*) { delete m_page; });
+    else if (!row.isEmpty())
+        actions.append(choose(Tr::t(row)));
+    const MenuScript script(actions);
+    if (row.isEmpty())
+        m_page->findChild<QPushButton*>("tplCreateBtn")->click();
+    else
+        menuButton("Kit")->click();
+    QVERIFY(script.isDone());
+    QVERIFY(!m_page);
+    QVector<SectionTemplate> expected = kitAndBox();
+    const LauncherElement made{{}, "New", ItemType::Url, "New text", {}};
+    if (end == "page") {
+        if (row == "template.edit")
+            expected[0].name = "Case";
+        else if (row == "template.edit_contents")
+            expected[0].items.append(made);
+        else if (row == "template.delete")
+            expected.removeFirst();
+        else
+            expected.append({"Case", Glyph::Folder, {made}});
+    }
+    QCOMPARE(m_model->templates(), expected);
 }
 
 QTEST_MAIN(TemplateSettingsPageTest)
