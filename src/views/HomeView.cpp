@@ -3,7 +3,6 @@
 
 #include "HomeView.h"
 
-#include "ActionsPanel.h"
 #include "CardHeader.h"
 #include "FramelessWindow.h"
 #include "IconHelper.h"
@@ -275,7 +274,7 @@ bool HomeView::stepCategory(int delta)
 void HomeView::refreshUI(int preferredIndex, bool keepActionsPanel)
 {
     endStaleReorder();
-    if (m_actionsPanel->currentStep() != ActionsNone && !keepActionsPanel)
+    if (actionsStep() != ActionsNone && !keepActionsPanel)
         m_mainWindow->closeItemActionsPanel();
     m_listWidget->clear();
     if (!m_mainWindow->isItemEditorOpen())
@@ -477,7 +476,12 @@ void HomeView::setPreviewCardTitle(const QString& title)
 
 bool HomeView::isCardInUse() const
 {
-    return m_mainWindow->isItemEditorOpen() || m_actionsPanel->currentStep() != ActionsNone;
+    return m_mainWindow->isItemEditorOpen() || actionsStep() != ActionsNone;
+}
+
+ItemActionsStep HomeView::actionsStep() const
+{
+    return m_actionsPanel ? m_actionsPanel->currentStep() : ActionsNone;
 }
 
 bool HomeView::isModalPage() const
@@ -490,6 +494,7 @@ void HomeView::syncModalCard()
 {
     cancelHoverPreview();
     if (isModalPage()) {
+        fillModalPage();
         placeModalCard();
         return;
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ActionsPanel.h"
 #include "Delegates.h"
 #include "GlyphWidgets.h"
 
@@ -12,7 +13,6 @@
 #include <QVector>
 #include <QWidget>
 
-class ActionsPanel;
 class CardHeader;
 class ItemEditorPanel;
 class LauncherModel;
@@ -127,8 +127,11 @@ public:
     GlyphButton* addButton() const { return m_homeAddBtn; }
     GlyphButton* templateButton() const { return m_homeTemplateBtn; }
     GlyphButton* settingsButton() const { return m_homeSettingsBtn; }
-    ItemEditorPanel* itemEditorPanel() const { return m_itemEditorPanel; }
-    ActionsPanel* actionsPanel() const { return m_actionsPanel; }
+    /// These are built when somebody asks for them first: the start doesn't wait for them.
+    ItemEditorPanel* itemEditorPanel();
+    ActionsPanel* actionsPanel();
+    /// The step of the actions panel; `ActionsNone` as long as there is no panel.
+    ItemActionsStep actionsStep() const;
     /// The pill of the current section, until the pills are built anew; null if there is none.
     GlyphButton* selectedCategoryButton() const { return m_selectedCatBtn; }
 
@@ -146,10 +149,13 @@ private:
     void buildModalCard();
     QWidget* buildPreviewEmptyPage();
     QWidget* buildPreviewDetailPage();
+    QWidget* addPanelPage();
+    void fillModalPage();
     void buildHoverPreview();
     void connectHeader();
     void connectList();
     void connectCard();
+    void connectActions();
 
     void clearPills();
     GlyphButton* addPill(const QString& section);
@@ -222,8 +228,10 @@ private:
     QLabel* m_previewTitleLbl = nullptr;
     QLabel* m_previewTypeLbl = nullptr;
     QTextEdit* m_previewValue = nullptr;
-    ItemEditorPanel* m_itemEditorPanel = nullptr;
-    ActionsPanel* m_actionsPanel = nullptr;
+    QWidget* m_editorPage = nullptr;
+    QWidget* m_actionsPage = nullptr;
+    ItemEditorPanel* m_itemEditorPanel = nullptr; ///< null until it is needed
+    ActionsPanel* m_actionsPanel = nullptr;       ///< null until it is needed
     PreviewTooltip* m_hoverPreview = nullptr;
     QTimer* m_hoverPreviewTimer = nullptr;
     QPointer<GridTileDelegate> m_gridDelegate;

@@ -325,12 +325,50 @@ void HomeView::buildModalCard()
     m_previewStack->setMinimumWidth(0);
     m_previewStack->addWidget(buildPreviewEmptyPage());
     m_previewStack->addWidget(buildPreviewDetailPage());
-    m_itemEditorPanel = new ItemEditorPanel(m_model, m_previewStack);
-    m_previewStack->addWidget(m_itemEditorPanel);
-    m_actionsPanel = new ActionsPanel(m_model, m_previewStack);
-    m_previewStack->addWidget(m_actionsPanel);
+    m_editorPage = addPanelPage();
+    m_actionsPage = addPanelPage();
     column->addWidget(m_previewStack, 1);
     m_card->hide();
+}
+
+/// A page of the card that one panel is to fill.
+QWidget* HomeView::addPanelPage()
+{
+    auto* page = new QWidget(m_previewStack);
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_previewStack->addWidget(page);
+    return page;
+}
+
+ItemEditorPanel* HomeView::itemEditorPanel()
+{
+    if (m_itemEditorPanel)
+        return m_itemEditorPanel;
+    m_itemEditorPanel = new ItemEditorPanel(m_model, m_editorPage);
+    m_editorPage->layout()->addWidget(m_itemEditorPanel);
+    connect(m_itemEditorPanel, &ItemEditorPanel::closeRequested, this,
+            [this](int row) { m_mainWindow->closeItemEditor(row); });
+    return m_itemEditorPanel;
+}
+
+ActionsPanel* HomeView::actionsPanel()
+{
+    if (m_actionsPanel)
+        return m_actionsPanel;
+    m_actionsPanel = new ActionsPanel(m_model, m_actionsPage);
+    m_actionsPage->layout()->addWidget(m_actionsPanel);
+    connectActions();
+    return m_actionsPanel;
+}
+
+/// Before a page is measured for the card that shows it.
+void HomeView::fillModalPage()
+{
+    if (m_previewStack->currentIndex() == PagePreviewEditor)
+        itemEditorPanel();
+    else if (m_previewStack->currentIndex() == PagePreviewActions)
+        actionsPanel();
 }
 
 QWidget* HomeView::buildPreviewEmptyPage()
@@ -441,8 +479,10 @@ void HomeView::connectCard()
 {
     connect(m_previewStack, &QStackedWidget::currentChanged, this, &HomeView::syncModalCard);
     connect(m_gridOverlayBackdrop, &QPushButton::clicked, this, &HomeView::closeCardFromBackdrop);
-    connect(m_itemEditorPanel, &ItemEditorPanel::closeRequested, this,
-            [this](int row) { m_mainWindow->closeItemEditor(row); });
+}
+
+void HomeView::connectActions()
+{
     connect(m_actionsPanel, &ActionsPanel::stepChanged, this, [this](ItemActionsStep step) {
         if (step == ActionsNone)
             return;

@@ -234,7 +234,7 @@ void HomeView::followFocus(const QObject* obj, QEvent::Type type)
 {
     if (obj == m_searchInput && type == QEvent::FocusIn) {
         m_previewEmptyHintLbl->setText(Tr::t(QStringLiteral("home.search_hint")));
-        if (m_actionsPanel->currentStep() != ActionsNone)
+        if (actionsStep() != ActionsNone)
             m_mainWindow->closeItemActionsPanel();
         if (!m_mainWindow->isItemEditorOpen())
             m_previewStack->setCurrentIndex(PagePreviewEmpty);

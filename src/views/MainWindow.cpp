@@ -43,6 +43,7 @@ namespace
 constexpr int kHotkeyId = 1;
 constexpr int kBlockerResetMs = 1000;
 constexpr int kBalloonMs = 6000;
+constexpr int kTrayPatienceMs = 1000;
 constexpr int kTrayCanvas = 64;
 constexpr int kTrayGlyphPx = 48;
 constexpr int kFontPoints = 10;
@@ -71,10 +72,9 @@ MainWindow::MainWindow(QWidget* parent) : FramelessWindow(parent)
     loadModel();
     connectModel();
     // The hotkey needs a native window before the first show.
-    const QString hotkeyWarning =
-        HotkeyManager::loadSettings(HotkeyManager::mainWindowSlot, winId());
+    m_hotkeyWarning = HotkeyManager::loadSettings(HotkeyManager::mainWindowSlot, winId());
     applyApplicationFont();
-    setUpTray(hotkeyWarning);
+    setUpTray();
     setUpHotkey();
     setFixedSize(WINDOW_WIDTH_GRID, WINDOW_HEIGHT_GRID);
     auto* layout = new QVBoxLayout(this);
@@ -82,6 +82,8 @@ MainWindow::MainWindow(QWidget* parent) : FramelessWindow(parent)
     buildShadowLayer(QStringLiteral("bgShadowLayer"), Theme::Rad_Lg);
     setupUI();
     QCoreApplication::instance()->installEventFilter(this);
+    // A window that nobody sees, on a locked screen for example, is no reason to go without.
+    QTimer::singleShot(kTrayPatienceMs, this, &MainWindow::ensureTray);
     QTimer::singleShot(kBlockerResetMs, this, [] {
         if (g_autoQuitBlockCount < 1)
             g_blockAutoQuit = false;
@@ -124,7 +126,7 @@ void MainWindow::refreshCategories()
         m_homeView->refreshCategories(-1, false);
 }
 
-void MainWindow::setUpTray(const QString& hotkeyWarning)
+void MainWindow::setUpTray()
 {
     m_trayIcon = new QSystemTrayIcon(this);
     m_trayMenu = new QMenu(this);
@@ -133,18 +135,24 @@ void MainWindow::setUpTray(const QString& hotkeyWarning)
     m_trayQuitAction = m_trayMenu->addAction(Tr::t(QStringLiteral("main.tray_exit")));
     connect(m_trayQuitAction, &QAction::triggered, this, &MainWindow::quitApplication);
     m_trayIcon->setContextMenu(m_trayMenu);
-    m_trayIcon->setIcon(IconHelper::getGlyphIcon(QChar(Glyph::Search), kTrayCanvas, kTrayGlyphPx,
-                                                 Theme::colors().primary));
-    m_trayIcon->show();
-    if (!hotkeyWarning.isEmpty()) {
-        m_trayIcon->showMessage(QStringLiteral("Info Hotkey"), hotkeyWarning,
-                                QSystemTrayIcon::Warning, kBalloonMs);
-    }
     connect(m_trayIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::DoubleClick)
                     toggleVisibility();
             });
+}
+
+void MainWindow::ensureTray()
+{
+    if (m_trayIcon->isVisible())
+        return;
+    m_trayIcon->setIcon(IconHelper::getGlyphIcon(QChar(Glyph::Search), kTrayCanvas, kTrayGlyphPx,
+                                                 Theme::colors().primary));
+    m_trayIcon->show();
+    if (!m_hotkeyWarning.isEmpty()) {
+        m_trayIcon->showMessage(QStringLiteral("Info Hotkey"), m_hotkeyWarning,
+                                QSystemTrayIcon::Warning, kBalloonMs);
+    }
 }
 
 void MainWindow::setUpHotkey()
@@ -402,7 +410,7 @@ void MainWindow::buildPages()
     auto* homeLayout = new QVBoxLayout(homePage);
     homeLayout->setContentsMargins(0, 0, 0, 0);
     homeLayout->setSpacing(0);
-    m_homeView = new HomeView(m_model, this, nullptr);
+    m_homeView = new HomeView(m_model, this, homePage);
     homeLayout->addWidget(m_homeView, 1);
     m_mainStack->addWidget(homePage);
     m_settingsView = new SettingsView(m_model, this, m_mainStack);
@@ -503,7 +511,7 @@ void MainWindow::finishShow()
         return;
     m_mainStack->setCurrentIndex(HomePage);
     m_settingsView->resetToTop();
-    if (m_homeView->actionsPanel()->currentStep() != ActionsNone)
+    if (m_homeView->actionsStep() != ActionsNone)
         closeItemActionsPanel();
     m_homeView->searchInput()->clear();
     if (m_itemEditorOpen)
@@ -530,6 +538,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
         return true;
     if (m_rebuildInProgress)
         return FramelessWindow::eventFilter(watched, event);
+    // Its icon costs as much as a good part of the window, for which the user waits.
+    if (watched == this && event->type() == QEvent::Paint && !m_trayIcon->isVisible())
+        QTimer::singleShot(0, this, &MainWindow::ensureTray);
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || widget->window() != this)
         return FramelessWindow::eventFilter(watched, event);

@@ -64,8 +64,8 @@ public:
         QPointer<HomeView> view;
     };
 
-    /// Loads settings and document, registers the hotkey and shows the tray icon; the window itself
-    /// stays hidden.
+    /// Loads settings and document and registers the hotkey; the window itself stays hidden. The
+    /// tray icon comes with the first picture of it, or after a second without one.
     explicit MainWindow(QWidget* parent);
     ~MainWindow() override;
 
@@ -169,7 +169,8 @@ protected:
 
 private:
     void loadModel();
-    void setUpTray(const QString& hotkeyWarning);
+    void setUpTray();
+    void ensureTray();
     void setUpHotkey();
     void setupUI();
     void deleteTree();
@@ -219,6 +220,7 @@ private:
     QMenu* m_trayMenu = nullptr;
     QAction* m_trayShowAction = nullptr;
     QAction* m_trayQuitAction = nullptr;
+    QString m_hotkeyWarning; ///< what the tray is to tell once it is there
     QFrame* m_bgContainer = nullptr;
     QStackedWidget* m_mainStack = nullptr;
     HomeView* m_homeView = nullptr;

@@ -98,7 +98,7 @@ bool MainWindow::isReordering() const
 
 bool MainWindow::isModalCardOpen() const
 {
-    return m_itemEditorOpen || m_homeView->actionsPanel()->currentStep() != ActionsNone;
+    return m_itemEditorOpen || m_homeView->actionsStep() != ActionsNone;
 }
 
 /// Tab leads to the other page and never along the widgets of one.
@@ -122,7 +122,7 @@ bool MainWindow::handleModalCardKey(const QKeyEvent* event)
         return false;
     if (event->key() == Qt::Key_Backspace && isTextEditorFocused())
         return false;
-    if (m_homeView->actionsPanel()->currentStep() != ActionsNone)
+    if (m_homeView->actionsStep() != ActionsNone)
         closeItemActionsPanel();
     if (m_itemEditorOpen)
         closeItemEditor(-1);
@@ -173,7 +173,7 @@ void MainWindow::openItemEditor(const QString& itemId)
     endReorderMode(); // which would keep the keys from the form
     if (!m_itemEditorOpen) {
         m_focusBeforeEditor = focusedInHere();
-        m_actionsStepBeforeEditor = m_homeView->actionsPanel()->currentStep();
+        m_actionsStepBeforeEditor = m_homeView->actionsStep();
     }
     m_itemEditorOpen = true;
     m_homeView->setPreviewCardTitle(
@@ -224,7 +224,7 @@ void MainWindow::settlePreviewAfterEditor(bool keepActionsPanel)
 {
     if (m_itemEditorOpen || !m_homeView)
         return;
-    if (m_homeView->actionsPanel()->currentStep() == ActionsNone) {
+    if (m_homeView->actionsStep() == ActionsNone) {
         m_homeView->updatePreviewPanel(m_homeView->list()->currentItem());
     } else if (keepActionsPanel) {
         m_homeView->previewStack()->setCurrentIndex(HomeView::PagePreviewActions);

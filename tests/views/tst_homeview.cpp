@@ -116,6 +116,7 @@ private slots:
     void cardStaysWhenItIsWantedAgain();
     void titleOfTheActions();
     void titleIsPlainText();
+    void panelsAreBuiltWhenNeeded();
     void backdropBehindADialog();
     void backdropClosesTheCard_data();
     void backdropClosesTheCard();
@@ -977,6 +978,26 @@ void HomeViewTest::titleIsPlainText()
     const auto* label = named("previewCardHeader")->findChild<QLabel*>();
     QCOMPARE(label->text(), "<b>&x</b>");
     QCOMPARE(label->textFormat(), Qt::PlainText);
+}
+
+void HomeViewTest::panelsAreBuiltWhenNeeded()
+{
+    open();
+    press(Qt::Key_Down);
+    QVERIFY(!home()->findChild<ItemEditorPanel*>());
+    QVERIFY(!home()->findChild<ActionsPanel*>());
+    QCOMPARE(home()->actionsStep(), ActionsNone);
+    m_window->openItemDeleteConfirm("a1");
+    QVERIFY(!home()->findChild<ItemEditorPanel*>());
+    QCOMPARE(home()->findChildren<ActionsPanel*>(), QList<ActionsPanel*>{home()->actionsPanel()});
+    QCOMPARE(home()->actionsStep(), ActionsConfirmDelete);
+    m_window->closeItemActionsPanel();
+    for (int i = 0; i < 2; ++i) {
+        m_window->openItemEditor("a1");
+        QCOMPARE(home()->findChildren<ItemEditorPanel*>(),
+                 QList<ItemEditorPanel*>{home()->itemEditorPanel()});
+        m_window->closeItemEditor(-1);
+    }
 }
 
 void HomeViewTest::backdropBehindADialog()

@@ -11,9 +11,36 @@
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 using Registration = FakeHotkeyBackend::Registration;
+
+namespace
+{
+
+/// Does something at the first event of a type that an object gets, before the object.
+class EventHook : public QObject
+{
+public:
+    EventHook(QEvent::Type type, std::function<void()> act) : m_type(type), m_act(std::move(act)) {}
+    bool hasFired() const { return !m_act; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == m_type && m_act)
+            std::exchange(m_act, nullptr)();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QEvent::Type m_type;
+    std::function<void()> m_act;
+};
+
+} // namespace
 
 /// What calls the window from outside: its hotkey, its icon in the tray, and another instance.
 class MainWindowTrayTest : public MainWindowFixture
@@ -28,6 +55,7 @@ private slots:
     void spotlightControllerIsGuarded();
 
     void constructionBuildsTheTray();
+    void trayComesBehindTheFirstPicture();
 
     void toggleWhenHidden_data();
     void toggleWhenHidden();
@@ -161,8 +189,23 @@ void MainWindowTrayTest::constructionBuildsTheTray()
     QCOMPARE(tray->contextMenu()->actions().size(), 2);
     QCOMPARE(trayAction(0)->text(), Tr::t("main.tray_show"));
     QCOMPARE(trayAction(1)->text(), Tr::t("main.tray_exit"));
+    QTRY_VERIFY(tray->isVisible()); // even if nobody sees the window
     const QIcon glyph = IconHelper::getGlyphIcon(QChar(0xEF7A), 64, 48, Theme::colors().primary);
     QCOMPARE(tray->icon().pixmap(64, 64).toImage(), glyph.pixmap(64, 64).toImage());
+}
+
+void MainWindowTrayTest::trayComesBehindTheFirstPicture()
+{
+    construct();
+    const auto* tray = m_window->findChild<QSystemTrayIcon*>();
+    bool wasTrayThere = true;
+    EventHook onPaint(QEvent::Paint, [&] { wasTrayThere = tray->isVisible(); });
+    m_window->installEventFilter(&onPaint);
+    m_window->show();
+    QTRY_VERIFY(onPaint.hasFired());
+    QVERIFY(!wasTrayThere);
+    QTRY_VERIFY(tray->isVisible());
+    m_window->hide();
     QVERIFY(tray->isVisible());
 }
 
