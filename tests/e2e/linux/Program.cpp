@@ -152,7 +152,9 @@ XClient::Window Program::windowOfWidth(int width) const
 
 XClient::Window Program::homeWindow() const
 {
-    return windowOfWidth(MainWindow::WINDOW_WIDTH_GRID);
+    // It is as wide as the page that it shows.
+    const XClient::Window window = windowOfWidth(MainWindow::WINDOW_WIDTH_GRID);
+    return window.id != XCB_WINDOW_NONE ? window : windowOfWidth(MainWindow::WINDOW_WIDTH_SETTINGS);
 }
 
 XClient::Window Program::spotlight() const
