@@ -92,6 +92,8 @@ private slots:
     void strangeNames_data();
     void strangeNames();
     void manyItems();
+    void endBehindAMenuOrBox_data();
+    void endBehindAMenuOrBox();
 
 private:
     void open(const SectionTemplate& tpl = threeItems());
@@ -651,6 +653,36 @@ void TemplateEditorDialogTest::manyItems()
     spaceOn(4999, chooseKey("actions.delete_shortcut"));
     QCOMPARE(selection(), QStringList("4998"));
     QVERIFY(list()->viewport()->rect().intersects(list()->visualItemRect(list()->item(4998))));
+}
+
+void TemplateEditorDialogTest::endBehindAMenuOrBox_data()
+{
+    QTest::addColumn<QString>("place");
+    for (const char* place : {"menu of an item", "message", "menu of the types"})
+        QTest::newRow(place) << place;
+}
+
+void TemplateEditorDialogTest::endBehindAMenuOrBox()
+{
+    QFETCH(QString, place);
+    open(place == "message" ? SectionTemplate{"Kit", 0xE86F, {}} : threeItems());
+    const auto end = [this] { delete m_dialog; };
+    const ModalDriver driver([&](QWidget*) { end(); });
+    QList<MenuScript::Action> actions;
+    if (place != "message")
+        actions.append([&](QMenu*) { end(); });
+    const MenuScript script(actions);
+    if (place == "message") {
+        listButton("dialog.btn_save")->click();
+    } else if (place == "menu of the types") {
+        listButton("actions.add_shortcut")->click();
+        panelButton("editorTypeBtn")->click();
+    } else {
+        list()->setCurrentRow(1);
+        QTest::keyPress(list(), Qt::Key_Space); // nobody is there for the release
+    }
+    QVERIFY(script.isDone());
+    QVERIFY(!m_dialog);
 }
 
 QTEST_MAIN(TemplateEditorDialogTest)
