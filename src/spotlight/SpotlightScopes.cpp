@@ -120,6 +120,8 @@ void SpotlightWindow::refreshFilterChips()
 {
     if (!m_chipRow || !m_chipLayout)
         return;
+    // In a row that is in view, each chip that comes or goes would lay out all others at once.
+    m_chipRow->hide();
     for (GlyphButton* chip : std::as_const(m_chips)) {
         m_chipLayout->removeWidget(chip);
         chip->hide();
