@@ -179,6 +179,8 @@ void HomeView::refreshCategories(int preferredIndex, bool keepActionsPanel)
     clearPills();
     const QString current = m_model->currentCategory();
     for (const QString& section : m_model->data().categories) {
+        if (!m_mainWindow->tourShowsCategory(section))
+            continue;
         GlyphButton* pill = addPill(section);
         if (section == current)
             m_selectedCatBtn = pill;
@@ -299,13 +301,21 @@ void HomeView::addSectionRows(int preferredIndex)
 {
     const QString section = m_model->currentCategory();
     const QVector<LauncherElement>& items = m_model->getItems(section);
+    int preferredRow = -1;
     {
         RowFiller filler(m_listWidget);
-        for (int i = 0; i < items.size(); ++i)
+        int row = 0;
+        for (int i = 0; i < items.size(); ++i) {
+            if (!m_mainWindow->tourShowsItem(items.at(i).id))
+                continue;
             filler.add(items.at(i), i, section);
+            if (i == preferredIndex)
+                preferredRow = row;
+            ++row;
+        }
     }
-    if (preferredIndex >= 0 && preferredIndex < items.size())
-        selectRow(preferredIndex);
+    if (preferredRow >= 0)
+        selectRow(preferredRow);
 }
 
 void HomeView::addSearchRows()
@@ -313,8 +323,10 @@ void HomeView::addSearchRows()
     const QVector<SearchMatch> matches =
         SearchEngine::search(m_model->data(), m_searchQuery.trimmed());
     RowFiller filler(m_listWidget);
-    for (const SearchMatch& match : matches)
-        filler.add(match.el, match.originalIndex, match.category);
+    for (const SearchMatch& match : matches) {
+        if (m_mainWindow->tourShowsItem(match.el.id))
+            filler.add(match.el, match.originalIndex, match.category);
+    }
 }
 
 void HomeView::selectRow(int row)
@@ -517,9 +529,12 @@ void HomeView::placeModalCard()
     const int width = std::min(kCardMaxWidth, area.width() - 2 * kCardMargin);
     const int room = std::max(kCardMinHeight, area.height() - 2 * kCardMargin);
     const int height = std::clamp(m_card->sizeHint().height(), kCardMinHeight, room);
-    m_gridOverlayBackdrop->setGeometry(area);
-    m_gridOverlayBackdrop->show();
-    m_gridOverlayBackdrop->raise();
+    // A tour dims the page by itself.
+    if (!m_mainWindow->tourActive()) {
+        m_gridOverlayBackdrop->setGeometry(area);
+        m_gridOverlayBackdrop->show();
+        m_gridOverlayBackdrop->raise();
+    }
     m_card->setGeometry((area.width() - width) / 2, (area.height() - height) / 2, width, height);
     m_card->show();
     m_card->raise();

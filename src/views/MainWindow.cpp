@@ -118,6 +118,8 @@ void MainWindow::connectModel()
         if (m_homeView)
             m_homeView->refreshUI(-1, false);
     });
+    connect(m_model, &LauncherModel::categoriesChanged, this, &MainWindow::onTourDataChanged);
+    connect(m_model, &LauncherModel::itemsChanged, this, &MainWindow::onTourDataChanged);
 }
 
 void MainWindow::refreshCategories()
@@ -357,6 +359,7 @@ void MainWindow::setupUI()
     deleteTree();
     buildBackground();
     buildPages();
+    m_builtLang = Tr::currentLang;
     // Left to the layout, the new content would appear one turn of the event loop later.
     m_bgContainer->show();
     chooseValidCategory();
@@ -404,8 +407,10 @@ void MainWindow::buildPages()
     containerLayout->setSpacing(0);
     m_mainStack = new QStackedWidget(m_bgContainer);
     containerLayout->addWidget(m_mainStack, 1);
-    connect(m_mainStack, &QStackedWidget::currentChanged, this,
-            [this](int index) { applyWindowSize(index == SettingsPage); });
+    connect(m_mainStack, &QStackedWidget::currentChanged, this, [this](int index) {
+        applyWindowSize(index == SettingsPage);
+        setTourOverlayVisible(true); // which ends a tour that points at the other page
+    });
     auto* homePage = new QWidget(m_mainStack);
     auto* homeLayout = new QVBoxLayout(homePage);
     homeLayout->setContentsMargins(0, 0, 0, 0);
@@ -449,6 +454,7 @@ void MainWindow::rebuildUIPreservingFocus()
         QTimer::singleShot(0, this, &MainWindow::rebuildUIPreservingFocus);
         return;
     }
+    endTour();
     const QWidget* focused = focusedInHere();
     const QString focusName = focused ? focused->objectName() : QString();
     const auto rebuild = [this, focusName] { rebuildNow(focusName); };
@@ -520,6 +526,8 @@ void MainWindow::finishShow()
         m_model->setCurrentCategory(m_model->data().categories.value(0));
     refreshCategories();
     m_homeView->categoryStrip()->setFocus();
+    setTourOverlayVisible(true);
+    considerOnboarding();
 }
 
 bool MainWindow::isHomePage() const

@@ -6,12 +6,15 @@
 #include "ActionsPanel.h"
 #include "FramelessWindow.h"
 #include "HeldKey.h"
+#include "Localization.h"
 #include "Types.h"
 
 #include <QPointer>
+#include <QSet>
 #include <QSystemTrayIcon>
 
 #include <functional>
+#include <optional>
 
 class GlobalHotkeyController;
 class HomeView;
@@ -24,6 +27,7 @@ class QListWidgetItem;
 class QMenu;
 class QStackedWidget;
 class SettingsView;
+class TourOverlay;
 namespace ActionsMenu
 {
 class Popup;
@@ -47,6 +51,22 @@ public:
     static constexpr int SettingsPage = 1;
     static constexpr int PageFadeOutMs = 110;
     static constexpr int PageFadeInMs = 170;
+    static constexpr int TourThemeDark = 2; ///< `Theme::forceTheme` during the guided tour
+
+    /// Where the guided tour is.
+    enum TourStep {
+        TourWelcome = 0,
+        TourMakeSection = 1,
+        TourSectionMade = 2,
+        TourOpenItemForm = 3,
+        TourPickType = 4,
+        TourFillName = 5,
+        TourPickFile = 6,
+        TourSaveItem = 7,
+        TourItemMade = 8,
+        TourFinish = 9,
+        TourStepCount = 10
+    };
 
     /// Dims the home page behind a dialog for as long as it lives, and the page that a rebuild puts
     /// in its place as well: make it on the stack.
@@ -62,6 +82,18 @@ public:
         static void takeOver(HomeView* homeView);
 
         QPointer<HomeView> view;
+    };
+
+    /// Has the tour, if one runs, explain the dialog that is about to open, for as long as it
+    /// lives: make it on the stack.
+    struct TourCompanion
+    {
+        TourCompanion(MainWindow* window, const char* titleKey, const char* descKey);
+        ~TourCompanion();
+        TourCompanion(const TourCompanion&) = delete;
+        TourCompanion& operator=(const TourCompanion&) = delete;
+
+        QPointer<MainWindow> win;
     };
 
     /// Loads settings and document and registers the hotkey; the window itself stays hidden. The
@@ -156,10 +188,24 @@ public:
     bool saveSectionAsTemplate(QWidget* parent, const QString& cat);
     bool createSectionFromTemplateViaDialog(QWidget* parent, const QString& templateName);
 
+    /// The guided tour runs over the home page, in the dark theme, until its last step is through,
+    /// what it points at is gone, or the window is rebuilt. What is made in it stays.
+    bool tourActive() const;
+    /// The step it is at; -1 outside of a tour.
+    int tourStep() const { return m_tourStep; }
+    void endTour();
+    /// During a tour the home page shows only what has been made in it.
+    bool tourShowsCategory(const QString& category) const;
+    bool tourShowsItem(const QString& id) const;
+    /// Takes the tour out of sight and back, for what else has to be seen.
+    void setTourOverlayVisible(bool visible);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public slots:
     void rebuildUIPreservingFocus();
+    /// Goes to the home page first if need be, and begins a moment later.
+    void startInteractiveTour();
 
 protected:
     bool isToggledToShow() const override;
@@ -194,6 +240,26 @@ private:
     bool isReordering() const;
     void endReorderMode();
 
+    void considerOnboarding();
+    void runOnboarding();
+    void whenSettled(const std::function<void()>& next, int waitMs = 0);
+    bool rebuildForLanguage();
+    bool forceTourDarkTheme();
+    void restoreThemeAfterTour();
+    void beginTour();
+    void showTourStep(int step);
+    static bool tourStepInsideForm(int step);
+    std::optional<QRect> tourTarget(int step) const;
+    QRect currentItemRectInWindow() const;
+    int totalItemCount() const;
+    void advanceTourFrom(int step);
+    void onTourDataChanged();
+    void onTourItemFormOpened();
+    void onTourItemFormClosed();
+    void connectTour();
+    void onTourTypeChanged(const QString& type);
+    void onTourValueChanged();
+
     bool handleTab();
     bool handleModalCardKey(const QKeyEvent* event);
     bool isModalCardOpen() const;
@@ -225,6 +291,15 @@ private:
     QStackedWidget* m_mainStack = nullptr;
     HomeView* m_homeView = nullptr;
     SettingsView* m_settingsView = nullptr;
+    Lang m_builtLang = Lang::En;         ///< what the texts of the tree are in
+    QPointer<TourOverlay> m_tourOverlay; ///< there exactly while a tour runs
+    int m_tourStep = -1;
+    int m_tourBaseline = 0;        ///< sections or items that there were when a step began
+    QSet<QString> m_tourKnownCats; ///< what there was when the tour began
+    QSet<QString> m_tourKnownItems;
+    int m_tourSavedTheme = 0;
+    bool m_tourThemeForced = false;
+    bool m_onboardingChecked = false; ///< once in a process
     bool m_itemEditorOpen = false;
     QPointer<QWidget> m_focusBeforeEditor;
     ItemActionsStep m_actionsStepBeforeEditor = ActionsNone;

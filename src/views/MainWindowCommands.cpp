@@ -78,6 +78,8 @@ bool MainWindow::handleKeyPress(QObject* watched, QKeyEvent* event)
 {
     if (!m_homeView || !m_mainStack || !m_settingsView)
         return false;
+    if (tourActive() && event->key() == Qt::Key_Tab)
+        return true;
     if (isReordering())
         return m_homeView->handleKeyPress(watched, event);
     if (event->key() == Qt::Key_Tab)
@@ -184,10 +186,12 @@ void MainWindow::openItemEditor(const QString& itemId)
     if (itemId.isEmpty() || !locateElementById(itemId, category, index))
         category = m_model->currentCategory();
     m_homeView->itemEditorPanel()->openEditor(category, itemId);
+    onTourItemFormOpened();
 }
 
 void MainWindow::closeItemEditor(int selectIndex)
 {
+    onTourItemFormClosed();
     m_itemEditorOpen = false;
     if (!m_homeView)
         return;
@@ -245,6 +249,7 @@ void MainWindow::closeItemActionsPanel()
 {
     if (!m_homeView)
         return;
+    setTourOverlayVisible(true);
     m_actionsStepBeforeEditor = ActionsNone;
     m_homeView->actionsPanel()->reset();
     m_homeView->updatePreviewPanel(m_homeView->list()->currentItem());
@@ -257,6 +262,7 @@ void MainWindow::openItemDeleteConfirm(const QString& itemId)
     int index = -1;
     if (!m_homeView || !locateElementById(itemId, category, index))
         return;
+    setTourOverlayVisible(false); // the question lies below it
     m_homeView->previewStack()->setCurrentIndex(HomeView::PagePreviewActions);
     m_homeView->actionsPanel()->openDeleteConfirm(category, itemId);
 }

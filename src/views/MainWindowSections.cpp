@@ -45,7 +45,11 @@ bool MainWindow::addSectionViaDialog(QWidget* parent)
 {
     const AutoQuitBlocker blocker;
     const DimBackdrop backdrop(m_homeView);
-    const auto answer = ask(parent, kNewSection, {});
+    const auto answer = [this, parent] {
+        const TourCompanion companion(this, "tour.section_dialog_title",
+                                      "tour.section_dialog_desc");
+        return ask(parent, kNewSection, {});
+    }();
     if (!answer)
         return false;
     if (answer->name.isEmpty())

@@ -196,7 +196,10 @@ QWidget* SettingsView::buildTemplatePage()
 
 QWidget* SettingsView::buildAboutPage()
 {
-    return new AboutSettingsPage(m_model);
+    auto* about = new AboutSettingsPage(m_model);
+    connect(about, &AboutSettingsPage::startTourRequested, m_mainWindow,
+            &MainWindow::startInteractiveTour);
+    return about;
 }
 
 void SettingsView::updateHeaderTitle()
