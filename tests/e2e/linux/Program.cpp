@@ -14,6 +14,8 @@
 #include <QTest>
 #include <QThread>
 
+#include <utility>
+
 Program::Program(Desktop& desktop) : m_desktop(desktop), m_environment(desktop.environment())
 {
     // Each case has a profile and a home of its own.
@@ -234,13 +236,15 @@ QImage Program::settledScreenshot() const
 {
     waitForKeysToBeHandled();
     QImage last = m_desktop.client().screenshot();
-    int equalPictures = 0;
+    QImage before = last; // the other of the two pictures that a blinking caret makes
+    int knownPictures = 0;
     const bool isSettled = QTest::qWaitFor(
         [&] {
             const QImage next = m_desktop.client().screenshot();
-            equalPictures = next == last ? equalPictures + 1 : 0;
-            last = next;
-            return equalPictures >= 10;
+            knownPictures = next == last || next == before ? knownPictures + 1 : 0;
+            if (next != last)
+                before = std::exchange(last, next);
+            return knownPictures >= 10;
         },
         Desktop::PatienceMs);
     if (!isSettled)

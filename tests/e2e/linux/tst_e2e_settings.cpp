@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "HomePage.h"
+#include "Localization.h"
 #include "MainWindow.h"
 #include "Pixels.h"
 #include "Profile.h"
@@ -24,9 +25,13 @@ private slots:
     void waysInAndOut();
     void escapeClimbsUp();
     void darkAndLightAndBack();
+    void fourLanguages();
+    void threeColumnCounts();
+    void accentByHex();
     void accentByField();
     void accentByHue();
     void accentThatIsNone();
+    void manyChanges();
 
 private:
     void start();
@@ -36,6 +41,7 @@ private:
     void changeBy(std::initializer_list<xcb_keysym_t> keys) const;
     QVector<xcb_window_t> viewableWindows() const;
     void openLanguageMenu() const;
+    void chooseLanguage(Lang lang) const;
     QPoint openPicker() const;
     void waitForColor(const QPoint& place, const QString& color, const char* failure) const;
     void waitForLook(int mode) const;
@@ -50,6 +56,7 @@ private:
     QRgb pixel(const QPoint& place) const;
     bool isSettingsPage() const;
     QString stored(const QString& key) const;
+    qint64 residentBytes() const;
 
     std::unique_ptr<Desktop> m_desktop;
     std::unique_ptr<HomePage> m_home;
@@ -59,8 +66,19 @@ private:
 namespace
 {
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kIsMemoryTold = false; // what is freed stays resident there
+#else
+constexpr bool kIsMemoryTold = true;
+#endif
+constexpr int kChanges = 20; // within the five minutes that a function has on a busy machine
+constexpr int kFirstChanges = 10;
+constexpr double kGrowth = 1.05;
+
 const QString kThemeKey = QStringLiteral("Theme/ForceTheme");
 const QString kSeedKey = QStringLiteral("Theme/SeedColor");
+const QString kColumnsKey = QStringLiteral("Layout/GridColumns");
+const QString kLanguageKey = QStringLiteral("Language/Code");
 const QString kSeed = QStringLiteral("#0284c7");
 constexpr int kSystem = 0;
 constexpr int kLight = 1;
@@ -84,6 +102,20 @@ QVector<LauncherElement> twelveItems()
                                    QStringLiteral("https://example.org")));
     }
     return items;
+}
+
+/// How many tiles the line at that height of the window goes through.
+int tilesAt(const QImage& window, int y)
+{
+    const QColor ground(Theme::panelBg());
+    int tiles = 0;
+    bool isInTile = false;
+    for (int x = 40; x < window.width() - 40; ++x) {
+        const bool isTile = window.pixelColor(x, y) != ground;
+        tiles += isTile && !isInTile ? 1 : 0;
+        isInTile = isTile;
+    }
+    return tiles;
 }
 
 } // namespace
@@ -126,6 +158,14 @@ bool E2eSettings::isSettingsPage() const
 QString E2eSettings::stored(const QString& key) const
 {
     return m_home->program().setting(key).toString();
+}
+
+qint64 E2eSettings::residentBytes() const
+{
+    QFile file(QStringLiteral("/proc/%1/statm").arg(m_home->program().processId()));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    return file.readAll().split(' ').value(1).toLongLong() * 4096;
 }
 
 void E2eSettings::start()
@@ -190,6 +230,13 @@ void E2eSettings::openLanguageMenu() const
 }
 
 /// From the button of the languages.
+void E2eSettings::chooseLanguage(Lang lang) const
+{
+    openLanguageMenu();
+    m_home->press(HomePage::Down, int(lang) + 1);
+    changeBy({HomePage::Return});
+    waitForStored(kLanguageKey, Tr::codeFor(lang), "the language isn't stored");
+}
 
 /// From the colour sample. Gives the corner of the dialog on the screen.
 QPoint E2eSettings::openPicker() const
@@ -340,6 +387,89 @@ void E2eSettings::darkAndLightAndBack()
     waitForLook(kDark);
 }
 
+void E2eSettings::fourLanguages()
+{
+    start();
+    enterPage();
+    m_home->press({HomePage::Down, HomePage::Down, HomePage::Down});
+    waitForFocusedLanguage("Down doesn't lead to the languages");
+    QList<QImage> pictures{m_home->settledScreenshot()};
+    for (const Lang lang : {Lang::Id, Lang::Es, Lang::Ja, Lang::En}) {
+        chooseLanguage(lang);
+        waitForFocusedLanguage("the focus isn't on the button of the languages");
+        pictures.append(m_home->settledScreenshot());
+    }
+    for (int i = 1; i < 4; ++i) {
+        for (int j = 0; j < i; ++j)
+            QVERIFY(pictures.at(i) != pictures.at(j));
+    }
+    QCOMPARE(pictures.last(), pictures.first()); // English again, and nothing has moved
+    chooseLanguage(Lang::Ja);
+    waitForFocusedLanguage("the focus isn't on the button of the languages");
+    restart();
+    enterPage();
+    m_home->press({HomePage::Down, HomePage::Down, HomePage::Down});
+    waitForFocusedLanguage("Down doesn't lead to the languages after a restart");
+    QCOMPARE(m_home->settledScreenshot(), pictures.at(3));
+}
+
+void E2eSettings::threeColumnCounts()
+{
+    constexpr int kInFirstLine = 176 + 30; // below the upper edge of the tiles, above their glyphs
+    start();
+    enterPage();
+    m_home->press({HomePage::Down, HomePage::Down});
+    waitForFocusedChoice("Down doesn't lead to the columns");
+    struct Step
+    {
+        xcb_keysym_t key;
+        int columns;
+    };
+    int tilesSeen = 3;
+    for (const Step& step :
+         {Step{HomePage::Left, 2}, Step{HomePage::Right, 3}, Step{HomePage::Right, 4}}) {
+        changeBy({step.key, HomePage::Return});
+        waitForStored(kColumnsKey, QString::number(step.columns), "the columns aren't stored");
+        waitForFocusedChoice("the focus isn't on the button of the columns");
+        m_home->press({HomePage::Escape, HomePage::Escape});
+        waitFor([this] { return !isSettingsPage(); }, "Esc doesn't lead to the home page");
+        tilesSeen =
+            tilesAt(m_home->settledScreenshot().copy(m_home->program().homeWindow().geometry),
+                    kInFirstLine);
+        QCOMPARE(tilesSeen, step.columns);
+        enterPage();
+        m_home->press({HomePage::Down, HomePage::Down});
+        waitForFocusedChoice("Down doesn't lead to the columns again");
+    }
+    restart();
+    const QImage picture = m_home->settledScreenshot();
+    QCOMPARE(tilesAt(picture.copy(m_home->program().homeWindow().geometry), kInFirstLine), 4);
+}
+
+void E2eSettings::accentByHex()
+{
+    start();
+    enterPage();
+    m_home->press({HomePage::Down});
+    waitForFocusedSwatch("Down doesn't lead to the accent colour");
+    for (const char* typed : {"#d03060", "forestgreen", "#808080", "#ffffff", "#D0A060"}) {
+        openPicker();
+        m_home->chord({HomePage::Control, 'a'});
+        m_home->type(QString::fromLatin1(typed));
+        Program::keep(m_home->settledScreenshot(),
+                      QStringLiteral("settings-picker-") + QString::fromLatin1(typed).remove('#'));
+        changeBy({HomePage::Return});
+        waitForStored(kSeedKey, QString::fromLatin1(typed), "the colour isn't stored as typed");
+        Theme::seedColorHex = QString::fromLatin1(typed);
+        waitForLook(kLight);
+        m_home->waitForHome();
+        waitForFocusedSwatch("the focus isn't on the accent colour");
+    }
+    restart();
+    openSettings();
+    waitForLook(kLight);
+}
+
 void E2eSettings::accentByField()
 {
     start();
@@ -402,6 +532,35 @@ void E2eSettings::accentThatIsNone()
     waitForFocusedSwatch("the focus isn't on the accent colour again");
     waitForLook(kLight);
     QVERIFY(stored(kSeedKey).isEmpty());
+}
+
+void E2eSettings::manyChanges()
+{
+    start();
+    enterPage();
+    qint64 bytesAtFirst = 0;
+    int mode = kLight;
+    const int wanted = qEnvironmentVariableIntValue("ORLIMO_E2E_CHANGES");
+    const int changes = wanted > kFirstChanges ? wanted : kChanges;
+    for (int i = 0; i < changes / 2; ++i) {
+        if (i == kFirstChanges / 2)
+            bytesAtFirst = residentBytes();
+        changeBy({mode == kLight ? HomePage::Right : HomePage::Left, HomePage::Return});
+        mode = mode == kLight ? kDark : kLight;
+        waitForStored(kThemeKey, QString::number(mode), "the theme isn't stored");
+        waitForLook(mode);
+        waitForFocusedChoice("the focus isn't on the button of the theme");
+        m_home->press({HomePage::Down, HomePage::Down, HomePage::Down});
+        waitForFocusedLanguage("Down doesn't lead to the languages");
+        chooseLanguage(static_cast<Lang>((i + 1) % 4));
+        waitForFocusedLanguage("the focus isn't on the button of the languages");
+        m_home->press({HomePage::Up, HomePage::Up, HomePage::Up});
+        waitForFocusedChoice("Up doesn't lead to the theme");
+    }
+    const qint64 bytes = residentBytes();
+    qInfo("%lld bytes after %d changes, %lld after %d", bytesAtFirst, kFirstChanges, bytes,
+          changes);
+    QVERIFY(!kIsMemoryTold || double(bytes) <= double(bytesAtFirst) * kGrowth);
 }
 
 QTEST_GUILESS_MAIN(E2eSettings)
