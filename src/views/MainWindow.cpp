@@ -241,10 +241,31 @@ void MainWindow::goToPage(int index)
     });
 }
 
+SettingsView* MainWindow::settingsView()
+{
+    if (m_settingsView)
+        buildSettings();
+    return m_settingsView;
+}
+
+/// Its pages take longer than all the rest of the window, and few who start the program go there.
+void MainWindow::buildSettings()
+{
+    if (m_settingsView->categoryList())
+        return;
+    m_settingsView->setupUI();
+    // Left to the layout, they would come into view, and could have the focus, one turn later.
+    const auto parts =
+        m_settingsView->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* part : parts)
+        part->show();
+}
+
 void MainWindow::goToSettings()
 {
     if (!m_settingsView)
         return;
+    buildSettings();
     goToPage(SettingsPage);
     // At once: whatever is typed during the dip is typed there.
     m_settingsView->focusCategoryPane();
@@ -408,6 +429,8 @@ void MainWindow::buildPages()
     m_mainStack = new QStackedWidget(m_bgContainer);
     containerLayout->addWidget(m_mainStack, 1);
     connect(m_mainStack, &QStackedWidget::currentChanged, this, [this](int index) {
+        if (index == SettingsPage)
+            buildSettings();
         applyWindowSize(index == SettingsPage);
         setTourOverlayVisible(true); // which ends a tour that points at the other page
     });
@@ -419,7 +442,6 @@ void MainWindow::buildPages()
     homeLayout->addWidget(m_homeView, 1);
     m_mainStack->addWidget(homePage);
     m_settingsView = new SettingsView(m_model, this, m_mainStack);
-    m_settingsView->setupUI();
     m_mainStack->addWidget(m_settingsView);
     connectHomeView();
 }
@@ -472,9 +494,10 @@ void MainWindow::rebuildNow(const QString& focusName)
     setupUI();
     m_trayShowAction->setText(Tr::t(QStringLiteral("main.tray_show")));
     m_trayQuitAction->setText(Tr::t(QStringLiteral("main.tray_exit")));
-    m_settingsView->categoryList()->setCurrentRow(row);
-    if (wasSettings)
+    if (wasSettings) {
+        settingsView()->categoryList()->setCurrentRow(row);
         m_mainStack->setCurrentIndex(SettingsPage);
+    }
     giveFocusBack(focusName);
 }
 

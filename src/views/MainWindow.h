@@ -106,8 +106,9 @@ public:
     /// The file of the document.
     QString jsonPath() const { return m_jsonPath; }
 
-    /// The page of the settings; null while the tree is built anew.
-    SettingsView* settingsView() const { return m_settingsView; }
+    /// The page of the settings, which is built when it is entered or asked for first; null while
+    /// the tree is built anew.
+    SettingsView* settingsView();
 
     GlobalHotkeyController* hotkeyController() const { return m_hotkeyController; }
     /// The controller of the other window's hotkey, which that window keeps owning.
@@ -222,6 +223,7 @@ private:
     void deleteTree();
     void buildBackground();
     void buildPages();
+    void buildSettings();
     void connectModel();
     void connectHomeView();
     void chooseValidCategory();

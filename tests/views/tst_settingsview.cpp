@@ -28,6 +28,7 @@ private slots:
     void titleDoesNotFollowTheCategory();
     void nothingBeforeItIsBuilt();
 
+    void isBuiltWhenItIsEntered();
     void entersByKeyAndButton_data();
     void entersByKeyAndButton();
     void keepsTheCategoryAcrossVisits();
@@ -248,6 +249,25 @@ void SettingsViewTest::nothingBeforeItIsBuilt()
     QFocusEvent focusIn(QEvent::FocusIn);
     QVERIFY(!view.handleEvent(&view, &focusIn));
     QCOMPARE(focused(), strip());
+}
+
+void SettingsViewTest::isBuiltWhenItIsEntered()
+{
+    open();
+    const auto list = [this] { return m_window->findChild<QListWidget*>("settingsCatList"); };
+    QVERIFY(!list());
+    press(Qt::Key_Tab);
+    QVERIFY(list());
+    QCOMPARE(focused(), list());
+    QTRY_VERIFY(isOnSettings());
+    waitForTheDip();
+    QVERIFY(list()->isVisible());
+    QCOMPARE(focused(), list());
+    const QPointer<QListWidget> old(list());
+    m_window->rebuildUIPreservingFocus();
+    QTRY_VERIFY(!old);
+    QVERIFY(list()->isVisible());
+    QCOMPARE(focused(), list());
 }
 
 void SettingsViewTest::entersByKeyAndButton_data()
