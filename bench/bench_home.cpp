@@ -3,14 +3,17 @@
 
 // What the home page costs, each time to the painted window: its show, another section, a keystroke
 // in its search, its tiles under the mouse and while they are scrolled, its editor, and a rebuild
-// of the whole interface. A bare window with a line edit and a list of as many rows does the same
-// in the same run, so that numbers from different machines can be compared.
+// of the whole interface; and changes of the settings. A bare window with a line edit and a list of
+// as many rows does the same in the same run, so that numbers from different machines can be
+// compared.
 
 #include "FakeHotkeyBackend.h"
 #include "HomeView.h"
 #include "ItemEditorPanel.h"
 #include "LauncherModel.h"
+#include "Localization.h"
 #include "MainWindow.h"
+#include "SettingsView.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
 #include "TestFonts.h"
@@ -23,6 +26,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSet>
@@ -296,6 +300,41 @@ void reportFewItems(BareWindow& bare)
     bare.show();
 }
 
+/// A change that builds the window anew in sight, as the user of its settings page sees it: the dip
+/// of the window, whose first half is 110 ms long, is in it.
+void reportSettings(BareWindow& bare)
+{
+    std::printf("settings, %d items behind them\n", kFewItems);
+    Home home({kFewItems});
+    MainWindow& window = home.window();
+    window.goToSettings();
+    if (!QTest::qWaitFor([&window] { return window.settingsView()->isVisible(); }))
+        qFatal("the settings do not show");
+    QTest::qWait(2 * MainWindow::PageFadeInMs);
+    bare.build(kFewItems);
+    bare.show();
+    const Timing bareTiming = timeSteps(rowsOf(bare), [&bare](int) { bare.fill(kFewItems); });
+    QPointer<SettingsView> old;
+    const auto newPage = [&]() -> QWidget* { return old ? nullptr : window.settingsView(); };
+    const auto waitForTheEnd = [] { QTest::qWait(2 * MainWindow::PageFadeInMs); };
+    const int mode = Theme::forceTheme;
+    const int columns = Theme::gridColumns;
+    const Timing timing = timeSteps(
+        newPage,
+        [&](int round) {
+            old = window.settingsView();
+            Theme::forceTheme = 1 + round % 2;
+            Theme::gridColumns = 2 + round % 3;
+            Tr::currentLang = Tr::all().at(round % 4);
+            window.rebuildUIPreservingFocus();
+        },
+        waitForTheEnd);
+    report("  theme and language changed", timing, bareTiming);
+    Theme::forceTheme = mode;
+    Theme::gridColumns = columns;
+    Tr::currentLang = Lang::En;
+}
+
 void reportManyItems(BareWindow& bare)
 {
     std::printf("two sections of %d items each\n", kManyItems);
@@ -345,6 +384,7 @@ int main(int argc, char** argv)
     TestFonts::addWeights();
     BareWindow bare;
     reportFewItems(bare);
+    reportSettings(bare);
     reportManyItems(bare);
     reportHugeDocument(bare);
     return 0;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FittingText.h"
 #include "Pixels.h"
 #include "RowPainting.h"
 #include "SettingsCatDelegate.h"
@@ -23,6 +24,8 @@ private slots:
     void panel();
     void categoriesAndPages_data();
     void categoriesAndPages();
+    void textsFit_data();
+    void textsFit();
     void categoryListLook();
     void hoveredCategoryIsLit();
     void titleDoesNotFollowTheCategory();
@@ -183,6 +186,44 @@ void SettingsViewTest::categoriesAndPages()
                  qPrintable(item->text()));
     }
     QCOMPARE(part("settingsHeaderCard")->findChild<QLabel*>()->text(), Tr::t("settings.title"));
+}
+
+void SettingsViewTest::textsFit_data()
+{
+    categoriesAndPages_data();
+}
+
+void SettingsViewTest::textsFit()
+{
+    QFETCH(Lang, lang);
+    FittingText::useProgramFont();
+    store("Language/Code", Tr::codeFor(lang));
+    openSettings();
+    for (int row = 0; row < 4; ++row) {
+        categories()->setCurrentRow(row);
+        QCoreApplication::processEvents();
+        const QRect page = rectIn(*settings(), pages());
+        int texts = 0;
+        for (QPushButton* button : pages()->currentWidget()->findChildren<QPushButton*>()) {
+            const QSize text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
+            QVERIFY2(text.width() <= FittingText::contentsOf(*button).width(),
+                     qPrintable(button->text()));
+            const QRect place = rectIn(*settings(), button);
+            QVERIFY2(place.left() >= page.left() && place.right() <= page.right(),
+                     qPrintable(button->text()));
+            ++texts;
+        }
+        for (QLabel* label : pages()->currentWidget()->findChildren<QLabel*>()) {
+            if (!label->isVisible() || label->text().isEmpty())
+                continue;
+            const bool fits = label->wordWrap()
+                                  ? label->heightForWidth(label->width()) <= label->height()
+                                  : label->sizeHint().width() <= label->width();
+            QVERIFY2(fits, qPrintable(label->text()));
+            ++texts;
+        }
+        QVERIFY(texts >= 6);
+    }
 }
 
 void SettingsViewTest::categoryListLook()
