@@ -44,7 +44,8 @@ public:
     /// Goes to the category that bears this text, which is a translated one, and into its page.
     /// \returns false if there is none.
     bool openCategoryByTitle(const QString& title);
-    /// \param widget what had the focus before the page was built anew; may be null.
+    /// Gives the focus to what had it before the page was built anew, and scrolls its card into
+    /// view. \param widget may be null.
     void focusAfterRebuild(QWidget* widget);
     /// The title is that of the settings as a whole, whatever the category.
     void updateHeaderTitle();
@@ -84,6 +85,7 @@ private:
     bool handleBackButtonKey(int key);
     void syncToCurrentCategory();
     void focusRow(QFrame* row);
+    static void scrollTo(QFrame* row);
 
     QPushButton* m_settingsBackBtn = nullptr;
     CardHeader* m_settingsHeader = nullptr;

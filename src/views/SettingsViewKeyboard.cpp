@@ -196,8 +196,11 @@ bool SettingsView::focusCategoryPane()
 
 void SettingsView::focusAfterRebuild(QWidget* widget)
 {
-    if (widget)
-        widget->setFocus();
+    if (!widget)
+        return;
+    widget->setFocus();
+    if (QFrame* row = rowOf(widget))
+        scrollTo(row);
 }
 
 void SettingsView::openSelectedCategory()
@@ -251,7 +254,12 @@ bool SettingsView::focusRowControl(QFrame* row)
     if (!control)
         return false;
     control->setFocus();
+    scrollTo(row);
+    return true;
+}
+
+void SettingsView::scrollTo(QFrame* row)
+{
     if (QScrollArea* area = scrollAreaAround(row))
         area->ensureWidgetVisible(row, 0, kRowMargin);
-    return true;
 }

@@ -46,6 +46,7 @@ private slots:
 
     void rebuildKeepsTheCategory_data();
     void rebuildKeepsTheCategory();
+    void rebuildKeepsTheFocusInView();
     void rebuildInAnotherLanguage();
     void controlsChangeTheWindow_data();
     void controlsChangeTheWindow();
@@ -502,6 +503,26 @@ void SettingsViewTest::rebuildKeepsTheCategory()
     QCOMPARE(focusedName(), focus);
     QVERIFY(settings()->isAncestorOf(focused()));
     QVERIFY(part("settingsHeaderCard")->styleSheet().contains(Theme::shellBg()));
+}
+
+void SettingsViewTest::rebuildKeepsTheFocusInView()
+{
+    openSettings(2);
+    QString last;
+    for (int i = 0; i < 12; ++i) {
+        SectionTemplate tpl;
+        tpl.name = last = QStringLiteral("Kit%1").arg(i);
+        model()->saveTemplate(tpl);
+    }
+    const QString button = QStringLiteral("tplMenuBtn_") + last;
+    QTRY_VERIFY(part(qPrintable(button)));
+    part(qPrintable(button))->setFocus();
+    rebuild();
+    QCOMPARE(focusedName(), button);
+    const QFrame* card = settings()->rowOf(focused());
+    auto* area = pages()->currentWidget()->findChild<QScrollArea*>();
+    QVERIFY(area->widget()->height() > area->viewport()->height() + 100);
+    QVERIFY(area->viewport()->rect().contains(rectIn(*area->viewport(), card)));
 }
 
 void SettingsViewTest::rebuildInAnotherLanguage()
