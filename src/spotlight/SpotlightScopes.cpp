@@ -150,11 +150,24 @@ void SpotlightWindow::addFolderChips()
 {
     const QString removeText = Tr::t(QStringLiteral("spotlight.chip_remove"));
     const QStringList folders = FolderFilter::folders();
+    int room = roomForChips();
     for (const QString& path : folders) {
+        // Below the screen nobody sees it, and each costs a style sheet. It comes as others go.
+        if (room <= 0)
+            break;
         GlyphButton* chip = addFilterChip(Glyph::Folder, FolderFilter::nameOf(path));
+        room -= chip->width() + CHIP_GAP;
         chip->setToolTip(ToolTips::plain(path + QLatin1Char('\n') + removeText));
         connect(chip, &QPushButton::clicked, this, [this, path] { removeFolder(path); });
     }
+}
+
+int SpotlightWindow::roomForChips()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const int height = screen ? screen->virtualGeometry().height() : 0;
+    const int lines = height / (PillStyle::Height + CHIP_GAP) + 1;
+    return lines * (ChipRowWidth + CHIP_GAP);
 }
 
 void SpotlightWindow::fitChipMargins()

@@ -39,7 +39,6 @@ constexpr int kBoxMarginRight = 6;
 constexpr int kSearchIconBox = 20;
 constexpr int kSearchIconPx = 16;
 constexpr int kSettingsIconPx = 20;
-constexpr int kChipGap = 8;
 
 } // namespace
 
@@ -129,7 +128,7 @@ void SpotlightWindow::buildChipRow()
 {
     m_chipRow = new QWidget(m_searchPill);
     m_chipRow->setObjectName(QStringLiteral("spotlightChipRow"));
-    m_chipLayout = new FlowLayout(m_chipRow, kChipGap, kChipGap);
+    m_chipLayout = new FlowLayout(m_chipRow, CHIP_GAP, CHIP_GAP);
     m_chipLayout->setContentsMargins(CHIP_MARGIN, 0, CHIP_MARGIN, 0);
     m_chipRow->hide();
     m_searchPill->layout()->addWidget(m_chipRow);

@@ -44,6 +44,7 @@ public:
     static constexpr int ChipRowWidth = 484;
     static constexpr int SETTINGS_BTN_SIZE = 32;
     static constexpr int CHIP_MARGIN = 8; ///< beside the chips, where their widths leave it
+    static constexpr int CHIP_GAP = 8;    ///< between neighbours and between lines of them
     static constexpr int SEAM_GAP = 0;    ///< between strip and panel
     static constexpr int RESULTS_PAD_SIDE = 6;
     static constexpr int RESULTS_PAD_TOP = 4;
@@ -150,6 +151,9 @@ private:
     void refreshFilterChips();
     void addScopeChips();
     void addFolderChips();
+    /// Width in pixels, gaps included, that chips in one line must have to fill all screens' height
+    /// when they are broken into lines.
+    static int roomForChips();
     void fitChipMargins();
     GlyphButton* addFilterChip(uint glyph, const QString& label);
     void showFilterMenu();

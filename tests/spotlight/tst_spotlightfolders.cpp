@@ -91,6 +91,7 @@ private slots:
     void longNamesAreElided_data();
     void longNamesAreElided();
     void chipsWrapOntoThreeLines();
+    void chipsStopWhereNobodySeesThem();
     void chipsLastOverShows();
     void clickedChipRemovesItsFolder();
     void removedFolderRebuildsTheResults();
@@ -284,6 +285,33 @@ void SpotlightFoldersTest::chipsWrapOntoThreeLines()
     QCOMPARE(f->window.height(), kEmptyHeight + 18 + 3 * kOneChipRow + 2 * 8);
     QTest::mouseClick(f->chips().at(1), Qt::LeftButton);
     QCOMPARE(f->window.height(), kEmptyHeight + 18 + 2 * kOneChipRow + 8);
+}
+
+void SpotlightFoldersTest::chipsStopWhereNobodySeesThem()
+{
+    QStringList folders;
+    QStringList names;
+    for (int i = 0; i < 5000; ++i) {
+        names << QStringLiteral("f%1").arg(i);
+        folders << homeFolder(names.constLast());
+    }
+    limitTo(folders.mid(0, 60));
+    QCOMPARE(f->chipTexts(), names.mid(0, 60)); // on a dozen lines
+    f->window.hide();
+    limitTo(folders);
+    const qsizetype made = f->chips().size();
+    QVERIFY2(made < 300, qPrintable(QString::number(made)));
+    QCOMPARE(f->chipTexts(), names.mid(0, made));
+    QVERIFY(f->chipRow()->height() >= screenArea().height()); // no gap at the end
+    QVERIFY2(f->window.height() < 3 * screenArea().height(),
+             qPrintable(QString::number(f->window.height())));
+    QTest::mouseClick(f->chips().constFirst(), Qt::LeftButton);
+    QCOMPARE(FolderFilter::folders(), folders.mid(1));
+    QVERIFY(f->chips().size() >= made - 1); // later ones have wider names
+    QCOMPARE(f->chipTexts(), names.mid(1, f->chips().size()));
+    f->window.hide();
+    limitTo(folders.mid(4990)); // they come as others go
+    QCOMPARE(f->chipTexts(), names.mid(4990));
 }
 
 void SpotlightFoldersTest::chipsLastOverShows()
