@@ -85,7 +85,7 @@ void E2eHotkeys::newOneLivesAndOldOneIsDead()
         m_desktop->focusOtherWindow();
         int pressed = 0;
         m_desktop->client().takeKeyPressCount();
-        program.key(QStringLiteral("ctrl+alt+space"));
+        m_desktop->client().pressKeys({HomePage::Control, SettingsKeys::Alt, HomePage::Space});
         QTRY_COMPARE(pressed += m_desktop->client().takeKeyPressCount(), 3);
     }
 }
