@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
+#include <QSettings>
 #include <QtTest>
 
 #include <array>
@@ -75,6 +76,29 @@ QString sharedProgram(const Desktop& desktop)
     return desktop.path(QStringLiteral("shared/Orlimo"));
 }
 
+/// Makes a directory that nobody but that user may look into.
+void makePrivate(const QString& dir, uid_t id)
+{
+    QDir().mkpath(dir);
+    QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (::chown(QFile::encodeName(dir).constData(), id, id) != 0)
+        qFatal("cannot give %s away", qPrintable(dir));
+}
+
+/// As Program does: a window that welcomes its user doesn't hide.
+void haveHadTheWelcome(const QString& dataHome, uid_t id)
+{
+    const QString dir = dataHome + QStringLiteral("/Orlimo/Orlimo");
+    makePrivate(dataHome + QStringLiteral("/Orlimo"), id);
+    makePrivate(dir, id);
+    const QString path = dir + QStringLiteral("/settings.ini");
+    QSettings settings(path, QSettings::IniFormat);
+    settings.setValue(QStringLiteral("Onboarding/Completed"), true);
+    settings.sync();
+    if (::chown(QFile::encodeName(path).constData(), id, id) != 0)
+        qFatal("cannot give %s away", qPrintable(path));
+}
+
 User::User(Desktop& desktop, const QString& name, uid_t id)
     : m_desktop(desktop), m_id(id), m_environment(desktop.environment())
 {
@@ -82,12 +106,10 @@ User::User(Desktop& desktop, const QString& name, uid_t id)
     for (const char* variable :
          {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
         const QString dir = own + QLatin1Char('/') + QString::fromLatin1(variable);
-        QDir().mkpath(dir);
-        QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        if (::chown(QFile::encodeName(dir).constData(), id, id) != 0)
-            qFatal("cannot give %s away", qPrintable(dir));
+        makePrivate(dir, id);
         m_environment.insert(QString::fromLatin1(variable), dir);
     }
+    haveHadTheWelcome(m_environment.value(QStringLiteral("XDG_DATA_HOME")), id);
 }
 
 User::~User()
