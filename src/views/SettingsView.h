@@ -46,7 +46,7 @@ public:
     bool openCategoryByTitle(const QString& title);
     /// Gives the focus to what had it before the page was built anew, and scrolls its card into
     /// view. \param widget may be null.
-    void focusAfterRebuild(QWidget* widget);
+    void focusAfterRebuild(QWidget* widget) const;
     /// The title is that of the settings as a whole, whatever the category.
     void updateHeaderTitle();
     /// Gives the focus to the first control of the current page.

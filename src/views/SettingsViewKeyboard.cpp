@@ -194,7 +194,7 @@ bool SettingsView::focusCategoryPane()
     return true;
 }
 
-void SettingsView::focusAfterRebuild(QWidget* widget)
+void SettingsView::focusAfterRebuild(QWidget* widget) const
 {
     if (!widget)
         return;

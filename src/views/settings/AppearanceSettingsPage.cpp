@@ -21,7 +21,7 @@ AppearanceSettingsPage::AppearanceSettingsPage(QWidget* parent) : QWidget(parent
     rows->addWidget(buildAccentCard());
 }
 
-QWidget* AppearanceSettingsPage::buildThemeCard()
+QWidget* AppearanceSettingsPage::buildThemeCard() const
 {
     auto* themes =
         new ChoiceRow({{0, Tr::t("settings.app.theme_auto"), QStringLiteral("themeBtn_auto")},
@@ -32,7 +32,7 @@ QWidget* AppearanceSettingsPage::buildThemeCard()
     return new SettingsCard(Tr::t("settings.app.theme_title"), themes);
 }
 
-QWidget* AppearanceSettingsPage::buildAccentCard()
+QWidget* AppearanceSettingsPage::buildAccentCard() const
 {
     auto* swatch =
         new AccentSwatchButton(Theme::seedColor(), QColor(Theme::colors().outline), nullptr);

@@ -20,8 +20,8 @@ signals:
     void appearanceChanged();
 
 private:
-    QWidget* buildThemeCard();
-    QWidget* buildAccentCard();
+    QWidget* buildThemeCard() const;
+    QWidget* buildAccentCard() const;
     void changeTheme(int mode);
     void askForAccent();
 };

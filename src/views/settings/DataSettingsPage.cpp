@@ -66,7 +66,7 @@ DataSettingsPage::DataSettingsPage(LauncherModel* model, const QString& jsonPath
 }
 
 QWidget* DataSettingsPage::buildRow(const QString& titleKey, QPushButton* button,
-                                    void (DataSettingsPage::*act)())
+                                    void (DataSettingsPage::*act)()) const
 {
     button->setMinimumWidth(MinButtonWidth);
     connect(button, &QPushButton::clicked, this, act);

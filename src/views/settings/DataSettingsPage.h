@@ -29,7 +29,7 @@ signals:
 
 private:
     QWidget* buildRow(const QString& titleKey, QPushButton* button,
-                      void (DataSettingsPage::*act)());
+                      void (DataSettingsPage::*act)()) const;
     void exportData();
     void importData();
     void resetData();

@@ -239,7 +239,7 @@ void TemplateSettingsPage::focusRow(int row)
     }
 }
 
-QFrame* TemplateSettingsPage::makeCreateRow(const ColorTokens& c)
+QFrame* TemplateSettingsPage::makeCreateRow(const ColorTokens& c) const
 {
     auto* button = new QPushButton(Tr::t("template.btn_create"));
     button->setObjectName(QStringLiteral("tplCreateBtn"));

@@ -55,7 +55,7 @@ private:
     int focusedRow() const;
     /// Gives the focus to the control in that row, or else to the next one above.
     void focusRow(int row);
-    QFrame* makeCreateRow(const ColorTokens& c);
+    QFrame* makeCreateRow(const ColorTokens& c) const;
     QLabel* makeEmptyState(const ColorTokens& c);
     QFrame* makeTemplateRow(const SectionTemplate& tpl, const ColorTokens& c);
     QPushButton* makeMenuButton(const QString& name, const ColorTokens& c);
