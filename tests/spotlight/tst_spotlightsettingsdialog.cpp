@@ -6,6 +6,7 @@
 #include "CustomMessageBox.h"
 #include "GlyphWidgets.h"
 #include "GroupHeader.h"
+#include "LanguageRows.h"
 #include "PickerPill.h"
 #include "Pixels.h"
 #include "Settings.h"
@@ -213,9 +214,7 @@ void SpotlightSettingsDialogTest::looksLikeEveryDialog()
 
 void SpotlightSettingsDialogTest::rowsInTheirOrder_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void SpotlightSettingsDialogTest::rowsInTheirOrder()

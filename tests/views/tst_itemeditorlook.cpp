@@ -4,6 +4,7 @@
 #include "ActionsMenu.h"
 #include "FittingText.h"
 #include "ItemEditorTest.h"
+#include "LanguageRows.h"
 #include "Pixels.h"
 
 #include <QAccessible>
@@ -306,9 +307,7 @@ void ItemEditorLookTest::textsFit()
 
 void ItemEditorLookTest::menuRowsFit_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::newRow(qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void ItemEditorLookTest::menuRowsFit()

@@ -4,6 +4,7 @@
 #include "DrivenClock.h"
 #include "ItemReorderOverlay.h"
 #include "ItemRoles.h"
+#include "LanguageRows.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "TestHome.h"
@@ -384,9 +385,7 @@ void ItemReorderOverlayTest::listThatChangesMeanwhile()
 
 void ItemReorderOverlayTest::inEveryLanguage_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::newRow(qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void ItemReorderOverlayTest::inEveryLanguage()

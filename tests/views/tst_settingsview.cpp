@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FittingText.h"
+#include "LanguageRows.h"
 #include "Pixels.h"
 #include "RowPainting.h"
 #include "SettingsCatDelegate.h"
@@ -160,9 +161,7 @@ void SettingsViewTest::panel()
 
 void SettingsViewTest::categoriesAndPages_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::newRow(qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void SettingsViewTest::categoriesAndPages()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CustomMessageBox.h"
+#include "LanguageRows.h"
 #include "Localization.h"
 #include "Pixels.h"
 #include "TestHome.h"
@@ -390,9 +391,7 @@ void CustomMessageBoxTest::scrolledBoxEndsAsAnyOther()
 
 void CustomMessageBoxTest::ordinaryTextsStayAsTheyAre_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::newRow(qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void CustomMessageBoxTest::ordinaryTextsStayAsTheyAre()

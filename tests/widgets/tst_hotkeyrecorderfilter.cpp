@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "BothHotkeys.h"
 #include "CustomMessageBox.h"
-#include "FakeHotkeyBackend.h"
-#include "GlobalHotkeyController.h"
 #include "HotkeyRecorderFilter.h"
 #include "Localization.h"
 #include "Settings.h"
@@ -18,14 +17,14 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include <memory>
+#include <optional>
 
 using Registration = FakeHotkeyBackend::Registration;
 
 namespace
 {
 
-constexpr WId kWindow = 4711;
+constexpr WId kWindow = BothHotkeys::Window;
 constexpr unsigned int kNoRepeat = 0x4000;
 constexpr unsigned int kCtrlAlt = 3;
 const QString kIdleStyle = QStringLiteral("QPushButton { padding: 3px; }");
@@ -125,35 +124,23 @@ private slots:
 private:
     HotkeyRecorderFilter::ControllerGetter getter()
     {
-        return [this] { return m_main.get(); };
+        return [this] { return m_hotkeys->main.get(); };
     }
     static QString stored(const QString& key) { return Settings::value(key).toString(); }
 
-    FakeHotkeyBackend* m_backend = nullptr;
-    std::unique_ptr<GlobalHotkeyController> m_main;
-    std::unique_ptr<GlobalHotkeyController> m_spotlight;
+    std::optional<BothHotkeys> m_hotkeys;
 };
 
 void HotkeyRecorderFilterTest::init()
 {
     Tr::currentLang = Lang::En;
     Theme::forceTheme = 1;
-    TestHome::writeDataFile("settings.ini", "");
-    m_backend = FakeHotkeyBackend::install();
-    for (HotkeyManager::Slot* slot : HotkeyManager::allSlots())
-        HotkeyManager::loadSettings(*slot, kWindow);
-    m_main = std::make_unique<GlobalHotkeyController>(kWindow, 1, &HotkeyManager::mainWindowSlot,
-                                                      nullptr);
-    m_spotlight = std::make_unique<GlobalHotkeyController>(kWindow, 2,
-                                                           &HotkeyManager::spotlightSlot, nullptr);
-    for (GlobalHotkeyController* each : {m_main.get(), m_spotlight.get()})
-        QVERIFY(each->applyHotkey(each->slot()->combo));
+    m_hotkeys.emplace();
 }
 
 void HotkeyRecorderFilterTest::cleanup()
 {
-    m_main.reset();
-    m_spotlight.reset();
+    m_hotkeys.reset();
 }
 
 void HotkeyRecorderFilterTest::idle()
@@ -295,7 +282,7 @@ void HotkeyRecorderFilterTest::recordsACombination()
     QVERIFY(HotkeyManager::parseCombo(combo, bits, code));
     const QVector<Registration> expected{{kWindow, 2, kCtrlAlt | kNoRepeat, 'Y'},
                                          {kWindow, 1, bits | kNoRepeat, code}};
-    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_hotkeys->backend->registrations(), expected);
 }
 
 void HotkeyRecorderFilterTest::swallowedKeysLeaveItListening_data()
@@ -456,8 +443,8 @@ void HotkeyRecorderFilterTest::refusals()
     QFETCH(int, key);
     QFETCH(Qt::KeyboardModifiers, modifiers);
     QFETCH(QString, message);
-    m_backend->takeByOther(kCtrlAlt, 'T');
-    m_backend->refuseUnder(1, kCtrlAlt, 'Q');
+    m_hotkeys->backend->takeByOther(kCtrlAlt, 'T');
+    m_hotkeys->backend->refuseUnder(1, kCtrlAlt, 'Q');
     Page page(getter(), &HotkeyManager::mainWindowSlot);
     page.listen();
     QStringList texts;
@@ -475,8 +462,8 @@ void HotkeyRecorderFilterTest::refusals()
     // What was in force still is.
     QCOMPARE(page.display->text(), "Ctrl+Alt+Space");
     QCOMPARE(stored("Hotkey/Combo"), "Ctrl+Alt+Space");
-    QVERIFY(m_backend->registrations().contains({kWindow, 1, kCtrlAlt | kNoRepeat, 32}));
-    QCOMPARE(m_backend->registrations().size(), 2);
+    QVERIFY(m_hotkeys->backend->registrations().contains({kWindow, 1, kCtrlAlt | kNoRepeat, 32}));
+    QCOMPARE(m_hotkeys->backend->registrations().size(), 2);
 }
 
 void HotkeyRecorderFilterTest::refusalKeepsWindowsOpen()
@@ -495,15 +482,15 @@ void HotkeyRecorderFilterTest::refusalKeepsWindowsOpen()
 
 void HotkeyRecorderFilterTest::lateRefusalBringsTheOldOneBack()
 {
-    m_backend->refuseUnder(2, kCtrlAlt, 'Q');
-    Page page([this] { return m_spotlight.get(); }, &HotkeyManager::spotlightSlot);
+    m_hotkeys->backend->refuseUnder(2, kCtrlAlt, 'Q');
+    Page page([this] { return m_hotkeys->spotlight.get(); }, &HotkeyManager::spotlightSlot);
     page.listen();
     const ModalDriver driver([](QWidget* modal) { pressKey(*modal, Qt::Key_Return); });
     QTest::ignoreMessage(QtDebugMsg,
                          "GlobalHotkeyController: Failed to register hotkey \"Ctrl+Alt+Q\"");
     QTest::keyClick(page.button, Qt::Key_Q, Qt::ControlModifier | Qt::AltModifier);
     QCOMPARE(driver.count(), 1);
-    QVERIFY(m_backend->registrations().contains({kWindow, 2, kCtrlAlt | kNoRepeat, 'Y'}));
+    QVERIFY(m_hotkeys->backend->registrations().contains({kWindow, 2, kCtrlAlt | kNoRepeat, 'Y'}));
     QCOMPARE(stored("Hotkey/SpotlightCombo"), "Ctrl+Alt+Y");
 }
 
@@ -545,7 +532,7 @@ void HotkeyRecorderFilterTest::recordsNothingWithoutAControllerOrSlot()
     QFETCH(bool, hasSlot);
     HotkeyRecorderFilter::ControllerGetter get;
     if (hasGetter)
-        get = [this, hasController] { return hasController ? m_main.get() : nullptr; };
+        get = [this, hasController] { return hasController ? m_hotkeys->main.get() : nullptr; };
     Page page(get, hasSlot ? &HotkeyManager::mainWindowSlot : nullptr);
     const QString shown = hasSlot ? "Ctrl+Alt+Space" : "";
     QCOMPARE(page.display->text(), shown);
@@ -562,13 +549,13 @@ void HotkeyRecorderFilterTest::asksForTheControllerEachTime()
 {
     Page page(getter(), &HotkeyManager::mainWindowSlot);
     // The window has made itself anew.
-    m_main.reset();
-    m_main =
+    m_hotkeys->main.reset();
+    m_hotkeys->main =
         std::make_unique<GlobalHotkeyController>(4712, 1, &HotkeyManager::mainWindowSlot, nullptr);
     page.listen();
     QTest::keyClick(page.button, Qt::Key_K, Qt::ControlModifier);
-    QVERIFY(
-        m_backend->registrations().contains({4712, 1, HotkeyManager::ModControl | kNoRepeat, 'K'}));
+    QVERIFY(m_hotkeys->backend->registrations().contains(
+        {4712, 1, HotkeyManager::ModControl | kNoRepeat, 'K'}));
 }
 
 void HotkeyRecorderFilterTest::sameCombinationAgain()
@@ -578,7 +565,7 @@ void HotkeyRecorderFilterTest::sameCombinationAgain()
     QTest::keyClick(page.button, Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier);
     QVERIFY(!page.isListening());
     QCOMPARE(page.display->text(), "Ctrl+Alt+Space");
-    QCOMPARE(m_backend->registrations().size(), 2);
+    QCOMPARE(m_hotkeys->backend->registrations().size(), 2);
 }
 
 void HotkeyRecorderFilterTest::pageIsRebuilt()

@@ -4,6 +4,7 @@
 #include "ActionsMenu.h"
 #include "AutoQuitBlocker.h"
 #include "LanguageMenu.h"
+#include "LanguageRows.h"
 #include "Settings.h"
 #include "TestHome.h"
 #include "UiDriver.h"
@@ -59,9 +60,7 @@ void LanguageMenuTest::init()
 
 void LanguageMenuTest::listsTheLanguagesByTheirNames_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void LanguageMenuTest::listsTheLanguagesByTheirNames()

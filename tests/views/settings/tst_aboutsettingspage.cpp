@@ -5,6 +5,7 @@
 #include "Browser.h"
 #include "FittingText.h"
 #include "HotkeyManager.h"
+#include "LanguageRows.h"
 #include "Localization.h"
 #include "SettingsCard.h"
 #include "TestHome.h"
@@ -149,9 +150,7 @@ void AboutSettingsPageTest::looks()
 
 void AboutSettingsPageTest::textsFit_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void AboutSettingsPageTest::textsFit()

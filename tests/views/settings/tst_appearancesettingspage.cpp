@@ -8,6 +8,7 @@
 #include "CustomMessageBox.h"
 #include "FakeSystemTheme.h"
 #include "GlyphWidgets.h"
+#include "LanguageRows.h"
 #include "Localization.h"
 #include "Settings.h"
 #include "SettingsPageDriver.h"
@@ -90,9 +91,7 @@ QPushButton* AppearanceSettingsPageTest::button(const char* name) const
 
 void AppearanceSettingsPageTest::cards_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void AppearanceSettingsPageTest::cards()

@@ -5,6 +5,7 @@
 #include "CustomMessageBox.h"
 #include "DataSettingsPage.h"
 #include "FittingText.h"
+#include "LanguageRows.h"
 #include "LauncherModel.h"
 #include "Localization.h"
 #include "SettingsCard.h"
@@ -277,9 +278,7 @@ void DataSettingsPageTest::looks()
 
 void DataSettingsPageTest::textsFit_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void DataSettingsPageTest::textsFit()

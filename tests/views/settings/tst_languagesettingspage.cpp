@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "LanguageRows.h"
 #include "LanguageSettingsPage.h"
 #include "Localization.h"
 #include "Settings.h"
@@ -50,7 +51,6 @@ private slots:
 private:
     void show();
     QPushButton* button() const;
-    void addLanguageRows();
 
     std::unique_ptr<LanguageSettingsPage> m_page;
 };
@@ -74,13 +74,6 @@ void LanguageSettingsPageTest::show()
 QPushButton* LanguageSettingsPageTest::button() const
 {
     return SettingsPageDriver::button(*m_page, "langPickBtn");
-}
-
-void LanguageSettingsPageTest::addLanguageRows()
-{
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
 }
 
 void LanguageSettingsPageTest::card_data()

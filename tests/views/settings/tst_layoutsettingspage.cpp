@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "LanguageRows.h"
 #include "LayoutSettingsPage.h"
 #include "Localization.h"
 #include "Settings.h"
@@ -72,9 +73,7 @@ QPushButton* LayoutSettingsPageTest::button(int columns) const
 
 void LayoutSettingsPageTest::card_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void LayoutSettingsPageTest::card()

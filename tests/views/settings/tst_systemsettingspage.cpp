@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "AutoQuitBlocker.h"
+#include "BothHotkeys.h"
 #include "CustomMessageBox.h"
-#include "FakeHotkeyBackend.h"
 #include "FittingText.h"
-#include "GlobalHotkeyController.h"
+#include "LanguageRows.h"
 #include "Localization.h"
 #include "Settings.h"
 #include "SettingsCard.h"
@@ -18,6 +18,7 @@
 #include <QTest>
 
 #include <memory>
+#include <optional>
 
 using Registration = FakeHotkeyBackend::Registration;
 Q_DECLARE_METATYPE(Registration)
@@ -25,7 +26,7 @@ Q_DECLARE_METATYPE(Registration)
 namespace
 {
 
-constexpr WId kWindow = 4711;
+constexpr WId kWindow = BothHotkeys::Window;
 constexpr unsigned int kNoRepeat = 0x4000;
 constexpr unsigned int kCtrlAlt = 3;
 const Qt::KeyboardModifiers kCtrlAltKeys = Qt::ControlModifier | Qt::AltModifier;
@@ -95,9 +96,7 @@ private:
     void record(const QString& name, Qt::Key key, Qt::KeyboardModifiers modifiers);
     void change(HotkeyManager::Slot& slot, const QString& combo);
 
-    FakeHotkeyBackend* m_backend = nullptr;
-    std::unique_ptr<GlobalHotkeyController> m_main;
-    std::unique_ptr<GlobalHotkeyController> m_spotlight;
+    std::optional<BothHotkeys> m_hotkeys;
     std::unique_ptr<SystemSettingsPage> m_page;
 };
 
@@ -105,30 +104,20 @@ void SystemSettingsPageTest::init()
 {
     Tr::currentLang = Lang::En;
     Theme::forceTheme = 1;
-    TestHome::writeDataFile("settings.ini", "");
-    m_backend = FakeHotkeyBackend::install();
-    for (HotkeyManager::Slot* slot : HotkeyManager::allSlots())
-        HotkeyManager::loadSettings(*slot, kWindow);
-    m_main = std::make_unique<GlobalHotkeyController>(kWindow, 1, &HotkeyManager::mainWindowSlot,
-                                                      nullptr);
-    m_spotlight = std::make_unique<GlobalHotkeyController>(kWindow, 2,
-                                                           &HotkeyManager::spotlightSlot, nullptr);
-    for (GlobalHotkeyController* each : {m_main.get(), m_spotlight.get()})
-        QVERIFY(each->applyHotkey(each->slot()->combo));
+    m_hotkeys.emplace();
     build();
 }
 
 void SystemSettingsPageTest::cleanup()
 {
     m_page.reset();
-    m_main.reset();
-    m_spotlight.reset();
+    m_hotkeys.reset();
 }
 
 void SystemSettingsPageTest::build()
 {
-    m_page = std::make_unique<SystemSettingsPage>([this] { return m_main.get(); },
-                                                  [this] { return m_spotlight.get(); });
+    m_page = std::make_unique<SystemSettingsPage>([this] { return m_hotkeys->main.get(); },
+                                                  [this] { return m_hotkeys->spotlight.get(); });
     m_page->resize(600, 300);
     m_page->show();
     QVERIFY(QTest::qWaitForWindowActive(m_page.get()));
@@ -153,7 +142,8 @@ void SystemSettingsPageTest::record(const QString& name, Qt::Key key,
 
 void SystemSettingsPageTest::change(HotkeyManager::Slot& slot, const QString& combo)
 {
-    auto* controller = &slot == m_main->slot() ? m_main.get() : m_spotlight.get();
+    auto* controller =
+        &slot == m_hotkeys->main->slot() ? m_hotkeys->main.get() : m_hotkeys->spotlight.get();
     QVERIFY(controller->setHotkeyAndSave(combo));
     build();
 }
@@ -202,9 +192,7 @@ void SystemSettingsPageTest::layoutOfARow()
 
 void SystemSettingsPageTest::textsFit_data()
 {
-    QTest::addColumn<Lang>("lang");
-    for (const Lang lang : Tr::all())
-        QTest::addRow("%s", qPrintable(Tr::codeFor(lang))) << lang;
+    addLanguageRows();
 }
 
 void SystemSettingsPageTest::textsFit()
@@ -249,7 +237,7 @@ void SystemSettingsPageTest::recordsItsOwnHotkey()
     QCOMPARE(display(row)->text(), "Ctrl+Alt+K");
     QCOMPARE(display(1 - row)->text(), other);
     QCOMPARE(Settings::value(settingsKey).toString(), "Ctrl+Alt+K");
-    QTEST(m_backend->registrations(), "expected");
+    QTEST(m_hotkeys->backend->registrations(), "expected");
 }
 
 void SystemSettingsPageTest::refusesTheOtherHotkey()
@@ -263,18 +251,18 @@ void SystemSettingsPageTest::refusesTheOtherHotkey()
     QCOMPARE(driver.count(), 1);
     QCOMPARE(texts, QStringList({"Invalid Hotkey", "Kombinasi sudah dipakai aplikasi lain."}));
     QCOMPARE(display(0)->text(), "Ctrl+Alt+Space");
-    QCOMPARE(m_backend->registrations().size(), 2);
+    QCOMPARE(m_hotkeys->backend->registrations().size(), 2);
 }
 
 void SystemSettingsPageTest::takenByAnotherProgram()
 {
-    m_backend->takeByOther(kCtrlAlt, 'K');
-    const QVector<Registration> before = m_backend->registrations();
+    m_hotkeys->backend->takeByOther(kCtrlAlt, 'K');
+    const QVector<Registration> before = m_hotkeys->backend->registrations();
     const ModalDriver driver([](QWidget* box) { pressKey(*box, Qt::Key_Return); });
     record("spotlight", Qt::Key_K, kCtrlAltKeys);
     QCOMPARE(driver.count(), 1);
     QCOMPARE(display(1)->text(), "Ctrl+Alt+Y");
-    QCOMPARE(m_backend->registrations(), before);
+    QCOMPARE(m_hotkeys->backend->registrations(), before);
 }
 
 void SystemSettingsPageTest::tabIsRecorded()
@@ -308,23 +296,23 @@ void SystemSettingsPageTest::resetsToTheDefault()
     QFETCH(QString, settingsKey);
     HotkeyManager::Slot* slot = HotkeyManager::allSlots().at(row);
     change(*slot, "Ctrl+Alt+K");
-    QTEST(m_backend->registrations(), "expected");
+    QTEST(m_hotkeys->backend->registrations(), "expected");
     QCOMPARE(display(row)->text(), "Ctrl+Alt+K");
     child("hotkeyReset_" + name)->click();
     QCOMPARE(display(row)->text(), slot->defaultCombo);
     QCOMPARE(slot->combo, slot->defaultCombo);
     QCOMPARE(Settings::value(settingsKey).toString(), slot->defaultCombo);
-    QCOMPARE(m_backend->registrations().last(), registered(row + 1, slot->vk));
+    QCOMPARE(m_hotkeys->backend->registrations().last(), registered(row + 1, slot->vk));
 }
 
 void SystemSettingsPageTest::resetOfTheDefaultRegistersAgain()
 {
-    const qsizetype before = m_backend->attempts().size();
+    const qsizetype before = m_hotkeys->backend->attempts().size();
     child("hotkeyReset_main")->click();
     // Without a probe, which would meet the registration that is in force.
-    QCOMPARE(m_backend->attempts().mid(before), QVector<Registration>{registered(1, 32)});
+    QCOMPARE(m_hotkeys->backend->attempts().mid(before), QVector<Registration>{registered(1, 32)});
     const QVector<Registration> expected{registered(2, 'Y'), registered(1, 32)};
-    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_hotkeys->backend->registrations(), expected);
     QCOMPARE(display(0)->text(), "Ctrl+Alt+Space");
 }
 
@@ -342,13 +330,13 @@ void SystemSettingsPageTest::resetIsRefused()
     QCOMPARE(display(0)->text(), "Ctrl+Alt+K");
     QCOMPARE(HotkeyManager::mainWindowSlot.combo, "Ctrl+Alt+K");
     const QVector<Registration> expected{registered(1, 'K'), registered(2, 32)};
-    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_hotkeys->backend->registrations(), expected);
 }
 
 void SystemSettingsPageTest::lateRefusalOfAResetSaysOk()
 {
     change(HotkeyManager::mainWindowSlot, "Ctrl+Alt+K");
-    m_backend->refuseUnder(1, kCtrlAlt, 32); // only behind the probe
+    m_hotkeys->backend->refuseUnder(1, kCtrlAlt, 32); // only behind the probe
     QStringList texts;
     const ModalDriver driver([&texts](QWidget* box) {
         texts = textsOf(box);
@@ -360,7 +348,7 @@ void SystemSettingsPageTest::lateRefusalOfAResetSaysOk()
     QCOMPARE(texts, QStringList({"Invalid Hotkey", "OK"}));
     // The one before is alive again.
     const QVector<Registration> expected{registered(2, 'Y'), registered(1, 'K')};
-    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_hotkeys->backend->registrations(), expected);
     QCOMPARE(Settings::value("Hotkey/Combo").toString(), "Ctrl+Alt+K");
     QCOMPARE(display(0)->text(), "Ctrl+Alt+K");
 }
@@ -368,7 +356,7 @@ void SystemSettingsPageTest::lateRefusalOfAResetSaysOk()
 void SystemSettingsPageTest::refusedResetKeepsWindowsOpen()
 {
     change(HotkeyManager::mainWindowSlot, "Ctrl+Alt+K");
-    m_backend->takeByOther(kCtrlAlt, 32);
+    m_hotkeys->backend->takeByOther(kCtrlAlt, 32);
     QTRY_VERIFY(!g_blockAutoQuit);
     bool isBlocked = false;
     const ModalDriver driver([&isBlocked](QWidget* box) {
@@ -388,10 +376,10 @@ void SystemSettingsPageTest::withoutAControllerNothingHappens()
         m_page = std::make_unique<SystemSettingsPage>(getter, getter);
         m_page->show();
         QVERIFY(QTest::qWaitForWindowActive(m_page.get()));
-        const qsizetype before = m_backend->attempts().size();
+        const qsizetype before = m_hotkeys->backend->attempts().size();
         child("hotkeyReset_main")->click();
         record("spotlight", Qt::Key_K, kCtrlAltKeys);
-        QCOMPARE(m_backend->attempts().size(), before);
+        QCOMPARE(m_hotkeys->backend->attempts().size(), before);
         QCOMPARE(display(1)->text(), "Ctrl+Alt+Y");
         QVERIFY(!QApplication::activeModalWidget());
     }
@@ -400,25 +388,25 @@ void SystemSettingsPageTest::withoutAControllerNothingHappens()
 void SystemSettingsPageTest::asksForTheControllerEachTime()
 {
     change(HotkeyManager::mainWindowSlot, "Ctrl+Alt+K");
-    m_main.reset();
+    m_hotkeys->main.reset();
     constexpr WId another = 4712;
-    m_main = std::make_unique<GlobalHotkeyController>(another, 1, &HotkeyManager::mainWindowSlot,
-                                                      nullptr);
+    m_hotkeys->main = std::make_unique<GlobalHotkeyController>(
+        another, 1, &HotkeyManager::mainWindowSlot, nullptr);
     child("hotkeyReset_main")->click();
     const QVector<Registration> expected{registered(2, 'Y'),
                                          {another, 1, kCtrlAlt | kNoRepeat, 32}};
-    QCOMPARE(m_backend->registrations(), expected);
+    QCOMPARE(m_hotkeys->backend->registrations(), expected);
 }
 
 void SystemSettingsPageTest::messageOutlivesThePage()
 {
     QWidget window;
-    auto* page = new SystemSettingsPage([this] { return m_main.get(); },
-                                        [this] { return m_spotlight.get(); }, &window);
+    auto* page = new SystemSettingsPage([this] { return m_hotkeys->main.get(); },
+                                        [this] { return m_hotkeys->spotlight.get(); }, &window);
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     change(HotkeyManager::mainWindowSlot, "Ctrl+Alt+K");
-    m_backend->takeByOther(kCtrlAlt, 32);
+    m_hotkeys->backend->takeByOther(kCtrlAlt, 32);
     bool isThere = false;
     const ModalDriver driver([&](QWidget* box) {
         delete page;
