@@ -300,6 +300,13 @@ void reportFewItems(BareWindow& bare)
     bare.show();
 }
 
+/// The end of the dip for a change of page or of the look.
+void waitUntilOpaque(const MainWindow& window)
+{
+    if (!QTest::qWaitFor([&window] { return window.windowOpacity() >= 1.0; }))
+        qFatal("the window stays half transparent");
+}
+
 /// A change that builds the window anew in sight, as the user of its settings page sees it: the dip
 /// of the window, whose first half is 110 ms long, is in it.
 void reportSettings(BareWindow& bare)
@@ -310,13 +317,12 @@ void reportSettings(BareWindow& bare)
     window.goToSettings();
     if (!QTest::qWaitFor([&window] { return window.settingsView()->isVisible(); }))
         qFatal("the settings do not show");
-    QTest::qWait(2 * MainWindow::PageFadeInMs);
+    waitUntilOpaque(window);
     bare.build(kFewItems);
     bare.show();
     const Timing bareTiming = timeSteps(rowsOf(bare), [&bare](int) { bare.fill(kFewItems); });
     QPointer<SettingsView> old;
     const auto newPage = [&]() -> QWidget* { return old ? nullptr : window.settingsView(); };
-    const auto waitForTheEnd = [] { QTest::qWait(2 * MainWindow::PageFadeInMs); };
     const int mode = Theme::forceTheme;
     const int columns = Theme::gridColumns;
     const Timing timing = timeSteps(
@@ -328,7 +334,7 @@ void reportSettings(BareWindow& bare)
             Tr::currentLang = Tr::all().at(round % 4);
             window.rebuildUIPreservingFocus();
         },
-        waitForTheEnd);
+        [&window] { waitUntilOpaque(window); });
     report("  theme and language changed", timing, bareTiming);
     Theme::forceTheme = mode;
     Theme::gridColumns = columns;
