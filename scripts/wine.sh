@@ -61,6 +61,9 @@ make_wine_template() ( # directory; in a shell of its own, for the environment
     # shellcheck disable=SC2030 # meant to end with that shell
     export WINEPREFIX=$1.new/prefix
     wine wineboot --init >/dev/null 2>&1
+    # Where no panel takes tray icons, Wine shows them in a window of its own, which takes the
+    # keyboard from the program that has just started. On Windows no icon does that.
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v ShowSystray /d N /f >/dev/null
     wineserver -w
     replace_links_of_users "$WINEPREFIX/drive_c"
     mv "$1.new" "$1"

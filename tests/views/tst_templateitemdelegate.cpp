@@ -178,7 +178,8 @@ void TemplateItemDelegateTest::longNamesEndInTheRow_data()
     QTest::newRow("a megabyte") << QString(1'000'000, 'W');
     QTest::newRow("lines") << QString("WW\n").repeated(10'000);
     QTest::newRow("markup") << QString("<b>W</b>").repeated(100);
-    QTest::newRow("right to left") << QString(1000, QChar(0x5D7));
+    // Turned around by a mark: not every system here has a font with letters of such a script.
+    QTest::newRow("right to left") << QChar(0x202E) + QString(1000, 'W');
 }
 
 void TemplateItemDelegateTest::longNamesEndInTheRow()
