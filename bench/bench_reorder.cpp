@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-// What it costs to put items into another order: to begin with many of them, and each frame while
-// tiles slide. As many plain widgets that are made and slide in the same way are the measure, so
-// that numbers from different machines can be compared.
+// What it costs to put items or sections into another order: to begin and to end with many of them,
+// each frame while tiles slide or scroll, and the memory. As many plain widgets that are made and
+// slide in the same way are the measure, so that numbers from different machines can be compared.
 
 #include "Delegates.h"
 #include "DrivenClock.h"
@@ -20,6 +20,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QListWidget>
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
@@ -35,6 +36,9 @@ constexpr int kFrameMs = 16;
 constexpr int kSlideMs = 500; // more than any slide takes
 constexpr int kTiles = 60;
 constexpr int kManyItems = 500;
+constexpr int kVeryManyItems = 20000;
+constexpr int kManySections = 2000;
+constexpr int kScrollFrames = 200;
 constexpr QSize kView(900, 620); // ten tiles in a row, and all of them in view
 constexpr QSize kCell(89, 89);
 
@@ -133,53 +137,145 @@ Timing timeChildren()
     });
 }
 
-Timing timeBegin()
+LauncherData manyItems(int count)
 {
     LauncherData document;
-    document.categories = QStringList{"Section"};
+    document.categories = QStringList{"Section", "Other"};
     document.defaultCategory = QStringLiteral("Section");
     const QStringList types{"URL", "Snippet", "Application", "Bulk", "File"};
-    for (int i = 0; i < kManyItems; ++i)
+    for (int i = 0; i < count; ++i)
         document.sectionElements["Section"].append(
             {QString::number(i), QStringLiteral("item number %1").arg(i),
              types.at(i % types.size()), QStringLiteral("https://a.example/%1").arg(i), QString()});
-    StorageManager::saveData(QDir(TestHome::dataDir()).filePath(QStringLiteral("data.json")),
-                             document);
-    MainWindow window(nullptr);
-    window.show();
-    if (!QTest::qWaitForWindowActive(&window))
-        qFatal("the window does not show");
-    auto* home = window.findChild<HomeView*>();
-    Stopwatch stopwatch;
-    for (int round = 0; round < kRounds; ++round) {
-        stopwatch.measure([home] {
-            home->enterReorderMode();
-            paintNow(home->list()->viewport());
-        });
-        home->exitReorderMode(false);
+    return document;
+}
+
+LauncherData manySections(int count)
+{
+    LauncherData document;
+    for (int i = 0; i < count; ++i)
+        document.categories.append(QStringLiteral("section number %1").arg(i));
+    document.defaultCategory = document.categories.first();
+    return document;
+}
+
+/// The window with this document, on the screen.
+class Page
+{
+public:
+    explicit Page(const LauncherData& document)
+    {
+        const QString path = QDir(TestHome::dataDir()).filePath(QStringLiteral("data.json"));
+        StorageManager::saveData(path, document);
+        m_window = std::make_unique<MainWindow>(nullptr);
+        m_window->show();
+        if (!QTest::qWaitForWindowActive(m_window.get()))
+            qFatal("the window does not show");
+        m_home = m_window->findChild<HomeView*>();
+        paintNow(m_window.get());
+    }
+
+    void begin(HomeView::ReorderTarget target) const
+    {
+        if (target == HomeView::ReorderItems)
+            m_home->enterReorderMode();
+        else
+            m_home->enterSectionReorderMode();
+        paintNow(m_window.get());
+    }
+    void end() const
+    {
+        m_home->exitReorderMode(false);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
+        paintNow(m_window.get());
+    }
+    HomeView* home() const { return m_home; }
+
+private:
+    std::unique_ptr<MainWindow> m_window;
+    HomeView* m_home = nullptr;
+};
+
+/// Kilobytes that the process holds, where the system tells.
+qint64 residentKilobytes()
+{
+    constexpr qint64 kPageKilobytes = 4;
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * kPageKilobytes;
+}
+
+struct BeginAndEnd
+{
+    Timing begin;
+    Timing end;
+};
+
+BeginAndEnd timeMode(const LauncherData& document, HomeView::ReorderTarget target)
+{
+    const Page page(document);
+    Stopwatch beginnings;
+    Stopwatch ends;
+    page.begin(target); // what is made once is made now
+    page.end();
+    const qint64 before = residentKilobytes();
+    qint64 meanwhile = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        beginnings.measure([&] { page.begin(target); });
+        meanwhile = std::max(meanwhile, residentKilobytes());
+        ends.measure([&] { page.end(); });
+    }
+    std::printf("  memory: %lld KB before, %lld KB meanwhile, %lld KB after %d times\n", before,
+                meanwhile, residentKilobytes(), kRounds);
+    return {beginnings.timing(), ends.timing()};
+}
+
+/// Each frame while the tiles of a long list are scrolled below a tile that is held.
+Timing timeScrolling(const LauncherData& document)
+{
+    const Page page(document);
+    page.begin(HomeView::ReorderItems);
+    auto* overlay = page.home()->list()->viewport()->findChild<ReorderOverlay*>();
+    overlay->liftCursor();
+    Stopwatch stopwatch;
+    for (int frame = 0; frame < kScrollFrames; ++frame) {
+        stopwatch.measure([&] {
+            overlay->setScroll(frame * ReorderOverlay::AutoScrollStep);
+            overlay->moveLifted(frame % 2 == 0 ? 1 : -1);
+            QCoreApplication::processEvents();
+        });
     }
     return stopwatch.timing();
 }
 
-Timing timeBareBegin()
+BeginAndEnd timeBareMode(int count)
 {
     QWidget window;
     window.resize(kView);
     window.show();
     if (!QTest::qWaitForWindowExposed(&window))
         qFatal("the window does not show");
-    Stopwatch stopwatch;
+    Stopwatch beginnings;
+    Stopwatch ends;
     for (int round = 0; round < kRounds; ++round) {
         QList<QWidget*> children;
-        stopwatch.measure([&] {
-            children = makeChildren(&window, kManyItems);
+        beginnings.measure([&] {
+            children = makeChildren(&window, count);
             paintNow(&window);
         });
-        qDeleteAll(children);
+        ends.measure([&] {
+            qDeleteAll(children);
+            paintNow(&window);
+        });
     }
-    return stopwatch.timing();
+    return {beginnings.timing(), ends.timing()};
+}
+
+void reportMode(const BeginAndEnd& mode, const BeginAndEnd& bare)
+{
+    report("  begun and painted", mode.begin, bare.begin);
+    report("  ended and painted", mode.end, bare.end);
 }
 
 } // namespace
@@ -192,8 +288,17 @@ int main(int argc, char** argv)
     FakeHotkeyBackend::install();
     TestHome::writeSettings();
     TestFonts::addWeights();
-    std::printf("%d items, %d of them sliding at once\n", kManyItems, kTiles);
-    report("  begun and painted", timeBegin(), timeBareBegin());
-    report("  a frame of the slide", timeTiles(), timeChildren());
+    std::printf("%d tiles sliding at once\n", kTiles);
+    const Timing bareFrame = timeChildren();
+    report("  a frame", timeTiles(), bareFrame);
+    const BeginAndEnd bareMode = timeBareMode(kManyItems);
+    for (const int count : {kManyItems, kVeryManyItems}) {
+        std::printf("%d items\n", count);
+        const LauncherData document = manyItems(count);
+        reportMode(timeMode(document, HomeView::ReorderItems), bareMode);
+        report("  a frame while it scrolls", timeScrolling(document), bareFrame);
+    }
+    std::printf("%d sections\n", kManySections);
+    reportMode(timeMode(manySections(kManySections), HomeView::ReorderSections), bareMode);
     return 0;
 }

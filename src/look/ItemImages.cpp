@@ -205,7 +205,11 @@ ItemImages::Picture ItemImages::find(const QString& iconPath, const QSize& box, 
 
 void ItemImages::repaintOnArrival(QWidget* widget)
 {
+    callOnArrival(widget, [widget] { widget->update(); });
+}
+
+void ItemImages::callOnArrival(QObject* context, const std::function<void()>& callback)
+{
     if (const PictureStore* pictures = store())
-        QObject::connect(&pictures->arrival(), &QTimer::timeout, widget,
-                         qOverload<>(&QWidget::update));
+        QObject::connect(&pictures->arrival(), &QTimer::timeout, context, callback);
 }

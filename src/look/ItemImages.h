@@ -7,6 +7,9 @@
 #include <QSize>
 #include <QString>
 
+#include <functional>
+
+class QObject;
 class QWidget;
 
 /// The pictures that users choose for their items, ready to be painted: scaled for the box that
@@ -49,4 +52,7 @@ public:
 
     /// Has `widget` painted anew whenever a picture has been read, has changed or has gone.
     static void repaintOnArrival(QWidget* widget);
+    /// Calls `callback` then, as long as `context` lives: for what paints pictures of items into
+    /// pictures of its own.
+    static void callOnArrival(QObject* context, const std::function<void()>& callback);
 };

@@ -206,7 +206,8 @@ void HomeView::clearPills()
     }
 }
 
-GlyphButton* HomeView::addPill(const QString& section)
+/// At rest, and without anything that happens to it.
+GlyphButton* HomeView::makePill(const QString& section)
 {
     auto* pill = new GlyphButton(m_catContainer);
     pill->setCursor(Qt::PointingHandCursor);
@@ -219,6 +220,12 @@ GlyphButton* HomeView::addPill(const QString& section)
     PillStyle::applyResting(pill, m_model->getCategoryIcon(section), false);
     pill->ensurePolished(); // which may bring another font
     pill->setLabel(labelLine(*pill, section, kStripWidth - kPillPadding));
+    return pill;
+}
+
+GlyphButton* HomeView::addPill(const QString& section)
+{
+    GlyphButton* pill = makePill(section);
     pill->setAccessibleName(RowPainting::visiblePart(section, kSpokenLength));
     pill->setContextMenuPolicy(Qt::CustomContextMenu);
     // A menu waits for its end, and by then a rebuild may have taken the pill whose event this is.

@@ -158,6 +158,7 @@ private:
     void connectActions();
 
     void clearPills();
+    GlyphButton* makePill(const QString& section);
     GlyphButton* addPill(const QString& section);
     void scrollToSelectedPill();
 
@@ -189,6 +190,7 @@ private:
 
     void refuseReorder(const char* titleKey, const char* textKey);
     QVector<GlyphButton*> pills() const;
+    QPixmap picturePill(const QString& section, const QSize& size, bool lit);
     void handleReorderKey(int key);
     void beginReorder(ReorderTarget target);
     QStringList reorderKeys() const;

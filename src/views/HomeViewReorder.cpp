@@ -21,6 +21,7 @@
 #include <QStackedWidget>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace
@@ -48,24 +49,6 @@ void removeLater(QPointer<Widget>& widget)
     widget->setParent(nullptr);
     widget->deleteLater();
     widget.clear();
-}
-
-/// What a pill looks like and where it stands. Leaves it at rest.
-SectionReorderOverlay::TileSource picturesOf(GlyphButton* pill, uint glyph, const QWidget* viewport)
-{
-    SectionReorderOverlay::TileSource source;
-    source.rect = QRect(pill->mapTo(viewport, QPoint(0, 0)), pill->size());
-    // The pointer on it is no part of the pictures.
-    const bool isUnderMouse = pill->underMouse();
-    pill->setAttribute(Qt::WA_UnderMouse, false);
-    PillStyle::applyLit(pill, glyph);
-    pill->ensurePolished();
-    source.lit = grabPillWithRoundedCorners(pill);
-    PillStyle::applyResting(pill, glyph, false);
-    pill->ensurePolished();
-    source.rest = grabPillWithRoundedCorners(pill);
-    pill->setAttribute(Qt::WA_UnderMouse, isUnderMouse);
-    return source;
 }
 
 } // namespace
@@ -153,10 +136,14 @@ void HomeView::enterSectionReorderMode()
     if (shown.size() != sections.size())
         return;
     QVector<SectionReorderOverlay::TileSource> sources;
-    for (int i = 0; i < shown.size(); ++i)
-        sources.append(picturesOf(shown.at(i), m_model->getCategoryIcon(sections.at(i)),
-                                  m_catScroll->viewport()));
-    applySelectedCatPillStyle();
+    for (int i = 0; i < shown.size(); ++i) {
+        const QRect rect(shown.at(i)->mapTo(m_catScroll->viewport(), QPoint(0, 0)),
+                         shown.at(i)->size());
+        const auto picture = [this, section = sections.at(i), size = rect.size()](bool lit) {
+            return picturePill(section, size, lit);
+        };
+        sources.append({{}, {}, rect, picture});
+    }
     beginReorder(ReorderSections);
     m_catScroll->setFocus();
     const int current = int(sections.indexOf(m_model->currentCategory()));
@@ -164,6 +151,19 @@ void HomeView::enterSectionReorderMode()
                                                  m_catLayout->spacing(), std::max(0, current));
     // The strip is too low for a hint.
     m_reorderHintBanner = new ReorderHintBanner(m_listStack, "reorder.hint_sections");
+}
+
+/// Of a pill made for the purpose: the one on the strip may be gone when the picture is needed, and
+/// has the pointer on it or not.
+QPixmap HomeView::picturePill(const QString& section, const QSize& size, bool lit)
+{
+    const std::unique_ptr<GlyphButton> pill(makePill(section));
+    const uint glyph = m_model->getCategoryIcon(section);
+    if (lit)
+        PillStyle::applyLit(pill.get(), glyph);
+    pill->ensurePolished();
+    pill->resize(size);
+    return grabPillWithRoundedCorners(pill.get());
 }
 
 QVector<GlyphButton*> HomeView::pills() const

@@ -3,6 +3,8 @@
 
 #include "ItemReorderOverlay.h"
 
+#include "IconHelper.h"
+#include "ItemImages.h"
 #include "ItemRoles.h"
 #include "Theme.h"
 
@@ -17,6 +19,7 @@ ItemReorderOverlay::ItemReorderOverlay(QListWidget* list, int initialSlot)
 {
     initialize(initialSlot);
     keepRowsFromChanges();
+    ItemImages::callOnArrival(this, [this] { renewItemPictures(); });
 }
 
 void ItemReorderOverlay::keepRowsFromChanges()
@@ -74,8 +77,7 @@ QPixmap ItemReorderOverlay::renderItem(int row, bool lit) const
     QPixmap pixmap(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
-    const QAbstractItemModel* rows = m_keptRows ? m_keptRows : m_list->model();
-    const QModelIndex index = rows->index(row, 0);
+    const QModelIndex index = indexOf(row);
     QStyleOptionViewItem option;
     option.initFrom(m_list);
     option.font = m_list->font();
@@ -88,6 +90,26 @@ QPixmap ItemReorderOverlay::renderItem(int row, bool lit) const
     QPainter painter(&pixmap);
     m_list->itemDelegateForIndex(index)->paint(&painter, option, index);
     return pixmap;
+}
+
+QModelIndex ItemReorderOverlay::indexOf(int row) const
+{
+    const QAbstractItemModel* rows = m_keptRows ? m_keptRows : m_list->model();
+    return rows->index(row, 0);
+}
+
+void ItemReorderOverlay::renewItemPictures()
+{
+    const bool isOver = !parentWidget();
+    if (isOver)
+        return;
+    for (ReorderTile* tile : tiles()) {
+        if (!tile->hasPicture())
+            continue;
+        const QString token = indexOf(tile->sourceRow()).data(ItemRoles::RoleIconToken).toString();
+        if (!token.isEmpty() && !IconHelper::isGlyphToken(token))
+            tile->forgetPictures();
+    }
 }
 
 QVector<QRect> ItemReorderOverlay::computeSlotRects(const QVector<ReorderTile*>&) const

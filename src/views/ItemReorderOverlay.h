@@ -10,7 +10,7 @@ class QStandardItemModel;
 
 /// Reorders the rows of a list in the shape in which they stand in it, from left to right and row
 /// after row. Lies over the list's viewport, which owns it. Shows the rows as they were when it was
-/// made, whatever becomes of the list.
+/// made, whatever becomes of the list; pictures of items that are read later appear then.
 class ItemReorderOverlay : public ReorderOverlay
 {
     Q_OBJECT
@@ -27,6 +27,8 @@ protected:
 
 private:
     QPixmap renderItem(int row, bool lit) const;
+    QModelIndex indexOf(int row) const;
+    void renewItemPictures();
     void keepRowsFromChanges();
     void keepRows();
 

@@ -66,6 +66,15 @@ const QPixmap& ReorderTile::pixmapNow()
     return pixmap;
 }
 
+void ReorderTile::forgetPictures()
+{
+    if (!m_picture)
+        return;
+    m_restPixmap = QPixmap();
+    m_litPixmap = QPixmap();
+    update();
+}
+
 void ReorderTile::setLift(qreal lift)
 {
     // Shifted, since nothing is fuzzily equal to 0.
@@ -133,11 +142,11 @@ ReorderOverlay::ReorderOverlay(QWidget* viewportParent) : QWidget(viewportParent
 void ReorderOverlay::initialize(int initialSlot)
 {
     computeHintGeometry();
+    show(); // ahead of the tiles, of which those that are out of view are not to come along
+    raise();
     createTiles();
     refreshSlotRects();
     setCursorSlot(std::max(0, initialSlot), false);
-    show();
-    raise();
     // From where the entries stood to their slots, which makes room for the hint.
     layoutTiles(true, true);
 }
@@ -156,7 +165,6 @@ void ReorderOverlay::addTile(ReorderTile::Picture picture, int sourceRow, const 
 void ReorderOverlay::placeTile(ReorderTile* tile, const QRect& initialRect)
 {
     tile->setGeometry(initialRect);
-    tile->show();
     m_tiles.append(tile);
 }
 
@@ -358,6 +366,7 @@ void ReorderOverlay::layoutTiles(bool animated, bool crossRow)
     QVector<int> moved;
     for (int i = 0; i < m_tiles.size(); ++i) {
         ReorderTile* tile = m_tiles.at(i);
+        showOrHide(i, animated);
         if (isDragged(tile) || tile->pos() == slotPos(i))
             continue;
         if (animated)
@@ -365,14 +374,40 @@ void ReorderOverlay::layoutTiles(bool animated, bool crossRow)
         else
             tile->move(slotPos(i));
     }
-    if (moved.isEmpty())
+    if (!moved.isEmpty())
+        animate(moved, crossRow ? DurCrossRow : DurInRow);
+}
+
+/// Of thousands of tiles only those are shown that are in view, or come through it on their way:
+/// each one that is shown costs something in every frame.
+/// \param isOnItsWay whether the tile slides to its slot from where it is, and doesn't jump.
+void ReorderOverlay::showOrHide(int slot, bool isOnItsWay) const
+{
+    ReorderTile* tile = m_tiles.at(slot);
+    QRect way(slotPos(slot), tile->size());
+    if (isOnItsWay)
+        way = way.united(tile->geometry());
+    const bool isSeen = isDragged(tile) || way.intersects(rect());
+    if (isSeen != tile->isHidden())
         return;
-    const int duration = crossRow ? DurCrossRow : DurInRow;
+    tile->setVisible(isSeen);
+    if (!isSeen && m_tiles.size() > MaxKeptPictures)
+        tile->forgetPictures();
+}
+
+void ReorderOverlay::animate(const QVector<int>& moved, int durationMs)
+{
     const int stagger = std::min(StaggerMax, StaggerCap / int(moved.size()));
     m_anim = new QParallelAnimationGroup(this);
     for (int k = 0; k < moved.size(); ++k) {
         const int slot = moved.at(k);
-        QPropertyAnimation* slide = makeSlide(m_tiles.at(slot), slotPos(slot), duration);
+        ReorderTile* tile = m_tiles.at(slot);
+        // They are too many to take turns, and then nobody sees when these come to their places.
+        if (stagger == 0 && tile->isHidden()) {
+            tile->move(slotPos(slot));
+            continue;
+        }
+        QPropertyAnimation* slide = makeSlide(tile, slotPos(slot), durationMs);
         if (stagger == 0 || k == 0) {
             m_anim->addAnimation(slide);
             continue;
@@ -567,6 +602,13 @@ void ReorderOverlay::moveEvent(QMoveEvent* event)
     // A view whose rows are made anew may scroll, and takes along what lies over it.
     if (parentWidget() && pos() != QPoint(0, 0))
         move(0, 0);
+}
+
+void ReorderOverlay::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    for (int i = 0; i < slotCount(); ++i)
+        showOrHide(i, true);
 }
 
 void ReorderOverlay::paintEvent(QPaintEvent*)

@@ -44,6 +44,10 @@ public:
     void setCurrent(bool current);
     /// Lifts or drops the tile from wherever it is on the way, which ends that way.
     void animateLift(qreal target);
+    /// Whether it has been painted since it was made or let go of its pictures.
+    bool hasPicture() const { return !m_restPixmap.isNull() || !m_litPixmap.isNull(); }
+    /// Lets go of pictures that can be made again, which they are when the tile is painted next.
+    void forgetPictures();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -84,6 +88,8 @@ public:
     static constexpr int HintPadH = 16;      ///< px beside its text
     static constexpr int HintPadV = 7;       ///< px above and below its text
     static constexpr int HintSideMargin = 8; ///< px kept at each side of it
+    /// Of more tiles, those out of view give up their pictures, which may come to gigabytes.
+    static constexpr int MaxKeptPictures = 500;
 
     int slotCount() const { return int(m_slotRects.size()); }
     /// Slot of the keyboard cursor; -1 if there are no tiles.
@@ -128,6 +134,7 @@ protected:
     void addTile(ReorderTile::Picture picture, int sourceRow, const QRect& initialRect);
     /// Room for the hint above the slots, px; 0 without a hint.
     int hintInset() const { return m_hintInset; }
+    const QVector<ReorderTile*>& tiles() const { return m_tiles; }
 
     /// An opaque colour.
     virtual QColor backdropColor() const = 0;
@@ -141,6 +148,7 @@ protected:
     virtual QVector<QRect> computeSlotRects(const QVector<ReorderTile*>& tiles) const = 0;
 
     void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -160,6 +168,8 @@ private:
     bool isDragged(const ReorderTile* tile) const { return m_dragging && tile == m_lifted; }
 
     void placeTile(ReorderTile* tile, const QRect& initialRect);
+    void showOrHide(int slot, bool isOnItsWay) const;
+    void animate(const QVector<int>& moved, int durationMs);
     void refreshSlotRects();
     int clampScroll(int value) const;
     void computeHintGeometry();

@@ -23,7 +23,11 @@ void SectionReorderOverlay::createTiles()
 {
     for (int i = 0; i < m_sources.size(); ++i) {
         const TileSource& source = m_sources.at(i);
-        addTile(source.rest, source.lit, i, source.rect.adjusted(-TilePad, 0, TilePad, 0));
+        const QRect rect = source.rect.adjusted(-TilePad, 0, TilePad, 0);
+        if (source.picture)
+            addTile(source.picture, i, rect);
+        else
+            addTile(source.rest, source.lit, i, rect);
     }
 }
 

@@ -22,6 +22,7 @@ public:
         QPixmap rest;
         QPixmap lit;
         QRect rect; ///< in the viewport; left of it or beyond its end if it is scrolled away
+        ReorderTile::Picture picture = {}; ///< if there is one, it makes `rest` and `lit`
     };
 
     /// \param sources the pills from left to right.

@@ -52,6 +52,8 @@ private slots:
     void sectionsByKeys();
     void sectionsByMouse();
     void sectionsOutOfView();
+    void tilesLookLikeThePills();
+    void pillsThatAreMadeAnewMeanwhile();
     void bannerHintsAtSections();
     void nothingToEnd();
 
@@ -596,6 +598,33 @@ void HomeViewReorderTest::sectionsOutOfView()
     press(Qt::Key_Return);
     QCOMPARE(sections().first(), document.categories.last());
     QCOMPARE(sections().size(), 23);
+}
+
+void HomeViewReorderTest::tilesLookLikeThePills()
+{
+    open();
+    QCoreApplication::processEvents(); // which lights the pill, since the strip has the keyboard
+    const QRect place(shownPills().first()->mapTo(m_window.get(), QPoint(0, 0)),
+                      shownPills().first()->size());
+    const QImage pill = m_window->grab(place).toImage();
+    home()->enterSectionReorderMode();
+    QVERIFY(m_window->grab(place).toImage() == pill);
+    QCOMPARE(tile(0)->size(), place.size() + QSize(8, 0));
+}
+
+void HomeViewReorderTest::pillsThatAreMadeAnewMeanwhile()
+{
+    open();
+    home()->enterSectionReorderMode();
+    model()->editCategory("Gamma", "Gamma", KitIcon); // the same sections as before
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(home()->isReorderMode());
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    const QColor lit(getItemTheme().key);
+    const QImage image = overlay()->grab().toImage();
+    QCOMPARE(image.pixelColor(tile(2)->geometry().center().x(), 2), lit);
+    QCOMPARE(pillTexts(), QStringList({"Alpha", "Beta", "Gamma"}));
 }
 
 void HomeViewReorderTest::bannerHintsAtSections()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "Delegates.h"
 #include "DrivenClock.h"
 #include "ItemReorderOverlay.h"
 #include "ItemRoles.h"
@@ -11,6 +12,7 @@
 #include "Theme.h"
 #include "UiDriver.h"
 
+#include <QDir>
 #include <QListWidget>
 #include <QPainter>
 #include <QScrollBar>
@@ -92,6 +94,10 @@ private slots:
     void picturesComeFromTheDelegate();
     void picturesAreMadeOnce();
     void picturesAreMadeOfWhatIsInView();
+    void picturesOutOfViewAreGivenUp_data();
+    void picturesOutOfViewAreGivenUp();
+    void picturesOfItemsThatArriveLater_data();
+    void picturesOfItemsThatArriveLater();
     void rowsThatChangeMeanwhile_data();
     void rowsThatChangeMeanwhile();
     void showsTheRowsAsTiles();
@@ -252,6 +258,72 @@ void ItemReorderOverlayTest::picturesAreMadeOfWhatIsInView()
     overlay->grab();
     QVERIFY(m_delegate->paintCount <= 18);
     QCOMPARE(m_delegate->optionIndex.row(), 2999);
+}
+
+void ItemReorderOverlayTest::picturesOutOfViewAreGivenUp_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("areGivenUp");
+    QTest::newRow("few") << 500 << false;
+    QTest::newRow("many") << 501 << true;
+}
+
+void ItemReorderOverlayTest::picturesOutOfViewAreGivenUp()
+{
+    QFETCH(int, count);
+    for (int row = 8; row < count; ++row)
+        m_list->addItem(QString::number(row));
+    m_list->grab();
+    QCoreApplication::processEvents();
+    ItemReorderOverlay* overlay = makeOverlay();
+    const auto paintsAt = [&](int slot) {
+        overlay->setCursorSlot(slot, true);
+        m_delegate->paintCount = 0;
+        overlay->grab();
+        return m_delegate->paintCount;
+    };
+    paintsAt(0);
+    QCOMPARE(paintsAt(0), 0);
+    QVERIFY(paintsAt(count - 1) >= 8);
+    QTEST(paintsAt(0) >= 9, "areGivenUp"); // those of the beginning anew
+    QCOMPARE(paintsAt(0), 0);
+}
+
+void ItemReorderOverlayTest::picturesOfItemsThatArriveLater_data()
+{
+    QTest::addColumn<bool>("isInView");
+    QTest::newRow("in view") << true;
+    QTest::newRow("scrolled away meanwhile") << false;
+}
+
+void ItemReorderOverlayTest::picturesOfItemsThatArriveLater()
+{
+    QFETCH(bool, isInView);
+    const QString name = isInView ? QStringLiteral("own.png") : QStringLiteral("other.png");
+    const QString path = QDir(TestHome::dataDir()).filePath(name);
+    QImage red(64, 64, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QVERIFY(red.save(path));
+    m_list->clear();
+    GridTileDelegate delegate(12);
+    m_list->setItemDelegate(&delegate);
+    for (int row = 0; row < 30; ++row) {
+        auto* item = new QListWidgetItem(QStringLiteral("item"), m_list.get());
+        item->setSizeHint(QSize(120, 100));
+        item->setData(ItemRoles::RoleIconToken, row == 0 ? path : QString());
+    }
+    ItemReorderOverlay* overlay = makeOverlay();
+    const auto shown = [this] { return m_list->viewport()->grab().toImage(); };
+    QVERIFY(Pixels::boxOfColor(shown(), Qt::red).isEmpty()); // asked for by this
+    if (!isInView) {
+        overlay->setCursorSlot(29, true);
+        QVERIFY(tile(overlay, 0)->isHidden());
+        QTRY_VERIFY(!tile(overlay, 0)->hasPicture()); // until then it has the one without it
+        overlay->setCursorSlot(0, true);
+    }
+    QTRY_VERIFY(!Pixels::boxOfColor(shown(), Qt::red).isEmpty());
+    QVERIFY(tile(overlay, 0)->geometry().contains(Pixels::boxOfColor(shown(), Qt::red)));
+    m_list->setItemDelegate(m_delegate);
 }
 
 void ItemReorderOverlayTest::rowsThatChangeMeanwhile_data()

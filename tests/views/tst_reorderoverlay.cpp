@@ -47,6 +47,9 @@ private slots:
     void newSlideEndsTheFormer();
     void scrollEndsASlide();
 
+    void onlyTilesInViewAreShown();
+    void slideOfManyTiles();
+
     void deletedAtAnyTime();
     void anySequenceEndsInAPermutation();
 };
@@ -532,6 +535,50 @@ void ReorderOverlayTest::scrollEndsASlide()
     m_clock->pass(500);
     QCOMPARE(overlay->scroll(), 30);
     QCOMPARE(overlay->tile(0)->pos(), QPoint(100, 80 - 30));
+}
+
+void ReorderOverlayTest::onlyTilesInViewAreShown()
+{
+    TestOverlay* overlay = make(grid(600, 3));
+    const auto shownRows = [overlay] {
+        QVector<int> rows;
+        for (const auto* tile : overlay->findChildren<ReorderTile*>()) {
+            if (tile->isVisible())
+                rows.append(tile->sourceRow());
+        }
+        return sorted(rows);
+    };
+    QCOMPARE(shownRows(), grid(12, 3).inOrder()); // four lines of them, the last one cut
+    overlay->setCursorSlot(599, true);
+    QCOMPARE(overlay->scroll(), 200 * 80 - 1 - 300); // all are where they should be
+    QCOMPARE(shownRows().size(), 12);
+    QCOMPARE(shownRows().last(), 599);
+    // What is held shows wherever it is.
+    overlay->liftCursor();
+    overlay->moveLifted(-599);
+    m_clock->pass(1000);
+    QVERIFY(shownRows().contains(599));
+    QCOMPARE(overlay->scroll(), 0);
+    overlay->resize(400, 500); // seven lines
+    QCOMPARE(shownRows().size(), 21);
+}
+
+void ReorderOverlayTest::slideOfManyTiles()
+{
+    TestOverlay* overlay = make(grid(600, 3), 300);
+    overlay->liftCursor();
+    overlay->moveLifted(-300); // through the view, which stays where it is
+    m_clock->pass(0);
+    m_clock->pass(130);
+    QVERIFY(isOnItsWay(overlay->tile(11)->pos(), QPoint(200, 240), QPoint(0, 320), 0.5));
+    QVERIFY(isOnItsWay(overlay->tile(300)->pos(), QPoint(0, 8000), QPoint(0, 0), 0.5));
+    QVERIFY(overlay->tile(11)->isVisible());
+    QVERIFY(overlay->tile(300)->isVisible());
+    QVERIFY(!overlay->tile(50)->isVisible());
+    m_clock->pass(130);
+    QCOMPARE(overlay->scroll(), 0);
+    QCOMPARE(overlay->tile(11)->pos(), QPoint(0, 320));
+    QCOMPARE(overlay->tile(300)->pos(), QPoint(0, 0));
 }
 
 void ReorderOverlayTest::deletedAtAnyTime()

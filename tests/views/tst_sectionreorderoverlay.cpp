@@ -36,6 +36,7 @@ private slots:
     void everySlideIsOneInARow();
     void scrollsToPillsOutOfView();
     void wheelScrollsSideways();
+    void picturesAreMadeOfWhatIsInView();
     void noSources();
 
     void grabKeepsCornersSeeThrough();
@@ -179,6 +180,28 @@ void SectionReorderOverlayTest::wheelScrollsSideways()
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(overlay, &event);
     QCOMPARE(tile(overlay, 0)->pos(), QPoint(-4 - 48, 0));
+}
+
+void SectionReorderOverlayTest::picturesAreMadeOfWhatIsInView()
+{
+    QVector<TileSource> pills = sources(QVector<int>(300, 92)); // 100 from one to the next
+    QStringList made;
+    for (int i = 0; i < pills.size(); ++i) {
+        pills[i].picture = [&made, source = pills.at(i), i](bool lit) {
+            made.append((lit ? u"lit %1"_qs : u"%1"_qs).arg(i));
+            return lit ? source.lit : source.rest;
+        };
+    }
+    SectionReorderOverlay* overlay = makeOverlay(pills);
+    const QImage image = m_strip->grab().toImage();
+    QCOMPARE(image.pixelColor(46, 14), QColor(Qt::red));
+    made.sort();
+    QCOMPARE(made, QStringList({"1", "2", "3", "4", "lit 0"})); // of the last the very beginning
+    made.clear();
+    overlay->setCursorSlot(299, true);
+    m_strip->grab();
+    QVERIFY(made.contains("lit 299"));
+    QVERIFY(made.size() <= 6);
 }
 
 void SectionReorderOverlayTest::noSources()
