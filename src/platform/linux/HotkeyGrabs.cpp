@@ -4,6 +4,7 @@
 #include "HotkeyGrabs.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 // The header names a field with a word that C++ keeps for itself.
@@ -23,6 +24,9 @@ constexpr xcb_timestamp_t kLongestRepeatMs = 2000;
 // is ours from now on.
 constexpr int kRegrabAttempts = 10;
 constexpr std::chrono::milliseconds kRegrabPause(200);
+
+// Nobody presses a key again that soon after its release.
+constexpr std::chrono::milliseconds kLookPause(20);
 
 /// What XKB gives a client to know of: the first number of its events, or nothing without XKB.
 std::optional<uint8_t> setUpXkb(xcb_connection_t* connection)
@@ -95,6 +99,8 @@ std::optional<HotkeyGrabs::Clock::time_point> HotkeyGrabs::nextDeadline() const
         next = m_holdEnd;
     if (m_regrabsLeft > 0)
         next = next ? std::min(*next, m_nextRegrab) : m_nextRegrab;
+    if (m_heldKey != 0)
+        next = next ? std::min(*next, m_nextLook) : m_nextLook;
     return next;
 }
 
@@ -107,6 +113,7 @@ void HotkeyGrabs::run()
         if (m_hold != 0 && Clock::now() >= m_holdEnd)
             letNextKeyCome();
         regrabIfDue();
+        lookAtHeldKeyIfDue();
         xcb_flush(m_connection);
         // An answer that is waited for brings events along, and so may what is sent. The descriptor
         // tells nothing of those.
@@ -119,9 +126,11 @@ bool HotkeyGrabs::add(const Hotkey& hotkey)
     // The server lets one client grab the same keys twice, other systems don't, and the validation
     // of hotkeys relies on the refusal.
     Registration wanted{hotkey, {}};
+    const KeysDown keysDown = readKeysDown();
     if (isTaken(hotkey) || !grab(wanted))
         return false;
     m_registrations.append(wanted);
+    noteHeldKey(wanted, keysDown);
     return true;
 }
 
@@ -237,6 +246,39 @@ void HotkeyGrabs::forgetGrab()
     m_hotkeyKey = 0;
 }
 
+HotkeyGrabs::KeysDown HotkeyGrabs::readKeysDown() const
+{
+    KeysDown keys;
+    const X11::Reply<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(m_connection, xcb_query_keymap(m_connection), nullptr));
+    if (!reply)
+        return keys;
+    for (std::size_t code = 0; code < keys.size(); ++code)
+        keys[code] = ((reply->keys[code / 8] >> (code % 8)) & 1) != 0;
+    return keys;
+}
+
+void HotkeyGrabs::noteHeldKey(const Registration& registration, const KeysDown& keysDown)
+{
+    // Whoever has just typed the keys that are to be the hotkey may still hold them. Their repeats
+    // are no presses of it, and their release goes to whoever has the focus.
+    for (const Grab& grab : registration.grabs) {
+        if (!keysDown.test(grab.keycode))
+            continue;
+        m_heldKey = grab.keycode;
+        m_nextLook = Clock::now() + kLookPause;
+    }
+}
+
+void HotkeyGrabs::lookAtHeldKeyIfDue()
+{
+    if (m_heldKey == 0 || Clock::now() < m_nextLook)
+        return;
+    if (!readKeysDown().test(m_heldKey))
+        m_heldKey = 0;
+    m_nextLook = Clock::now() + kLookPause;
+}
+
 bool HotkeyGrabs::isFromDroppedGrab(const xcb_generic_event_t& event) const
 {
     // The numbers run over; what is compared is never far apart.
@@ -303,6 +345,8 @@ void HotkeyGrabs::tell(const Registration& registration, const xcb_key_press_eve
 
 bool HotkeyGrabs::isRepeat(const xcb_key_press_event_t& press) const
 {
+    if (press.detail == m_heldKey)
+        return true;
     // During a grab no release goes unseen.
     if (m_grabbingKey != 0)
         return press.detail == m_grabbingKey || press.detail == m_hotkeyKey;
@@ -322,6 +366,8 @@ void HotkeyGrabs::handleRelease(const xcb_key_release_event_t& release)
     // grab of its own.
     if (release.detail == m_hotkeyKey)
         m_hotkeyKey = 0;
+    if (release.detail == m_heldKey)
+        m_heldKey = 0;
     if (release.detail == m_grabbingKey) {
         m_hold = 0;
         m_grabbingKey = 0; // the server has ended it with this

@@ -11,6 +11,7 @@
 #include <QVector>
 #include <QtGui/qwindowdefs.h>
 
+#include <bitset>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -45,6 +46,8 @@ struct HotkeyPress
 /// the hotkey's own key is down: a repeat of that is swallowed, and so are modifiers and the
 /// release of anything. The press of any other key ends the grab and is replayed, so that it
 /// reaches whoever has the focus as if there had been no grab.
+///
+/// A key that is down already when a hotkey is added is no press of it before it has been released.
 ///
 /// One thread at a time.
 class HotkeyGrabs
@@ -105,6 +108,8 @@ private:
         QVector<Grab> grabs;
     };
 
+    using KeysDown = std::bitset<256>; ///< by keycode
+
     HotkeyGrabs(xcb_connection_t* connection, xcb_window_t root, uint8_t xkbEvent,
                 Callbacks callbacks);
 
@@ -129,6 +134,10 @@ private:
     void letNextKeyCome();
     void replayKey();
 
+    KeysDown readKeysDown() const;
+    void noteHeldKey(const Registration& registration, const KeysDown& keysDown);
+    void lookAtHeldKeyIfDue();
+
     void noteMapping(const xcb_generic_event_t& event);
     void regrabIfDue();
     void regrab();
@@ -146,6 +155,8 @@ private:
     xcb_keycode_t m_grabbingKey = 0;  ///< whose press began the grab under way; 0 if there is none
     xcb_keycode_t m_hotkeyKey = 0;    ///< the last that was told of, until its release is seen
     xcb_timestamp_t m_hotkeyTime = 0; ///< of its last press or repeat
+    xcb_keycode_t m_heldKey = 0;      ///< was down when it became a hotkey's, and is since; or 0
+    Clock::time_point m_nextLook;     ///< when to find out whether that key is still down
     uint32_t m_dropRequest = 0;       ///< number of the last request that ended a grab from outside
 
     int m_regrabsLeft = 0; ///< attempts that a change of the map has left; 0 without a change

@@ -16,6 +16,7 @@ private slots:
     void initTestCase();
 
     void newOneLivesAndOldOneIsDead();
+    void keysHeldFromRecordingDontFire();
     void heldByAnotherClientIsRefused();
     void escapeCancels();
     void lossOfFocusCancels();
@@ -88,6 +89,35 @@ void E2eHotkeys::newOneLivesAndOldOneIsDead()
         m_desktop->client().pressKeys({HomePage::Control, SettingsKeys::Alt, HomePage::Space});
         QTRY_COMPARE(pressed += m_desktop->client().takeKeyPressCount(), 3);
     }
+}
+
+void E2eHotkeys::keysHeldFromRecordingDontFire()
+{
+    constexpr xcb_keycode_t kControl = 37;
+    constexpr xcb_keycode_t kAlt = 64;
+    constexpr int kHeldMs = 2500; // many repeats
+    SettingsKeys settings(*m_desktop);
+    settings.start();
+    listen(settings, SettingsKeys::MainHotkeyRow);
+    const auto setKeysDown = [this](bool down) {
+        for (const xcb_keycode_t code : {kControl, kAlt, kK})
+            m_desktop->client().setKeyDown(code, down);
+    };
+    setKeysDown(true);
+    auto release = qScopeGuard([&] { setKeysDown(false); });
+    QTRY_COMPARE(settings.program().setting(kMainKey).toString(), QStringLiteral("Ctrl+Alt+K"));
+    QElapsedTimer held;
+    held.start();
+    while (held.elapsed() < kHeldMs) {
+        QVERIFY(settings.program().homeWindow().isViewable);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    setKeysDown(false);
+    release.dismiss();
+    settings.settledScreenshot();
+    QVERIFY(settings.program().homeWindow().isViewable);
+    settings.program().key(QStringLiteral("ctrl+alt+k"));
+    settings.waitUntilGone();
 }
 
 void E2eHotkeys::heldByAnotherClientIsRefused()

@@ -90,6 +90,7 @@ private slots:
     void modifierReleasedBeforeTheKeyTypesNothing();
     void modifierPressedMeanwhileMakesNoNewPress();
     void keyThatOutlastsTheFirstMakesNoNewPress();
+    void keysHeldWhenTheyBecomeAHotkeyAreNoPress();
     void repeatsMayBeginLate();
     void quickPressesAreNoRepeats();
     void removedHotkeyLetsTheKeysGo();
@@ -591,6 +592,39 @@ void E2eKeyboard::keyThatOutlastsTheFirstMakesNoNewPress()
     client.setKeyDown(kSpace, false);
     press(listener, presses, {kSpace});
     QCOMPARE(presses.last().id, 2);
+}
+
+/// As after recording it.
+void E2eKeyboard::keysHeldWhenTheyBecomeAHotkeyAreNoPress()
+{
+    Presses presses;
+    HotkeyListener listener(m_desktop->display().toLatin1(), presses.callbacks());
+    XClient& client = m_desktop->client();
+    m_desktop->focusOtherWindow();
+    for (const xcb_keycode_t code : {kControl, kAlt, kY})
+        client.setKeyDown(code, true);
+    int pressed = 0;
+    QTRY_VERIFY((pressed += client.takeKeyPressCount()) >= 3);
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
+    QElapsedTimer held;
+    held.start();
+    QTRY_VERIFY(held.elapsed() > 1500); // several repeats
+    QCOMPARE(presses.count(), 0);
+    client.setKeyDown(kY, false);
+    client.setKeyDown(kY, true);
+    QTRY_COMPARE(presses.count(), 1);
+    listener.release(presses.last().hold);
+
+    // Released before the first repeat.
+    client.setKeyDown(kY, false);
+    listener.remove(kWindow, 1);
+    client.setKeyDown(kY, true);
+    QVERIFY(listener.add({kWindow, 1, kCtrlAlt, 'Y'}));
+    client.setKeyDown(kY, false);
+    held.restart();
+    QTRY_VERIFY(held.elapsed() > 200);
+    press(listener, presses, {kY});
+    QCOMPARE(presses.count(), 2);
 }
 
 void E2eKeyboard::repeatsMayBeginLate()
