@@ -103,3 +103,8 @@ void moveFileAside(const QString& filePath)
     QFile::remove(aside);
     QFile::rename(filePath, aside);
 }
+
+bool copyAside(const QString& filePath, const QByteArray& content)
+{
+    return replaceFile(filePath + kAsideSuffix, content);
+}

@@ -54,3 +54,7 @@ void makePrivate(QFileDevice& file);
 /// Renames a file to `filePath` + ".bak", over an older one of that name; if there is none,
 /// the older one stays. If that fails it stays where it is, and the caller isn't told.
 void moveFileAside(const QString& filePath);
+
+/// Puts `content`, which `filePath` held when it was read, where `moveFileAside` would put the
+/// file; the file stays. False if it can't be written.
+[[nodiscard]] bool copyAside(const QString& filePath, const QByteArray& content);

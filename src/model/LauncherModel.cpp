@@ -309,11 +309,12 @@ LauncherModel::Replacement LauncherModel::importData(const QString& sourceJsonPa
         return Replacement::Unreadable;
     const std::optional<LauncherData> data = StorageManager::parse(content.bytes);
     const bool isBroken = !data && !content.bytes.trimmed().isEmpty();
-    // It may be one of the two files that are written now, and must be out of the way before.
+    // It may be one of the two files that are written now, and what it holds must be safe before.
+    // As a copy: if the next step fails, nothing has changed.
     const QFileInfo previous(StorageManager::previousPath(m_jsonPath));
     const bool isPrevious = QFileInfo(sourceJsonPath) == previous;
-    if (isBroken && isPrevious)
-        moveFileAside(sourceJsonPath);
+    if (isBroken && isPrevious && !copyAside(sourceJsonPath, content.bytes))
+        return Replacement::NotKept;
     if (!StorageManager::savePrevious(m_jsonPath, m_data))
         return Replacement::NotKept;
     if (isBroken && !isPrevious)

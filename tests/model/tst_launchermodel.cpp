@@ -108,6 +108,7 @@ private slots:
     void importOfTheOwnFileThatIsBroken();
     void importOfTheDocumentBefore();
     void importOfTheBrokenDocumentBefore();
+    void brokenDocumentBeforeThatCannotBeKept();
     void documentBeforeIsKept();
     void documentBeforeThatCannotBeKept();
     void importOfWhatCannotBeRead_data();
@@ -1160,6 +1161,20 @@ void LauncherModelTest::importOfTheBrokenDocumentBefore()
     QCOMPARE(contentOf(path("data.json.previous.bak")), "[1");
     QCOMPARE(onDisk(), StorageManager::emptyDocument());
     QCOMPARE(previous(), document());
+}
+
+void LauncherModelTest::brokenDocumentBeforeThatCannotBeKept()
+{
+    QFile file(path("data.json.previous"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[1");
+    file.close();
+    QVERIFY(QDir(m_dir->path()).mkpath("data.json.previous.bak/in the way"));
+    const QByteArray before = contentOf(path());
+    QCOMPARE(m_model->importData(file.fileName()), LauncherModel::Replacement::NotKept);
+    QCOMPARE(contentOf(file.fileName()), "[1");
+    QCOMPARE(contentOf(path()), before);
+    QCOMPARE(m_model->data(), document());
 }
 
 void LauncherModelTest::documentBeforeIsKept()

@@ -31,6 +31,8 @@ private slots:
     void previousIsPrivate();
     void fullDisk_data();
     void fullDisk();
+    void fullDiskAtAnImportOfTheBrokenPrevious_data();
+    void fullDiskAtAnImportOfTheBrokenPrevious();
     void fullDiskAtAnExport_data();
     void fullDiskAtAnExport();
     void exportTakesTheOldFileAway();
@@ -147,6 +149,37 @@ void ReplacedDocumentTest::fullDisk()
     QCOMPARE(contentOf(path("other.json")), chosen);
     QCOMPARE(QDir(root()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
              QStringList({"data.json", "data.json.previous", "other.json"}));
+}
+
+void ReplacedDocumentTest::fullDiskAtAnImportOfTheBrokenPrevious_data()
+{
+    QTest::addColumn<int>("blocks");
+    QTest::addColumn<int>("outcome");
+    QTest::addColumn<QByteArray>("aside");
+    const int notKept = static_cast<int>(LauncherModel::Replacement::NotKept);
+    QTest::newRow("enough room, for comparison")
+        << -1 << static_cast<int>(LauncherModel::Replacement::Done) << QByteArray("[broken");
+    if (FreshProcess::canLimitFileSize()) {
+        QTest::newRow("no room at all") << 0 << notKept << QByteArray("broken earlier");
+        QTest::newRow("room for the broken one") << 1 << notKept << QByteArray("[broken");
+    }
+}
+
+void ReplacedDocumentTest::fullDiskAtAnImportOfTheBrokenPrevious()
+{
+    QFETCH(int, blocks);
+    QFETCH(int, outcome);
+    const QByteArray before = contentOf(path("data.json"));
+    QVERIFY(before.size() > 512);
+    write("data.json.previous", "[broken");
+    write("data.json.previous.bak", "broken earlier");
+    const FreshProcess::Outcome result =
+        runWith(blocks, "replace", {path("data.json"), path("data.json.previous")});
+    QVERIFY(result.hasExited);
+    QCOMPARE(result.exitCode, outcome);
+    QTEST(contentOf(path("data.json.previous.bak")), "aside");
+    QCOMPARE(contentOf(path("data.json.previous")), blocks < 0 ? before : "[broken");
+    QCOMPARE(contentOf(path("data.json")) == before, blocks >= 0);
 }
 
 void ReplacedDocumentTest::fullDiskAtAnExport_data()
