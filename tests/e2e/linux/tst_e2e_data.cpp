@@ -6,10 +6,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QtTest>
 
-/// The document as its user takes it out of the program and puts another in its place, by keys;
-/// each looked at on disk, on the page and after a restart.
+#include <sys/stat.h>
+
+/// The document as its user takes it out of the program, puts another in its place and empties it,
+/// by keys; each looked at on disk, on the page and after a restart.
 class E2eData : public QObject
 {
     Q_OBJECT
@@ -19,7 +22,13 @@ private slots:
 
     void exportIsACopy_data();
     void exportIsACopy();
+    void importTakesTheOtherDocument_data();
     void importTakesTheOtherDocument();
+    void importOfNoDocumentCanBeTakenBack_data();
+    void importOfNoDocumentCanBeTakenBack();
+    void importOfWhatCannotBeReadChangesNothing_data();
+    void importOfWhatCannotBeReadChangesNothing();
+    void deletionCanBeTakenBack();
 
 private:
     static QByteArray document(const QString& section, const QString& snippet);
@@ -38,6 +47,7 @@ namespace
 
 const QString kDocument = QStringLiteral("data.json");
 const QString kPrevious = QStringLiteral("data.json.previous");
+const QStringList kEmptyDocument{QStringLiteral("Default")};
 
 } // namespace
 
@@ -135,9 +145,17 @@ void E2eData::exportIsACopy()
     verifyFirstItem(settings, QStringLiteral("old"));
 }
 
+void E2eData::importTakesTheOtherDocument_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("present shape") << document(QStringLiteral("Play"), QStringLiteral("new"));
+    QTest::newRow("older shape") << Profile::legacyDocument(
+        {Profile::item(QStringLiteral("Note"), QStringLiteral("Snippet"), QStringLiteral("new"))});
+}
+
 void E2eData::importTakesTheOtherDocument()
 {
-    const QByteArray content = document(QStringLiteral("Play"), QStringLiteral("new"));
+    QFETCH(QByteArray, content);
     const QString name = QStringLiteral("other.json");
     SettingsKeys settings(*m_desktop);
     writeInHome(settings, name, content);
@@ -155,6 +173,88 @@ void E2eData::importTakesTheOtherDocument()
     m_desktop->setClipboard(QStringLiteral("from before"));
     settings.restart();
     verifyFirstItem(settings, QStringLiteral("new"));
+}
+
+void E2eData::importOfNoDocumentCanBeTakenBack_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("movedTo"); // empty if it stays
+    QTest::newRow("broken") << QByteArray("{\"categories\": [") << "other.json.bak";
+    QTest::newRow("empty") << QByteArray() << "";
+}
+
+void E2eData::importOfNoDocumentCanBeTakenBack()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, movedTo);
+    const QString name = QStringLiteral("other.json");
+    SettingsKeys settings(*m_desktop);
+    writeInHome(settings, name, content);
+    begin(settings);
+    import(settings, name);
+    QCOMPARE(settings.sections(), kEmptyDocument);
+    QCOMPARE(QFileInfo::exists(inHome(settings, name)), movedTo.isEmpty());
+    QCOMPARE(contentOf(inHome(settings, movedTo.isEmpty() ? name : movedTo)), content);
+    settings.restart();
+    QCOMPARE(settings.sections(), kEmptyDocument);
+    import(settings, QDir(settings.program().dataDir()).filePath(kPrevious));
+    QCOMPARE(settings.sections(), QStringList{QStringLiteral("Work")});
+    settings.restart();
+    verifyFirstItem(settings, QStringLiteral("old"));
+}
+
+void E2eData::importOfWhatCannotBeReadChangesNothing_data()
+{
+    QTest::addColumn<bool>("isPipe");
+    QTest::newRow("pipe") << true;
+    QTest::newRow("too large") << false;
+}
+
+void E2eData::importOfWhatCannotBeReadChangesNothing()
+{
+    QFETCH(bool, isPipe);
+    constexpr qint64 kTooLarge = 256LL * 1024 * 1024 + 1;
+    const QString name = QStringLiteral("other.json");
+    SettingsKeys settings(*m_desktop);
+    QFile file(inHome(settings, name));
+    if (isPipe)
+        QCOMPARE(::mkfifo(QFile::encodeName(file.fileName()).constData(), 0600), 0);
+    else
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(kTooLarge));
+    begin(settings);
+    const QByteArray before = settings.program().readData(kDocument);
+    import(settings, name); // the message is another one, answered by the same keys
+    QCOMPARE(settings.program().readData(kDocument), before);
+    QVERIFY(settings.program().readData(kPrevious).isEmpty());
+    QVERIFY(QFileInfo::exists(file.fileName()));
+    QVERIFY(!QFileInfo::exists(file.fileName() + QStringLiteral(".bak")));
+    settings.restart();
+    verifyFirstItem(settings, QStringLiteral("old"));
+}
+
+void E2eData::deletionCanBeTakenBack()
+{
+    SettingsKeys settings(*m_desktop);
+    begin(settings);
+    settings.openRow(SettingsKeys::AppCategory, SettingsKeys::DeleteRow);
+    // Enter is for the default button, which is to cancel.
+    settings.press({HomePage::Return});
+    settings.waitForNextDialog();
+    settings.press({HomePage::Return});
+    settings.waitForSettings();
+    QCOMPARE(settings.sections(), QStringList{QStringLiteral("Work")});
+    settings.press({HomePage::Return});
+    settings.waitForNextDialog();
+    settings.press({HomePage::Escape});
+    settings.waitForNextDialog();
+    settings.press({HomePage::Return});
+    settings.waitForSettings();
+    QCOMPARE(settings.sections(), kEmptyDocument);
+    settings.restart();
+    QCOMPARE(settings.sections(), kEmptyDocument);
+    import(settings, QDir(settings.program().dataDir()).filePath(kPrevious));
+    settings.restart();
+    verifyFirstItem(settings, QStringLiteral("old"));
 }
 
 QTEST_GUILESS_MAIN(E2eData)

@@ -15,6 +15,7 @@ class E2eHotkeys : public QObject
 private slots:
     void initTestCase();
 
+    void newOneLivesAndOldOneIsDead_data();
     void newOneLivesAndOldOneIsDead();
     void keysHeldFromRecordingDontFire();
     void heldByAnotherClientIsRefused();
@@ -62,31 +63,49 @@ void E2eHotkeys::listen(SettingsKeys& settings, int row) const
     settings.press({HomePage::Right, HomePage::Return}); // past the button that resets
 }
 
+void E2eHotkeys::newOneLivesAndOldOneIsDead_data()
+{
+    QTest::addColumn<bool>("isMain");
+    QTest::newRow("main window") << true;
+    QTest::newRow("Spotlight") << false;
+}
+
 void E2eHotkeys::newOneLivesAndOldOneIsDead()
 {
+    QFETCH(bool, isMain);
+    const xcb_keycode_t old = isMain ? kSpace : kY;
+    const xcb_keysym_t oldSymbol = isMain ? HomePage::Space : xcb_keysym_t('y');
+    const QString newKeys = QStringLiteral("ctrl+alt+k");
+    const QString key = isMain ? kMainKey : kSpotlightKey;
     SettingsKeys settings(*m_desktop);
     settings.start();
-    QVERIFY(isGrabbed(kSpace));
-    listen(settings, SettingsKeys::MainHotkeyRow);
+    QVERIFY(isGrabbed(old));
+    listen(settings, isMain ? SettingsKeys::MainHotkeyRow : SettingsKeys::SpotlightHotkeyRow);
     settings.chord({HomePage::Control, SettingsKeys::Alt, 'k'});
     const Program& program = settings.program();
-    QTRY_COMPARE(program.setting(kMainKey).toString(), QStringLiteral("Ctrl+Alt+K"));
+    QTRY_COMPARE(program.setting(key).toString(), QStringLiteral("Ctrl+Alt+K"));
 
     for (const bool isRestarted : {false, true}) {
         if (isRestarted)
             settings.restart();
-        QCOMPARE(program.setting(kMainKey).toString(), QStringLiteral("Ctrl+Alt+K"));
+        QCOMPARE(program.setting(key).toString(), QStringLiteral("Ctrl+Alt+K"));
         QTRY_VERIFY(isGrabbed(kK));
-        QTRY_VERIFY(!isGrabbed(kSpace));
-        QVERIFY(isGrabbed(kY));
+        QTRY_VERIFY(!isGrabbed(old));
+        QVERIFY(isGrabbed(isMain ? kY : kSpace));
         settings.settledScreenshot();
-        program.key(QStringLiteral("ctrl+alt+k"));
-        settings.waitUntilGone();
+        program.key(newKeys);
+        if (isMain) {
+            settings.waitUntilGone();
+        } else {
+            QTRY_VERIFY(program.isSpotlightUp());
+            program.key(newKeys);
+            QTRY_VERIFY(!program.spotlight().isViewable);
+        }
         // The keys of the old one are whoever's has the keyboard.
         m_desktop->focusOtherWindow();
         int pressed = 0;
         m_desktop->client().takeKeyPressCount();
-        m_desktop->client().pressKeys({HomePage::Control, SettingsKeys::Alt, HomePage::Space});
+        m_desktop->client().pressKeys({HomePage::Control, SettingsKeys::Alt, oldSymbol});
         QTRY_COMPARE(pressed += m_desktop->client().takeKeyPressCount(), 3);
     }
 }
@@ -186,9 +205,7 @@ void E2eHotkeys::tabIsRecorded()
 
 void E2eHotkeys::resetBringsTheDefaultBack_data()
 {
-    QTest::addColumn<bool>("isMain");
-    QTest::newRow("main window") << true;
-    QTest::newRow("Spotlight") << false;
+    newOneLivesAndOldOneIsDead_data();
 }
 
 void E2eHotkeys::resetBringsTheDefaultBack()

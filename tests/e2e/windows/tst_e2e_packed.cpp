@@ -20,8 +20,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <algorithm>
-
 #include <windows.h>
 
 namespace
@@ -94,18 +92,26 @@ public:
 
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     NativeDesktop::Window home() const { return windowOfWidth(MainWindow::WINDOW_WIDTH_GRID); }
+    NativeDesktop::Window settings() const
+    {
+        return windowOfWidth(MainWindow::WINDOW_WIDTH_SETTINGS);
+    }
     NativeDesktop::Window spotlight() const { return windowOfWidth(SpotlightWindow::WINDOW_WIDTH); }
     /// Its visible windows, the menus among them.
     qsizetype windowCount() const { return NativeDesktop::windowsOf(m_process.processId()).size(); }
     /// Whether the keyboard is with a window of the program that is neither of the two.
-    bool isDialogUp() const
+    bool isDialogUp() const { return !dialogGeometry().isNull(); }
+    /// Of that window; null if there is none.
+    QRect dialogGeometry() const
     {
-        const QList<NativeDesktop::Window> all = NativeDesktop::windowsOf(m_process.processId());
-        return std::any_of(all.begin(), all.end(), [](const NativeDesktop::Window& window) {
-            return window.isForeground &&
-                   window.geometry.width() != MainWindow::WINDOW_WIDTH_GRID &&
-                   window.geometry.width() != SpotlightWindow::WINDOW_WIDTH;
-        });
+        const QList<int> widths{MainWindow::WINDOW_WIDTH_GRID, MainWindow::WINDOW_WIDTH_SETTINGS,
+                                SpotlightWindow::WINDOW_WIDTH};
+        for (const NativeDesktop::Window& window :
+             NativeDesktop::windowsOf(m_process.processId())) {
+            if (window.isForeground && !widths.contains(window.geometry.width()))
+                return window.geometry;
+        }
+        return {};
     }
 
 private:
@@ -149,6 +155,12 @@ void press(const QStringList& keys)
         NativeDesktop::pressKeys(key);
 }
 
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 bool makeFile(const QString& path)
 {
     return QFile(path).open(QIODevice::WriteOnly);
@@ -185,6 +197,9 @@ private slots:
     void installedApplicationIsFoundAndStarted();
     void newFileIsFoundAndOpened();
     void madeByKeysAndStillThereLater();
+    void settingsAreChangedByKeys();
+    void recordedHotkeyFires();
+    void dataIsTakenOutAndInByKeys();
     void auditsRunBesideIt();
     void reorderedByKeys();
 
@@ -197,7 +212,9 @@ private:
     {
         return QJsonDocument::fromJson(read(QStringLiteral("data.json"))).object();
     }
+    QString setting(const QString& key) const;
     void hideHome(const Program& program) const;
+    void openSettings(const Program& program, int category, int row) const;
 
     QString m_dataDir;
 };
@@ -236,6 +253,25 @@ QByteArray E2ePacked::read(const QString& name) const
 {
     QFile file(path(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString E2ePacked::setting(const QString& key) const
+{
+    const QSettings settings(path(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    return settings.value(key).toString();
+}
+
+/// Waits for the first window and goes to the first control of a row of the settings.
+void E2ePacked::openSettings(const Program& program, int category, int row) const
+{
+    QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
+    NativeDesktop::pressKeys(QStringLiteral("Tab"));
+    QTRY_VERIFY_WITH_TIMEOUT(program.settings().isForeground, kPatienceMs);
+    for (int i = 0; i < category; ++i)
+        NativeDesktop::pressKeys(QStringLiteral("Down"));
+    NativeDesktop::pressKeys(QStringLiteral("Return"));
+    for (int i = 0; i < row; ++i)
+        NativeDesktop::pressKeys(QStringLiteral("Down"));
 }
 
 /// Waits for the first window and sends it away, as at the beginning of a user's day.
@@ -483,6 +519,109 @@ void E2ePacked::madeByKeysAndStillThereLater()
     press({down, enter});
     QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("good morning"));
     QTRY_VERIFY(!again.home().exists());
+}
+
+void E2ePacked::settingsAreChangedByKeys()
+{
+    constexpr int kDisplay = 0;
+    constexpr int kThemeRow = 0;
+    constexpr int kLanguageRow = 3;
+    set(QStringLiteral("Theme/ForceTheme"), QStringLiteral("1"));
+    {
+        const Program program;
+        openSettings(program, kDisplay, kThemeRow);
+        if (QTest::currentTestFailed())
+            return;
+        // From the light theme, which is in force, to the dark one.
+        press({QStringLiteral("Right"), QStringLiteral("Return")});
+        QTRY_COMPARE(setting(QStringLiteral("Theme/ForceTheme")), QStringLiteral("2"));
+    }
+    const Program program;
+    openSettings(program, kDisplay, kLanguageRow);
+    if (QTest::currentTestFailed())
+        return;
+    press({QStringLiteral("Return")});
+    QTRY_COMPARE(program.windowCount(), 2);
+    press({QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Return")});
+    QTRY_COMPARE(setting(QStringLiteral("Language/Code")), QStringLiteral("id"));
+    QCOMPARE(setting(QStringLiteral("Theme/ForceTheme")), QStringLiteral("2"));
+    QTRY_VERIFY(program.settings().isForeground);
+}
+
+void E2ePacked::recordedHotkeyFires()
+{
+    constexpr int kApp = 1;
+    constexpr int kSpotlightRow = 1;
+    {
+        const Program program;
+        openSettings(program, kApp, kSpotlightRow);
+        if (QTest::currentTestFailed())
+            return;
+        press({QStringLiteral("Right"), QStringLiteral("Return")});
+        NativeDesktop::pressKeys(kOtherHotkey);
+        QTRY_COMPARE(setting(kSpotlightSetting), kOtherHotkey);
+        NativeDesktop::pressKeys(kOtherHotkey);
+        QTRY_VERIFY(program.spotlight().isForeground);
+    }
+    const Program again;
+    hideHome(again);
+    if (QTest::currentTestFailed())
+        return;
+    NativeDesktop::pressKeys(kSpotlightHotkey); // which is nobody's now
+    NativeDesktop::pressKeys(kOtherHotkey);
+    QTRY_VERIFY(again.spotlight().isForeground);
+    NativeDesktop::pressKeys(kOtherHotkey);
+    QTRY_VERIFY(!again.spotlight().exists());
+}
+
+void E2ePacked::dataIsTakenOutAndInByKeys()
+{
+    constexpr int kApp = 1;
+    constexpr int kExportRow = 2;
+    const QByteArray document = Profile::document(
+        {Profile::item(QStringLiteral("Note"), QStringLiteral("Snippet"), QStringLiteral("text"))});
+    write(QStringLiteral("data.json"), document);
+    const QString enter = QStringLiteral("Return");
+    const QTemporaryDir elsewhere;
+    const QString file = elsewhere.filePath(QStringLiteral("copy.json"));
+    const auto choose = [&file] {
+        NativeDesktop::pressKeys(QStringLiteral("Ctrl+A"));
+        QTRY_VERIFY(NativeDesktop::setClipboardText(QDir::toNativeSeparators(file)));
+        press({QStringLiteral("Ctrl+V"), QStringLiteral("Return")});
+    };
+    const Program program;
+    openSettings(program, kApp, kExportRow);
+    if (QTest::currentTestFailed())
+        return;
+    press({enter});
+    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp(), kPatienceMs);
+    choose();
+    QTRY_COMPARE_WITH_TIMEOUT(contentOf(file), document, kPatienceMs);
+    QTRY_VERIFY(program.isDialogUp()); // the message; the chooser is gone by then
+    press({enter});
+    QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
+
+    // All of it deleted and brought in again; Esc answers the questions like their first buttons.
+    press({QStringLiteral("Down"), QStringLiteral("Down"), enter});
+    QTRY_VERIFY(program.isDialogUp());
+    press({QStringLiteral("Esc")});
+    QTRY_VERIFY(!read(QStringLiteral("data.json")).contains("Note"));
+    QVERIFY(read(QStringLiteral("data.json.previous")).contains("Note"));
+    QTRY_VERIFY(program.isDialogUp());
+    press({enter});
+    QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
+    press({QStringLiteral("Up"), enter});
+    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp(), kPatienceMs);
+    const QRect chooser = program.dialogGeometry();
+    choose();
+    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp() && program.dialogGeometry() != chooser,
+                             kPatienceMs);
+    press({QStringLiteral("Esc")});
+    QTRY_VERIFY(read(QStringLiteral("data.json")).contains("Note"));
+    QTRY_VERIFY(program.isDialogUp());
+    press({enter});
+    QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
+    QCOMPARE(contentOf(file), document);
 }
 
 void E2ePacked::auditsRunBesideIt()
