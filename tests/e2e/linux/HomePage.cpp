@@ -33,9 +33,7 @@ QPoint HomePage::tile(int index)
 
 void HomePage::waitFor(const std::function<bool()>& condition, const char* failure) const
 {
-    if (QTest::qWaitFor(condition, Desktop::PatienceMs))
-        return;
-    m_program.giveUp(failure);
+    m_program.waitFor(condition, failure);
 }
 
 void HomePage::start()

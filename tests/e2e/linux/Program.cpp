@@ -16,6 +16,25 @@
 
 #include <utility>
 
+namespace
+{
+
+/// Looks more often than QTest does: for what stands behind each key of long sequences and before
+/// each picture.
+bool comesWithin(int patienceMs, const std::function<bool()>& condition)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!condition()) {
+        if (waited.hasExpired(patienceMs))
+            return false;
+        QThread::usleep(500);
+    }
+    return true;
+}
+
+} // namespace
+
 Program::Program(Desktop& desktop) : m_desktop(desktop), m_environment(desktop.environment())
 {
     // Each case has a profile and a home of its own.
@@ -123,14 +142,12 @@ void Program::startWithoutWaiting(const QString& binaryPath)
 void Program::start()
 {
     startWithoutWaiting();
-    const bool isUp = QTest::qWaitFor(
+    waitFor(
         [this] {
             const XClient::Window home = homeWindow();
             return home.isViewable && m_desktop.client().focus() == home.id;
         },
-        Desktop::PatienceMs);
-    if (!isUp)
-        giveUp("the home window doesn't come up");
+        "the home window doesn't come up");
 }
 
 void Program::startAndSettle()
@@ -138,8 +155,7 @@ void Program::startAndSettle()
     start();
     // The hotkey hides it at once; losing the focus would do so only after the guard.
     key(QStringLiteral("ctrl+alt+space"));
-    if (!QTest::qWaitFor([this] { return !homeWindow().isViewable; }, Desktop::PatienceMs))
-        giveUp("the home window doesn't go away");
+    waitFor([this] { return !homeWindow().isViewable; }, "the home window doesn't go away");
     m_desktop.focusOtherWindow();
 }
 
@@ -173,14 +189,12 @@ bool Program::isSpotlightUp() const
 void Program::openSpotlight()
 {
     key(QStringLiteral("ctrl+alt+y"));
-    if (!QTest::qWaitFor([this] { return isSpotlightUp(); }, Desktop::PatienceMs))
-        giveUp("Spotlight doesn't come up");
+    waitFor([this] { return isSpotlightUp(); }, "Spotlight doesn't come up");
 }
 
 void Program::waitUntilSpotlightIsGone()
 {
-    if (!QTest::qWaitFor([this] { return !spotlight().isViewable; }, Desktop::PatienceMs))
-        giveUp("Spotlight doesn't go away");
+    waitFor([this] { return !spotlight().isViewable; }, "Spotlight doesn't go away");
 }
 
 void Program::type(const QString& text) const
@@ -213,49 +227,59 @@ void Program::waitForKeysToBeHandled() const
 
 void Program::waitForAnswer() const
 {
-    // It answers for the others too, even while it is hidden: all are on one connection.
-    // Looked for more often than QTest does: it stands behind each key of long sequences. And asked
+    // It answers for the others too, even while it is hidden: all are on one connection. And asked
     // again, because a window that goes away meanwhile has been seen to take the question along.
     constexpr int kAskAgainMs = 1000;
     if (m_answeringWindow == XCB_WINDOW_NONE)
         m_answeringWindow = homeWindow().id;
     for (int attempt = 0; attempt < Desktop::PatienceMs / kAskAgainMs; ++attempt) {
         m_desktop.client().ping(m_answeringWindow);
-        QElapsedTimer waited;
-        waited.start();
-        while (!waited.hasExpired(kAskAgainMs)) {
-            if (m_desktop.client().hasAnswered())
-                return;
-            QThread::usleep(500);
-        }
+        if (comesWithin(kAskAgainMs, [this] { return m_desktop.client().hasAnswered(); }))
+            return;
     }
     giveUp("the program doesn't read its keys");
+}
+
+/// The screen as it is once the program has had a turn and the compositor has painted what came of
+/// it.
+QImage Program::nextPicture() const
+{
+    waitForAnswer();
+    XClient& client = m_desktop.client();
+    client.switchLamp();
+    if (!comesWithin(Desktop::PatienceMs, [&client] { return client.hasLampChanged(); }))
+        giveUp("the compositor doesn't paint");
+    return client.screenshot();
 }
 
 QImage Program::settledScreenshot() const
 {
     waitForKeysToBeHandled();
-    QImage last = m_desktop.client().screenshot();
+    QImage last = nextPicture();
     QImage before = last; // the other of the two pictures that a blinking caret makes
     int knownPictures = 0;
-    const bool isSettled = QTest::qWaitFor(
+    waitFor(
         [&] {
-            const QImage next = m_desktop.client().screenshot();
+            const QImage next = nextPicture();
             knownPictures = next == last || next == before ? knownPictures + 1 : 0;
             if (next != last)
                 before = std::exchange(last, next);
             return knownPictures >= 10;
         },
-        Desktop::PatienceMs);
-    if (!isSettled)
-        giveUp("the screen doesn't come to rest");
+        "the screen doesn't come to rest");
     return last;
+}
+
+void Program::waitFor(const std::function<bool()>& condition, const char* failure) const
+{
+    if (!QTest::qWaitFor(condition, Desktop::PatienceMs))
+        giveUp(failure);
 }
 
 void Program::giveUp(const char* failure) const
 {
     XClient& client = m_desktop.client();
-    keep(client.screenshot(), QStringLiteral("stuck"));
+    keep(client.screenshot(), QCoreApplication::applicationName() + QStringLiteral("-stuck"));
     QString state;
     QDebug text(&state);
     text << "process" << m_process.state() << "with focus" << client.focus();

@@ -9,6 +9,8 @@
 #include <QProcess>
 #include <QSettings>
 
+#include <functional>
+
 /// The program under test on a desktop of its own, driven from outside only.
 class Program
 {
@@ -72,8 +74,12 @@ public:
     void key(const QString& combination) const;
 
     /// Waits until the program has dealt with all keys and the picture of the screen stops
-    /// changing, and returns that.
+    /// changing, and returns that. A program or a compositor that stands still for a while in the
+    /// middle of a change isn't at rest.
     QImage settledScreenshot() const;
+
+    /// Waits for what has to happen; ends the test run if it doesn't.
+    void waitFor(const std::function<bool()>& condition, const char* failure) const;
 
     /// Ends the test run and tells what the screen looks like and which windows there are.
     [[noreturn]] void giveUp(const char* failure) const;
@@ -86,6 +92,7 @@ public:
 
 private:
     void waitForAnswer() const;
+    QImage nextPicture() const;
 
     XClient::Window windowOfWidth(int width) const;
 

@@ -71,8 +71,7 @@ public:
 
     void waitOrGiveUp(const std::function<bool()>& condition, const char* failure)
     {
-        if (!QTest::qWaitFor(condition, Desktop::PatienceMs))
-            program().giveUp(failure);
+        program().waitFor(condition, failure);
     }
 
 private:

@@ -3,8 +3,6 @@
 
 #include "XClient.h"
 
-#include <QColor>
-
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -340,13 +338,47 @@ QImage XClient::screenshot() const
     const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(m_connection, cookie, nullptr));
     if (!reply)
         qFatal("no picture of the screen");
-    return QImage(xcb_get_image_data(reply.get()), m_screen->width_in_pixels,
-                  m_screen->height_in_pixels, QImage::Format_RGB32)
-        .copy();
+    QImage picture = QImage(xcb_get_image_data(reply.get()), m_screen->width_in_pixels,
+                            m_screen->height_in_pixels, QImage::Format_RGB32)
+                         .copy();
+    if (m_lamp != XCB_WINDOW_NONE)
+        picture.setPixelColor(lampPlace(), m_rootColor);
+    return picture;
+}
+
+void XClient::makeLamp()
+{
+    m_lamp = xcb_generate_id(m_connection);
+    const uint32_t isUnmanaged = 1;
+    const QPoint place = lampPlace();
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_lamp, m_screen->root,
+                      static_cast<int16_t>(place.x()), static_cast<int16_t>(place.y()), 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, m_screen->root_visual,
+                      XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
+    xcb_map_window(m_connection, m_lamp);
+}
+
+void XClient::switchLamp()
+{
+    if (m_lamp == XCB_WINDOW_NONE)
+        makeLamp();
+    m_isLampOn = !m_isLampOn;
+    const uint32_t pixel = lampColor().rgb() & 0xffffffU;
+    xcb_change_window_attributes(m_connection, m_lamp, XCB_CW_BACK_PIXEL, &pixel);
+    const uint32_t mode = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(m_connection, m_lamp, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    xcb_clear_area(m_connection, 0, m_lamp, 0, 0, 0, 0);
+    xcb_flush(m_connection);
+}
+
+bool XClient::hasLampChanged() const
+{
+    return QColor(pixel(lampPlace())) == lampColor();
 }
 
 void XClient::paintRoot(const QColor& color)
 {
+    m_rootColor = color;
     const uint32_t pixel = color.rgb() & 0xffffffU;
     xcb_change_window_attributes(m_connection, m_screen->root, XCB_CW_BACK_PIXEL, &pixel);
     xcb_clear_area(m_connection, 0, m_screen->root, 0, 0, 0, 0);

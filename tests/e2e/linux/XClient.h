@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QRect>
 #include <QString>
@@ -88,8 +89,14 @@ public:
     /// Colour of one pixel of the screen.
     QRgb pixel(const QPoint& position) const;
 
-    /// The whole screen as it is shown.
+    /// The whole screen as it is shown, without the lamp.
     QImage screenshot() const;
+
+    /// Gives the lamp, a pixel in the upper right corner of the screen, its other colour. A
+    /// compositor paints what was drawn first no later than what was drawn next: all that was
+    /// there before this call is on the screen, too, once the lamp has changed on it.
+    void switchLamp();
+    bool hasLampChanged() const;
 
     /// Colour of the background where no window is.
     void paintRoot(const QColor& color);
@@ -99,6 +106,9 @@ private:
     xcb_atom_t atom(const char* name) const;
     void sendProtocol(xcb_window_t window, xcb_atom_t protocol, uint32_t time);
     void collect(xcb_window_t window, QVector<Window>& found, qint64 pid) const;
+    QPoint lampPlace() const { return {m_screen->width_in_pixels - 1, 0}; }
+    QColor lampColor() const { return m_isLampOn ? Qt::white : Qt::black; }
+    void makeLamp();
     void fakeInput(uint8_t type, uint8_t detail, const QPoint& position = {});
     void readEvents();
     void readEvent(const xcb_generic_event_t& event);
@@ -107,6 +117,9 @@ private:
 
     xcb_connection_t* m_connection;
     const xcb_screen_t* m_screen;
+    xcb_window_t m_lamp = XCB_WINDOW_NONE; ///< above all other windows
+    bool m_isLampOn = false;
+    QColor m_rootColor;
     int m_keyPressCount = 0;
     uint32_t m_pingNumber = 0;
     uint32_t m_answeredNumber = 0;
