@@ -384,7 +384,7 @@ void E2eFiles::hintStandsUntilTheFirstScanIsDone()
     m_program->key(QStringLiteral("Return"));
     // All but the field, in which the cursor blinks, is as it was.
     const QRect panel(kCard + QPoint(0, kChipStripHeight), QSize(520, kPanelHeight));
-    QCOMPARE(m_program->settledScreenshot().copy(panel), picture.copy(panel));
+    QTRY_COMPARE(m_program->settledScreenshot().copy(panel), picture.copy(panel));
     QVERIFY(m_program->isSpotlightUp());
     QCOMPARE(m_desktop->opened(), QStringList());
 

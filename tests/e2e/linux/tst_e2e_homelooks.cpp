@@ -249,8 +249,8 @@ void E2eHomeLooks::tooltip()
         return found == windows.end() ? XClient::Window() : *found;
     };
     // It is for the item that becomes current; the first one is from the start.
-    m_desktop->client().movePointer(place + HomePage::tile(1));
-    m_desktop->client().movePointer(place + HomePage::tile(index));
+    home.movePointer(HomePage::tile(1));
+    home.movePointer(HomePage::tile(index));
     QTRY_VERIFY(tooltipWindow().isViewable);
     keep(home, QStringLiteral("tooltip-") +
                    QString::fromLatin1(QTest::currentDataTag()).replace(QLatin1String(", "), "-"));
@@ -327,8 +327,8 @@ void E2eHomeLooks::scale()
     home.program().setScale(factor);
     home.program().writeData(QStringLiteral("data.json"), twoSections());
     home.start();
-    QCOMPARE(home.program().homeWindow().geometry.size(),
-             QSize(qRound(617 * factor), qRound(616 * factor)));
+    QTRY_COMPARE(home.program().homeWindow().geometry.size(),
+                 QSize(qRound(617 * factor), qRound(616 * factor)));
     home.press({HomePage::Down});
     const QString name = QStringLiteral("scale-%1-").arg(factor);
     keep(home, name + QStringLiteral("grid"));

@@ -136,8 +136,7 @@ void E2eSettings::init()
 
 void E2eSettings::waitFor(const std::function<bool()>& condition, const char* failure) const
 {
-    if (!QTest::qWaitFor(condition, Desktop::PatienceMs))
-        m_home->program().giveUp(failure);
+    m_home->program().waitFor(condition, failure);
 }
 
 QImage E2eSettings::windowPicture() const
@@ -337,7 +336,7 @@ void E2eSettings::waysInAndOut()
     waitForHomePage("Esc doesn't lead back");
     // In the grid as at first, ready for the next key.
     m_home->press({HomePage::Up});
-    QCOMPARE(m_home->settledScreenshot().size(), home.size());
+    QTRY_COMPARE(m_home->settledScreenshot(), home);
 }
 
 void E2eSettings::escapeClimbsUp()
@@ -352,7 +351,7 @@ void E2eSettings::escapeClimbsUp()
     waitForFocusedLanguage("the focus isn't on the button again whose menu was closed");
     const QImage inside = m_home->settledScreenshot();
     m_home->press({HomePage::Escape});
-    QVERIFY(m_home->settledScreenshot() != inside); // the list has the focus
+    QTRY_VERIFY(m_home->settledScreenshot() != inside); // the list has the focus
     QVERIFY(isSettingsPage());
     m_home->press({HomePage::Escape});
     waitFor([this] { return !isSettingsPage(); }, "Esc in the list doesn't lead to the home page");
@@ -403,14 +402,15 @@ void E2eSettings::fourLanguages()
         for (int j = 0; j < i; ++j)
             QVERIFY(pictures.at(i) != pictures.at(j));
     }
-    QCOMPARE(pictures.last(), pictures.first()); // English again, and nothing has moved
+    // English again, and nothing has moved.
+    QTRY_COMPARE(m_home->settledScreenshot(), pictures.first());
     chooseLanguage(Lang::Ja);
     waitForFocusedLanguage("the focus isn't on the button of the languages");
     restart();
     enterPage();
     m_home->press({HomePage::Down, HomePage::Down, HomePage::Down});
     waitForFocusedLanguage("Down doesn't lead to the languages after a restart");
-    QCOMPARE(m_home->settledScreenshot(), pictures.at(3));
+    QTRY_COMPARE(m_home->settledScreenshot(), pictures.at(3));
 }
 
 void E2eSettings::threeColumnCounts()
@@ -425,7 +425,10 @@ void E2eSettings::threeColumnCounts()
         xcb_keysym_t key;
         int columns;
     };
-    int tilesSeen = 3;
+    const auto tilesSeen = [this] {
+        const QImage picture = m_home->settledScreenshot();
+        return tilesAt(picture.copy(m_home->program().homeWindow().geometry), kInFirstLine);
+    };
     for (const Step& step :
          {Step{HomePage::Left, 2}, Step{HomePage::Right, 3}, Step{HomePage::Right, 4}}) {
         changeBy({step.key, HomePage::Return});
@@ -433,17 +436,13 @@ void E2eSettings::threeColumnCounts()
         waitForFocusedChoice("the focus isn't on the button of the columns");
         m_home->press({HomePage::Escape, HomePage::Escape});
         waitFor([this] { return !isSettingsPage(); }, "Esc doesn't lead to the home page");
-        tilesSeen =
-            tilesAt(m_home->settledScreenshot().copy(m_home->program().homeWindow().geometry),
-                    kInFirstLine);
-        QCOMPARE(tilesSeen, step.columns);
+        QTRY_COMPARE_WITH_TIMEOUT(tilesSeen(), step.columns, Desktop::PatienceMs);
         enterPage();
         m_home->press({HomePage::Down, HomePage::Down});
         waitForFocusedChoice("Down doesn't lead to the columns again");
     }
     restart();
-    const QImage picture = m_home->settledScreenshot();
-    QCOMPARE(tilesAt(picture.copy(m_home->program().homeWindow().geometry), kInFirstLine), 4);
+    QTRY_COMPARE_WITH_TIMEOUT(tilesSeen(), 4, Desktop::PatienceMs);
 }
 
 void E2eSettings::accentByHex()
