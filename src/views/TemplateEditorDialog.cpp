@@ -153,6 +153,9 @@ void TemplateEditorDialog::refreshList()
         row->setData(ItemRoles::RoleIconToken, item.iconPath);
         m_list->addItem(row);
     }
+    // Said, or the list would make its first row the current one with the focus, seen by nobody:
+    // Enter would open that, and Down would go past it.
+    m_list->setCurrentIndex({});
     m_emptyLbl->setVisible(m_tpl.items.isEmpty());
     m_list->setVisible(!m_tpl.items.isEmpty());
 }
@@ -214,6 +217,10 @@ bool TemplateEditorDialog::handleListKey(QKeyEvent* event)
     }
     if (event->key() == Qt::Key_Space && row >= 0) {
         showItemMenu(row);
+        return true;
+    }
+    if (event->key() == Qt::Key_End && row < 0) {
+        m_list->setCurrentRow(m_list->count() - 1); // the list would go to its first row
         return true;
     }
     // A list would take them for the beginning of a name to look for.

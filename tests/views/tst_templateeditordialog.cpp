@@ -70,6 +70,8 @@ private slots:
     void savedItemKeepsWhatTheFormDoesNotShow();
     void editorIsLeft_data();
     void editorIsLeft();
+    void firstStepGoesToAnEnd_data();
+    void firstStepGoesToAnEnd();
     void backspaceInAFieldDeletes();
     void keysOfTheListPage_data();
     void keysOfTheListPage();
@@ -424,9 +426,42 @@ void TemplateEditorDialogTest::editorIsLeft()
         QTest::keyClick(m_dialog, key);
     QCOMPARE(stack()->currentIndex(), 0);
     QCOMPARE(selection(), selected);
+    QCOMPARE(list()->currentRow(), selected.isEmpty() ? -1 : 1);
     QCOMPARE(QApplication::focusWidget(), list());
     QCOMPARE(m_dialog->result(), threeItems());
     QCOMPARE(ends.count(), 0);
+}
+
+void TemplateEditorDialogTest::firstStepGoesToAnEnd_data()
+{
+    QTest::addColumn<bool>("hasBeenInEditor");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("name");
+    for (const bool hasBeen : {false, true}) {
+        const char* when = hasBeen ? "behind an item" : "at first";
+        QTest::addRow("Down, %s", when) << hasBeen << Qt::Key_Down << "One";
+        QTest::addRow("Home, %s", when) << hasBeen << Qt::Key_Home << "One";
+        QTest::addRow("End, %s", when) << hasBeen << Qt::Key_End << "Three";
+    }
+}
+
+void TemplateEditorDialogTest::firstStepGoesToAnEnd()
+{
+    QFETCH(bool, hasBeenInEditor);
+    QFETCH(Qt::Key, key);
+    open();
+    QTRY_COMPARE(QApplication::focusWidget(), list());
+    if (hasBeenInEditor) {
+        list()->setCurrentRow(1);
+        QTest::keyClick(list(), Qt::Key_Return);
+        QTest::keyClick(m_dialog, Qt::Key_Escape);
+    }
+    QCOMPARE(list()->currentRow(), -1);
+    QCOMPARE(selection(), QStringList());
+    QTest::keyClick(list(), key);
+    QTEST(selection().join(' '), "name");
+    QTest::keyClick(list(), Qt::Key_Return);
+    QTEST(name()->text(), "name");
 }
 
 void TemplateEditorDialogTest::backspaceInAFieldDeletes()
