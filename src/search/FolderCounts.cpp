@@ -3,41 +3,9 @@
 
 #include "FolderCounts.h"
 
+#include "CaseFold.h"
+
 #include <QDir>
-#include <QVarLengthArray>
-
-namespace
-{
-
-using Units = QVarLengthArray<QChar, 256>;
-
-char16_t asciiLower(char16_t unit)
-{
-    return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
-}
-
-/// A name as the keys of folders have it. Character by character, as comparisons without regard to
-/// case do it: QString's own folding makes two characters of some.
-Units folded(QStringView name)
-{
-    Units units(name.size());
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        const QChar unit = name[i];
-        const bool isPair =
-            unit.isHighSurrogate() && i + 1 < name.size() && name[i + 1].isLowSurrogate();
-        if (!isPair) {
-            units[i] =
-                unit.unicode() < 0x80 ? QChar(asciiLower(unit.unicode())) : unit.toCaseFolded();
-            continue;
-        }
-        const char32_t character = QChar::toCaseFolded(QChar::surrogateToUcs4(unit, name[i + 1]));
-        units[i] = QChar(QChar::highSurrogate(character));
-        units[++i] = QChar(QChar::lowSurrogate(character));
-    }
-    return units;
-}
-
-} // namespace
 
 FolderCounts::FolderCounts(const QStringList& folders, const QString& start)
     : m_startLength(start.size())
@@ -60,8 +28,7 @@ int FolderCounts::nodeFor(const QString& folder)
         rest.chop(1);
     int node = 0;
     for (const QStringView name : rest.split(separator)) {
-        const Units units = folded(name);
-        const QString key(units.constData(), units.size());
+        const QString key = CaseFold::keyOf(name);
         int child = nodeAt(node).children.value(key, 0);
         if (child == 0) {
             child = static_cast<int>(m_nodes.size());
@@ -79,7 +46,7 @@ int FolderCounts::childOf(const Node& node, QStringView name) const
     // Most names are none of the children, and most of these have another length.
     if ((node.childLengths & lengthBit(name.size())) == 0)
         return 0;
-    const Units units = folded(name);
+    const CaseFold::Units units = CaseFold::unitsOf(name);
     return node.children.value(QString::fromRawData(units.constData(), units.size()), 0);
 }
 

@@ -4,14 +4,13 @@
 #include "FolderFilter.h"
 
 #include "Files.h"
+#include "FolderSet.h"
 #include "StorageManager.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonValue>
-
-#include <algorithm>
 
 const QStringList& FolderFilter::folders()
 {
@@ -32,16 +31,13 @@ int FolderFilter::count()
 void FolderFilter::setFolders(const QStringList& folders)
 {
     load();
-    list() = folders;
+    take(folders);
     save();
 }
 
 bool FolderFilter::accepts(const QString& path)
 {
-    const QStringList& chosen = folders();
-    return chosen.isEmpty() ||
-           std::any_of(chosen.begin(), chosen.end(),
-                       [&path](const QString& folder) { return isUnder(path, folder); });
+    return folders().isEmpty() || lookup().isAbove(path);
 }
 
 bool FolderFilter::isUnder(const QString& path, const QString& folder)
@@ -92,13 +88,25 @@ QStringList& FolderFilter::list()
     return paths;
 }
 
+FolderSet& FolderFilter::lookup()
+{
+    static FolderSet set;
+    return set;
+}
+
+void FolderFilter::take(const QStringList& folders)
+{
+    list() = folders;
+    lookup() = FolderSet(folders);
+}
+
 void FolderFilter::load()
 {
     if (s_loaded)
         return;
     // Set first, so that a file that is missing or broken is tried only once.
     s_loaded = true;
-    list() = fromBytes(readOwnFile(filePath(), MaxFileBytes));
+    take(fromBytes(readOwnFile(filePath(), MaxFileBytes)));
 }
 
 void FolderFilter::save()

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QtGlobal>
 
+class FolderSet;
+
 /// The folders to which the user has narrowed the file results, kept in "folderfilter.json" of the
 /// data directory, which is read once per process. GUI thread; every failure is silent.
 class FolderFilter
@@ -52,6 +54,9 @@ public:
 
 private:
     static QStringList& list();
+    /// The same folders, made for finding one.
+    static FolderSet& lookup();
+    static void take(const QStringList& folders);
     static void load();
     static void save();
 

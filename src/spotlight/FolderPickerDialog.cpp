@@ -4,6 +4,7 @@
 #include "FolderPickerDialog.h"
 
 #include "AutoQuitBlocker.h"
+#include "CaseFold.h"
 #include "CustomMessageBox.h"
 #include "FileIndex.h"
 #include "FolderFilter.h"
@@ -17,16 +18,19 @@
 #include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QItemSelection>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
+#include <QSet>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace
 {
@@ -47,6 +51,20 @@ QLabel* makeText(const QString& text, const QString& style)
     return label;
 }
 
+/// One range for neighbours, because a selection costs as much as it has ranges.
+QItemSelection selectionOf(const QAbstractItemModel& model, const QList<int>& rows)
+{
+    QItemSelection selection;
+    for (const int row : rows) {
+        const QModelIndex index = model.index(row, 0);
+        if (!selection.isEmpty() && selection.constLast().bottom() == row - 1)
+            selection.last() = QItemSelectionRange(selection.constLast().topLeft(), index);
+        else
+            selection.append(QItemSelectionRange(index));
+    }
+    return selection;
+}
+
 } // namespace
 
 FolderPickerDialog::FolderPickerDialog(QWidget* parent)
@@ -56,7 +74,7 @@ FolderPickerDialog::FolderPickerDialog(QWidget* parent)
     addTexts();
     addList();
     addButtons();
-    buildRows();
+    buildRows(FolderFilter::folders());
     m_list->setFocus();
 }
 
@@ -111,32 +129,50 @@ void FolderPickerDialog::addButtons()
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
 }
 
-void FolderPickerDialog::buildRows()
+void FolderPickerDialog::buildRows(const QStringList& checked)
 {
     m_allItem = nullptr;
     m_list->clear();
     m_allItem = addRow(Tr::t("folderpick.all"), QString(), Tr::t("folderpick.all_tip"));
-    QStringList paths = defaultFolders();
-    for (const QStringList& more : {FolderFilter::folders(), m_extra}) {
-        for (const QString& path : more) {
-            if (!containsPath(paths, path))
-                paths.append(path);
-        }
-    }
+    const QStringList paths = offeredFolders();
     const QStringList labels = rowLabels(paths);
+    QSet<QString> keys;
+    for (const QString& path : checked)
+        keys.insert(CaseFold::keyOf(path));
+    QList<int> checkedRows;
     for (qsizetype i = 0; i < paths.size(); ++i) {
         const QString& path = paths.at(i);
-        addRow(labels.at(i), path, path)->setSelected(containsPath(FolderFilter::folders(), path));
+        addRow(labels.at(i), path, path);
+        if (keys.contains(CaseFold::keyOf(path)))
+            checkedRows.append(m_list->count() - 1);
     }
+    m_list->selectionModel()->select(selectionOf(*m_list->model(), checkedRows),
+                                     QItemSelectionModel::ClearAndSelect);
 }
 
 QListWidgetItem* FolderPickerDialog::addRow(const QString& text, const QString& key,
                                             const QString& toolTip)
 {
-    auto* item = new QListWidgetItem(text, m_list);
+    auto* item = new QListWidgetItem(text);
     item->setData(Qt::UserRole, key);
     item->setToolTip(ToolTips::plain(toolTip));
+    m_list->addItem(item);
     return item;
+}
+
+QStringList FolderPickerDialog::offeredFolders() const
+{
+    QStringList folders;
+    QSet<QString> keys;
+    for (const QStringList& some : {defaultFolders(), FolderFilter::folders(), m_extra}) {
+        for (const QString& path : some) {
+            const qsizetype known = keys.size();
+            keys.insert(CaseFold::keyOf(path));
+            if (keys.size() > known)
+                folders.append(path);
+        }
+    }
+    return folders;
 }
 
 QStringList FolderPickerDialog::rowLabels(const QStringList& paths)
@@ -182,16 +218,18 @@ bool FolderPickerDialog::isRowChecked(const QModelIndex& index) const
     const QListWidgetItem* item = index.isValid() ? m_list->item(index.row()) : nullptr;
     if (!item)
         return false;
-    return item->data(Qt::UserRole).toString().isEmpty() ? chosen().isEmpty() : item->isSelected();
+    // The row for all folders is never selected itself.
+    return item == m_allItem ? !m_list->selectionModel()->hasSelection() : item->isSelected();
 }
 
 QStringList FolderPickerDialog::chosen() const
 {
+    QModelIndexList selected = m_list->selectionModel()->selectedIndexes();
+    std::sort(selected.begin(), selected.end());
     QStringList paths;
-    for (int row = 0; row < m_list->count(); ++row) {
-        const QListWidgetItem* item = m_list->item(row);
-        const QString key = item->data(Qt::UserRole).toString();
-        if (item->isSelected() && !key.isEmpty())
+    for (const QModelIndex& index : std::as_const(selected)) {
+        const QString key = index.data(Qt::UserRole).toString();
+        if (!key.isEmpty())
             paths.append(key);
     }
     return paths;
@@ -227,13 +265,7 @@ void FolderPickerDialog::addExtra(const QString& dir)
 {
     if (!containsPath(m_extra, dir))
         m_extra.append(dir);
-    const QStringList keep = chosen();
-    buildRows();
-    for (int row = 0; row < m_list->count(); ++row) {
-        QListWidgetItem* item = m_list->item(row);
-        const QString key = item->data(Qt::UserRole).toString();
-        item->setSelected(keep.contains(key) || key.compare(dir, Qt::CaseInsensitive) == 0);
-    }
+    buildRows(chosen() << dir);
 }
 
 bool FolderPickerDialog::eventFilter(QObject* watched, QEvent* event)

@@ -33,7 +33,8 @@ private:
     void addTexts();
     void addList();
     void addButtons();
-    void buildRows();
+    /// Makes a row for each folder that is offered.
+    void buildRows(const QStringList& checked);
     QListWidgetItem* addRow(const QString& text, const QString& key, const QString& toolTip);
     bool isRowChecked(const QModelIndex& index) const;
     void selectionChanged();
@@ -41,6 +42,8 @@ private:
     /// Adds a row for a folder, checked. What else is checked stays so.
     void addExtra(const QString& dir);
 
+    /// The usual ones, the chosen ones and those that were added, each once.
+    QStringList offeredFolders() const;
     /// What the rows of these folders say: with how much is in each, once that is known.
     static QStringList rowLabels(const QStringList& paths);
     static QStringList defaultFolders();

@@ -122,6 +122,7 @@ private slots:
     void otherFolderArrivesChecked_data();
     void otherFolderArrivesChecked();
     void otherFolderKeepsTheChoice();
+    void tenThousandFoldersKeepTheirChoice();
     void otherFolderThatHasARow();
     void folderOutsideTheHomeIsRefused_data();
     void folderOutsideTheHomeIsRefused();
@@ -620,6 +621,28 @@ void FolderPickerDialogTest::otherFolderKeepsTheChoice()
     pickOther(inHome("Zoo"));
     QCOMPARE(m_dialog->chosen(), QStringList{inHome("Zoo")});
     QCOMPARE(keys().count(inHome("Zoo")), 1);
+}
+
+void FolderPickerDialogTest::tenThousandFoldersKeepTheirChoice()
+{
+    QStringList many;
+    for (int i = 0; i < 10000; ++i)
+        many.append(inHome(QStringLiteral("folder %1").arg(i)));
+    QStringList twice = many; // each in another case once more
+    for (const QString& path : many)
+        twice.append(path.toUpper());
+    FolderFilter::setFolders(twice);
+    open();
+    QCOMPARE(m_dialog->chosen(), many);
+    for (const int row : {2, 5000, 5002}) {
+        list()->item(row + int(usualFolders().size()))->setSelected(false);
+        many[row - 1].clear();
+    }
+    many.removeAll(QString());
+    QCOMPARE(m_dialog->chosen(), many);
+    pickOther(inHome("Zoo"));
+    QCOMPARE(m_dialog->chosen(), many << inHome("Zoo"));
+    QVERIFY(!isCircleFilled(0));
 }
 
 void FolderPickerDialogTest::otherFolderThatHasARow()
