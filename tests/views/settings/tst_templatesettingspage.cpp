@@ -4,6 +4,7 @@
 #include "AddEditCategoryDialog.h"
 #include "AutoQuitBlocker.h"
 #include "CustomMessageBox.h"
+#include "FittingText.h"
 #include "GlyphWidgets.h"
 #include "GroupedSettingsPage.h"
 #include "LauncherModel.h"
@@ -133,6 +134,7 @@ public:
     static void initMain() { TestHome::install(); }
 
 private slots:
+    void initTestCase() { FittingText::useProgramFont(); }
     void init();
     void cleanup();
 
@@ -141,6 +143,8 @@ private slots:
     void rowsShowTheTemplates();
     void countIsTranslated();
     void layoutFollowsTheMeasures();
+    void textsFit_data();
+    void textsFit();
     void menuButtonLooksLikeItself();
     void rowsAreCards();
     void changesArriveATurnLater();
@@ -363,6 +367,42 @@ void TemplateSettingsPageTest::layoutFollowsTheMeasures()
     const QRect button = rectIn(*row, row->findChild<QPushButton*>());
     QCOMPARE(button.right() + 1, row->width() - 16);
     QCOMPARE(name.right() + 1, button.left() - 12);
+}
+
+void TemplateSettingsPageTest::textsFit_data()
+{
+    QTest::addColumn<Lang>("lang");
+    QTest::addColumn<int>("count");
+    for (const Lang lang : Tr::all()) {
+        for (const int count : {0, 1, 30}) // without and with a scroll bar
+            QTest::addRow("%s, %d", qPrintable(Tr::codeFor(lang)), count) << lang << count;
+    }
+}
+
+void TemplateSettingsPageTest::textsFit()
+{
+    QFETCH(Lang, lang);
+    QFETCH(int, count);
+    Tr::currentLang = lang;
+    QVector<SectionTemplate> templates;
+    for (int i = 0; i < count; ++i)
+        templates.append({QString::number(i), kKitIcon, QVector<LauncherElement>(1000)});
+    open(templates);
+    QCOMPARE(rows().size(), 1 + count);
+    auto* create = m_page->findChild<QPushButton*>("tplCreateBtn");
+    QVERIFY(create->fontMetrics().horizontalAdvance(create->text()) <=
+            FittingText::contentsOf(*create).width());
+    for (const QLabel* label : m_page->findChildren<QLabel*>()) {
+        const QRect room = label->contentsRect();
+        const int flags = label->wordWrap() ? Qt::TextWordWrap : 0;
+        const QRect text =
+            label->fontMetrics().boundingRect(QRect(0, 0, room.width(), 0), flags, label->text());
+        QVERIFY2(text.width() <= room.width() && text.height() <= room.height(),
+                 qPrintable(label->text()));
+    }
+    for (const QFrame* row : rows())
+        QVERIFY(m_window->rect().contains(
+            QRect(row->mapTo(m_window.get(), QPoint()).x(), 0, row->width(), 1)));
 }
 
 void TemplateSettingsPageTest::menuButtonLooksLikeItself()
