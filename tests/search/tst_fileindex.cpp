@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FileIndex.h"
+#include "FolderFilter.h"
 #include "FreshProcess.h"
 #include "TestFiles.h"
 #include "TestHome.h"
@@ -10,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -175,7 +177,14 @@ void FileIndexTest::linkedFolderIsNeitherListedNorFollowed()
     SETTLE_WITH(folder + "/last.txt");
     QVERIFY(!isIndexed(folder + "/link"));
     QCOMPARE(found("within.txt"), QStringList{path("target of a link/within.txt")});
-    // Nor when it comes as news.
+    // A search that is limited to a link finds nothing, as if that were gone.
+    const auto unlimit = qScopeGuard([] { FolderFilter::setFolders({}); });
+    FolderFilter::setFolders({path(folder + "/link")});
+    QCOMPARE(found("within.txt"), QStringList());
+    FolderFilter::setFolders({path(folder + "/link"), path("target of a link")});
+    QCOMPARE(found("within.txt"), QStringList{path("target of a link/within.txt")});
+    FolderFilter::setFolders({});
+    // Nor is it listed when it comes as news.
     QVERIFY(target.isEmpty() || QFile::link(target, path(folder + "/second")));
     SETTLE_WITH(folder + "/end.txt");
     QVERIFY(!isIndexed(folder + "/second"));
