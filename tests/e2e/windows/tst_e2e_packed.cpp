@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FolderFilter.h"
 #include "MainWindow.h"
 #include "NativeDesktop.h"
 #include "Profile.h"
@@ -99,6 +100,15 @@ public:
     NativeDesktop::Window spotlight() const { return windowOfWidth(SpotlightWindow::WINDOW_WIDTH); }
     /// Its visible windows, the menus among them.
     qsizetype windowCount() const { return NativeDesktop::windowsOf(m_process.processId()).size(); }
+    /// The place of a menu over the home page; null without one.
+    QRect menu() const
+    {
+        QRect found;
+        for (const NativeDesktop::Window& window : NativeDesktop::windowsOf(m_process.processId()))
+            found =
+                window.geometry.width() == MainWindow::WINDOW_WIDTH_GRID ? found : window.geometry;
+        return found;
+    }
     /// Whether the keyboard is with a window of the program that is neither of the two.
     bool isDialogUp() const { return !dialogGeometry().isNull(); }
     /// Of that window; null if there is none.
@@ -166,6 +176,38 @@ bool makeFile(const QString& path)
     return QFile(path).open(QIODevice::WriteOnly);
 }
 
+/// Makes a program in this folder the one that opens files of one kind. Gives the file that it
+/// leaves when it has been started; null if it can't be put there.
+QString installOpener(const QString& folder)
+{
+    const QString opener = folder + QStringLiteral("/opener.exe");
+    if (!QFile::copy(QStringLiteral(ORLIMO_RECORDER), opener))
+        return {};
+    QSettings classes(kClasses, QSettings::NativeFormat);
+    classes.setValue(QStringLiteral(".orlimomemo/Default"), QStringLiteral("Orlimo.Memo"));
+    classes.setValue(QStringLiteral("Orlimo.Memo/shell/open/command/Default"),
+                     QStringLiteral("\"%1\" \"%2\"")
+                         .arg(QDir::toNativeSeparators(opener), QStringLiteral("%1")));
+    return opener + QStringLiteral(".started");
+}
+
+/// Opens the picker of folders from a new Spotlight and unchecks its last row.
+void uncheckLastFolder(const Program& program)
+{
+    constexpr int kMaxRows = 9; // all folders, six usual ones, two of the user's
+    NativeDesktop::pressKeys(kSpotlightHotkey);
+    QTRY_VERIFY(program.spotlight().isForeground);
+    QTRY_COMPARE(program.windowCount(), 1);
+    press({QStringLiteral("F4")});
+    QTRY_COMPARE(program.windowCount(), 2);
+    press({QStringLiteral("Up"), QStringLiteral("Return")});
+    QTRY_VERIFY(program.isDialogUp());
+    press(QStringList(kMaxRows, QStringLiteral("Down")));
+    press({QStringLiteral("Space"), QStringLiteral("Return")});
+    QTRY_VERIFY(!program.isDialogUp());
+    QTRY_VERIFY(program.spotlight().isForeground);
+}
+
 void startAgain()
 {
     QProcess second;
@@ -196,12 +238,14 @@ private slots:
     void installedApplicationIsFoundAndStarted_data();
     void installedApplicationIsFoundAndStarted();
     void newFileIsFoundAndOpened();
+    void limitedToAFolderByKeys();
     void madeByKeysAndStillThereLater();
     void settingsAreChangedByKeys();
     void recordedHotkeyFires();
     void dataIsTakenOutAndInByKeys();
     void auditsRunBesideIt();
     void reorderedByKeys();
+    void sectionSavedAsTemplateAndUsedByKeys();
 
 private:
     QString path(const QString& name) const { return QDir(m_dataDir).filePath(name); }
@@ -422,17 +466,10 @@ void E2ePacked::newFileIsFoundAndOpened()
 {
     // Another program that opens files of this kind.
     const QTemporaryDir installed;
-    const QString opener = installed.filePath(QStringLiteral("opener.exe"));
-    QVERIFY(QFile::copy(QStringLiteral(ORLIMO_RECORDER), opener));
-    QSettings classes(kClasses, QSettings::NativeFormat);
-    classes.setValue(QStringLiteral(".orlimomemo/Default"), QStringLiteral("Orlimo.Memo"));
-    classes.setValue(QStringLiteral("Orlimo.Memo/shell/open/command/Default"),
-                     QStringLiteral("\"%1\" \"%2\"")
-                         .arg(QDir::toNativeSeparators(opener), QStringLiteral("%1")));
-    classes.sync();
+    const QString started = installOpener(installed.path());
+    QVERIFY(!started.isNull());
     // So that there is no row but that of the file, and Enter does nothing before it is there.
     set(kScopeSetting, QStringLiteral("File"));
-    const QString started = opener + QStringLiteral(".started");
     const QString older = QDir::home().filePath(QStringLiteral("Gorsewood.orlimomemo"));
     const QString newer = QDir::home().filePath(QStringLiteral("Thistledown.orlimomemo"));
     QVERIFY(makeFile(older));
@@ -462,6 +499,54 @@ void E2ePacked::newFileIsFoundAndOpened()
     }
     QVERIFY(QFile::remove(older));
     QVERIFY(QFile::remove(newer));
+}
+
+void E2ePacked::limitedToAFolderByKeys()
+{
+    const QTemporaryDir installed;
+    const QString started = installOpener(installed.path());
+    QVERIFY(!started.isNull());
+    set(kScopeSetting, QStringLiteral("File"));
+    const QString fileName = QStringLiteral("folderfilter.json");
+    const QString kept = QDir::home().filePath(QStringLiteral("Gorse/Thistledown2.orlimomemo"));
+    // The shorter name, so that its row would be the first one.
+    const QString left = QDir::home().filePath(QStringLiteral("Fern/Thistledown.orlimomemo"));
+    QStringList folders;
+    for (const QString& file : {kept, left}) {
+        const QString folder = QFileInfo(file).path();
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(makeFile(file));
+        folders.append(QDir::toNativeSeparators(folder));
+    }
+    write(fileName, FolderFilter::toBytes(folders));
+    {
+        const Program program;
+        hideHome(program);
+        if (QTest::currentTestFailed())
+            return;
+        uncheckLastFolder(program);
+        if (QTest::currentTestFailed())
+            return;
+        QTRY_COMPARE(read(fileName), FolderFilter::toBytes({folders.constFirst()}));
+        NativeDesktop::type(QStringLiteral("thistledown"));
+        const auto isOpened = [&started] {
+            NativeDesktop::pressKeys(QStringLiteral("Return"));
+            return QFileInfo::exists(started);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isOpened(), kPatienceMs);
+        QTRY_VERIFY(!program.spotlight().exists());
+        const QJsonObject usage =
+            QJsonDocument::fromJson(read(QStringLiteral("usage.json"))).object();
+        QCOMPARE(usage.keys(), QStringList{QDir::toNativeSeparators(kept)});
+    }
+    const Program again;
+    hideHome(again);
+    if (QTest::currentTestFailed())
+        return;
+    uncheckLastFolder(again); // the one that is still there
+    QTRY_COMPARE(read(fileName), QByteArray("[]"));
+    for (const QString& file : {kept, left})
+        QVERIFY(QDir(QFileInfo(file).path()).removeRecursively());
 }
 
 /// A section and a snippet in it, from an empty profile on; the snippet runs, also after a restart.
@@ -710,6 +795,75 @@ void E2ePacked::reorderedByKeys()
     QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("two"));
     QTRY_VERIFY(!again.home().exists());
     QCOMPARE(firstSection(), QStringLiteral("play"));
+}
+
+/// A template of a section, and after a restart another section of that.
+void E2ePacked::sectionSavedAsTemplateAndUsedByKeys()
+{
+    const QString up = QStringLiteral("Up");
+    const QString down = QStringLiteral("Down");
+    const QString left = QStringLiteral("Left");
+    const QString enter = QStringLiteral("Return");
+    const auto snippet = [](const char* name) {
+        return Profile::item(QLatin1String(name), QStringLiteral("Snippet"), QLatin1String(name));
+    };
+    write(
+        QStringLiteral("data.json"),
+        Profile::documentOfSections({{QStringLiteral("work"), {snippet("one"), snippet("two")}}}));
+    const auto namesOf = [](const QJsonValue& items) {
+        QStringList names;
+        const QJsonArray array = items.toArray();
+        for (const auto item : array)
+            names.append(item.toObject().value(QStringLiteral("name")).toString());
+        return names;
+    };
+    const auto saved = [this] {
+        return document().value(QStringLiteral("templates")).toArray().first().toObject();
+    };
+    const QStringList expected{QStringLiteral("one"), QStringLiteral("two")};
+    QTRY_VERIFY(NativeDesktop::setClipboardText(QStringLiteral("from before")));
+    {
+        const Program program;
+        QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
+        // From the pills by way of the search to the button of templates.
+        press({up, left, enter});
+        QTRY_VERIFY(program.menu().isValid());
+        press({down, enter});
+        QTRY_VERIFY(program.isDialogUp());
+        press({QStringLiteral("Ctrl+A")});
+        NativeDesktop::type(QStringLiteral("kit"));
+        press({enter});
+        QTRY_COMPARE(saved().value(QStringLiteral("name")).toString(), QStringLiteral("kit"));
+        QCOMPARE(namesOf(saved().value(QStringLiteral("items"))), expected);
+    }
+    const Program again;
+    QTRY_VERIFY_WITH_TIMEOUT(again.home().isForeground, kPatienceMs);
+    press({up, left, enter});
+    QTRY_VERIFY(again.menu().isValid());
+    const QRect first = again.menu();
+    press({down, down, enter});
+    // The templates, of which there is but one.
+    QTRY_VERIFY(again.menu().isValid() && again.menu() != first);
+    press({down, enter});
+    QTRY_VERIFY(again.isDialogUp());
+    press({enter}); // with the name that is suggested
+    QTRY_VERIFY(again.home().isForeground);
+    const auto section = [this] {
+        return document()
+            .value(QStringLiteral("sectionElements"))
+            .toObject()
+            .value(QStringLiteral("kit"));
+    };
+    QTRY_COMPARE(namesOf(section()), expected);
+    NativeDesktop::pressKeys(kHomeHotkey);
+    QTRY_VERIFY(!again.home().exists());
+    NativeDesktop::pressKeys(kHomeHotkey);
+    QTRY_VERIFY(again.home().isForeground);
+    press({down, enter});
+    QTRY_COMPARE(NativeDesktop::clipboardText(), QStringLiteral("one"));
+    QTRY_VERIFY(!again.home().exists());
+    const QSettings settings(path(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    QCOMPARE(settings.value(QStringLiteral("lastCategory")).toString(), QStringLiteral("kit"));
 }
 
 QTEST_GUILESS_MAIN(E2ePacked)
