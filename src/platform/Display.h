@@ -19,9 +19,9 @@ QString prepareDisplay(int argc, const char* const* argv);
 /// no display is needed then. A platform that was chosen on purpose is left alone.
 void forgoDisplay(int argc, const char* const* argv);
 
-/// Takes back what `prepareDisplay` changed in the environment, and keeps false news of where
-/// windows stand away from Qt for as long as the application object lives. Call once, right after
-/// it is made.
+/// Takes back what `prepareDisplay` changed in the environment, and keeps false news away from Qt,
+/// of where windows stand and of whether a press is a repeat, for as long as the application object
+/// lives. Call once, right after it is made.
 void watchDisplay();
 
 } // namespace Platform

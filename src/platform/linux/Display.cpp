@@ -3,6 +3,7 @@
 
 #include "Display.h"
 
+#include "KeyRepeats.h"
 #include "WindowPlace.h"
 #include "X11.h"
 
@@ -94,4 +95,5 @@ void Platform::watchDisplay()
     if (!X11::connection())
         return;
     WindowPlace::watch();
+    KeyRepeats::watch();
 }
