@@ -260,7 +260,7 @@ void measureKeystrokes()
 void measureCounts()
 {
     QStringList folders;
-    const QVector<FileIndex::Entry>& all = FileIndex::entries();
+    const FileIndex::Entries all = FileIndex::entries();
     for (const FileIndex::Entry& entry : all) {
         if (entry.isDir && folders.size() < kManyFolders)
             folders.append(entry.path);
@@ -277,17 +277,18 @@ void measureCounts()
 void measureFlush()
 {
     QStringList removed;
-    const QVector<FileIndex::Entry>& all = FileIndex::entries();
+    const FileIndex::Entries all = FileIndex::entries();
     const QString within = QDir::toNativeSeparators(corner() + '/');
     const auto isOwnFile = [&within](const FileIndex::Entry& entry) {
         return !entry.isDir && entry.path.startsWith(within);
     };
     for (int i = 1; removed.size() < FileIndex::MaxIncremental / 2; ++i) {
-        const auto file = std::find_if(all.begin() + all.size() / FileIndex::MaxIncremental * i,
-                                       all.end(), isOwnFile);
+        const auto file =
+            std::find_if(std::next(all.begin(), all.size() / FileIndex::MaxIncremental * i),
+                         all.end(), isOwnFile);
         if (file == all.end())
             qFatal("too few files to remove some");
-        removed.append(file->path);
+        removed.append((*file).path);
     }
     const QString last = corner() + "/zz last";
     for (const QString& path : std::as_const(removed))
@@ -296,7 +297,7 @@ void measureFlush()
         makeFile(corner() + QString("/zz new %1").arg(i));
     makeFile(last);
     const double block = longestBlock([path = QDir::toNativeSeparators(last)] {
-        return FileIndex::entries().constLast().path == path;
+        return FileIndex::entries().last().path == path;
     });
     std::printf("  32 changes: GUI thread busy for %.1f ms at the most\n", block);
 }

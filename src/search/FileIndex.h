@@ -3,22 +3,20 @@
 
 #pragma once
 
-#include "NameMatcher.h"
+#include "FileSearch.h"
+#include "FileStore.h"
 #include "TreeWatcher.h"
 #include "Types.h"
 
 #include <QHash>
 #include <QIcon>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QThread>
-#include <QTypeInfo>
 #include <QVector>
 
-#include <atomic>
 #include <functional>
-#include <memory>
+#include <iterator>
+#include <utility>
 
 class QTimer;
 
@@ -35,16 +33,50 @@ public:
         QString path;      ///< full, with native separators
         QString lowerName; ///< last component of the path in lower case
         bool isDir = false;
-        /// Those of `lowerName`, for a search to leave most names unread. They lie behind the flag,
-        /// where they take no memory of their own.
-        NameMatcher::Pairs pairs = NameMatcher::AllPairs;
 
-        /// The pairs say nothing about an entry that the name doesn't say.
-        bool operator==(const Entry& other) const
-        {
-            return path == other.path && lowerName == other.lowerName && isDir == other.isDir;
-        }
+        bool operator==(const Entry& other) const = default;
     };
+
+    /// All entries, each put together when it is asked for. Valid until the next event is handled.
+    class Entries
+    {
+    public:
+        class Iterator
+        {
+        public:
+            using iterator_category = std::input_iterator_tag;
+            using difference_type = qsizetype;
+            using value_type = Entry;
+            using pointer = void;
+            using reference = Entry;
+
+            Iterator(const FileStore* store, FileStore::Id id) : m_store(store), m_id(id) {}
+            Entry operator*() const { return entryOf(*m_store, m_id); }
+            Iterator& operator++()
+            {
+                m_id = m_store->next(m_id);
+                return *this;
+            }
+            Iterator operator++(int) { return std::exchange(*this, ++Iterator(*this)); }
+            bool operator==(const Iterator& other) const = default;
+
+        private:
+            const FileStore* m_store;
+            FileStore::Id m_id;
+        };
+
+        explicit Entries(const FileStore& store) : m_store(&store) {}
+        qsizetype size() const { return m_store->size(); }
+        bool isEmpty() const { return size() == 0; }
+        Iterator begin() const { return {m_store, m_store->begin()}; }
+        Iterator end() const { return {m_store, m_store->end()}; }
+        /// There must be one.
+        Entry last() const { return entryOf(*m_store, m_store->last()); }
+
+    private:
+        const FileStore* m_store;
+    };
+
     using Change = Platform::TreeChange;
 
     /// What a search is after.
@@ -53,8 +85,8 @@ public:
     static constexpr int ExpectedEntries = 90000; ///< of a usual home, reserved before a scan
     static constexpr int CoalesceMs = 800;        ///< of quiet, before changes are looked at
     static constexpr int MaxIncremental = 32;     ///< changes at a time; more are a reason to scan
-    static constexpr int PoolPerTier = 200;       ///< candidates of a search with equal quality
-    static constexpr int ShutdownWaitMs = 2000;   ///< for each of the threads, at the most
+    static constexpr int PoolPerTier = FileSearch::PoolPerTier;
+    static constexpr int ShutdownWaitMs = 2000; ///< for each of the threads, at the most
 
     FileIndex() = delete;
 
@@ -84,7 +116,7 @@ public:
     static QString nameOf(const Entry& entry);
 
     /// All of it, in no order that lasts.
-    static const QVector<Entry>& entries();
+    static Entries entries();
 
     /// How many entries lie under each of these folders, files and folders alike, by the rule of
     /// `FolderFilter::isUnder`. One walk over all entries, however many folders there are.
@@ -101,28 +133,15 @@ public:
     static void forgetNarrowing();
 
 private:
-    struct Hit
-    {
-        int index = 0;        ///< into the entries
-        quint16 position = 0; ///< where in the name the query begins first
-        bool isDir = false;   ///< the entry's, here to be asked without reading that
-    };
+    struct State;
 
-    struct Candidate
-    {
-        int index = 0; ///< into the entries
-        int tier = 0;  ///< quality of the match, 0 is the best
-        double score = 0.0;
-        qsizetype nameLen = 0;
-    };
+    static State& state();
+    static Entry entryOf(const FileStore& store, FileStore::Id id);
 
     static void shutdown();
 
     static void startScan();
-    static void scanInto(QVector<Entry>* out);
-    static void complete(Entry& entry, const QString& directory);
-    static void deliver(QVector<Entry>&& found);
-    static bool isExcludedDir(const QString& name);
+    static void deliver(FileStore&& found);
 
     static void startWatcher();
     static void watchLoop(Platform::TreeWatcher& watcher);
@@ -134,41 +153,10 @@ private:
     static QTimer* coalesceTimer();
     static void flushChanges();
     static bool applyPending();
-    static bool applyChange(const Change& change);
-    static bool addPath(const QString& full);
-    static bool removePath(const QString& full);
     static void notifyReady();
-
-    static void findSuspects();
-    static qsizetype indexOfPath(const QString& path);
-    static void dropRemoved();
-    static const QVector<Hit>& narrow(const QString& q);
-    static QVector<Candidate> candidatesFor(const QString& q, Kind kind);
 
     static QString nameOfPath(const QString& path);
     static QString suffixOf(const Entry& entry);
     static QHash<QString, QIcon>& iconCache();
     static QIcon shellIconFor(const QString& key, bool isDir);
-    static QVector<Entry>& mutableEntries();
-
-    static inline bool s_started = false;
-    static inline bool s_ready = false;
-    static inline bool s_scanning = false;
-    static inline bool s_needRescan = false; ///< the next flush ends in a scan
-    static inline QVector<Change> s_pending; ///< waiting for the coalescing timer
-    static inline QString s_lastQuery;       ///< what `s_lastHits` are the hits of
-    static inline QVector<Hit> s_lastHits;
-    /// Indices of all entries that a change in `s_pending` may be about, valid during a flush.
-    static inline QVector<qsizetype> s_suspects;
-    static inline std::function<void()> s_onReady;
-
-    /// Ends both threads. All threads.
-    static inline std::atomic<bool> s_cancel = false;
-    /// Owned by the watch thread as well, so that it lasts as long as that runs.
-    static inline std::shared_ptr<Platform::TreeWatcher> s_watcher;
-    static inline QPointer<QThread> s_scanThread;
-    static inline QPointer<QThread> s_watchThread;
 };
-
-// Lets the list of them grow in place instead of moving them one by one.
-Q_DECLARE_TYPEINFO(FileIndex::Entry, Q_RELOCATABLE_TYPE);

@@ -3,55 +3,139 @@
 
 #pragma once
 
-#include <QString>
-#include <QStringView>
+#include <QByteArray>
 #include <QtGlobal>
 
-#include <array>
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <utility>
 
-/// Looks for one text in very many short names, several times as fast as the searches of QString:
-/// these are made for long texts, and spend most of their time here on beginning and ending.
-/// Compares code unit by code unit. Any thread.
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define ORLIMO_WIDE_COMPARISON
+#endif
+
+/// Looks for one text in very many short names, byte by byte. Searches made for long texts spend
+/// most of their time here on beginning and ending. Any thread.
 class NameMatcher
 {
 public:
-    /// The pairs of neighbours in a name, without much precision: what is in the name is in the
-    /// set, but the set may seem to hold more. Kept with a name, it tells most misses without a
-    /// look at the name. In small units, to fit where a larger number would take its alignment.
-    using Pairs = std::array<quint16, 3>;
-    static constexpr Pairs AllPairs = {0xffff, 0xffff, 0xffff};
+    struct Match
+    {
+        bool isThere;
+        bool begins; ///< the name begins with it
 
-    static Pairs pairsOf(QStringView name);
+        bool operator==(const Match& other) const = default;
+    };
+
+    /// So many bytes behind every name must be readable, whatever they hold.
+    static constexpr qsizetype Padding = 32;
 
     /// \param wanted not empty.
-    explicit NameMatcher(const QString& wanted);
-
-    /// False only if no name with these pairs contains the text.
-    bool canBeIn(const Pairs& pairs) const
+    explicit NameMatcher(QByteArray wanted) : m_wanted(std::move(wanted))
     {
-        const int missing =
-            (m_pairs[0] & ~pairs[0]) | (m_pairs[1] & ~pairs[1]) | (m_pairs[2] & ~pairs[2]);
-        return missing == 0;
+        Q_ASSERT(!m_wanted.isEmpty());
+#ifdef ORLIMO_WIDE_COMPARISON
+        m_firsts = _mm_set1_epi8(m_wanted.front());
+        m_lasts = _mm_set1_epi8(m_wanted.back());
+#endif
     }
 
-    /// Where the text begins in the name, at `from` or behind it, which is where a first look
-    /// finds it fastest; -1 if nowhere. \param from from 0 to the length of the name.
-    qsizetype indexIn(const QString& name, qsizetype from) const;
+    qsizetype size() const
+    {
+        return m_wanted.size();
+    }
+
+    /// Whether the text is in a name. As fast as the processor allows.
+    Match matchIn(const char* name, qsizetype size) const
+    {
+#ifdef ORLIMO_WIDE_COMPARISON
+        return matchByBlocks(name, size);
+#else
+        return matchByBytes(name, size);
+#endif
+    }
+
+    /// The same on every processor.
+    Match matchByBytes(const char* name, qsizetype size) const
+    {
+        const char* position = name;
+        for (qsizetype left = size - m_wanted.size() + 1; left > 0;) {
+            const void* head =
+                std::memchr(position, m_wanted.front(), static_cast<std::size_t>(left));
+            if (!head)
+                break;
+            const auto* found = static_cast<const char*>(head);
+            if (isAt(found))
+                return {true, found == name};
+            left -= found + 1 - position;
+            position = found + 1;
+        }
+        return {false, false};
+    }
+
+#ifdef ORLIMO_WIDE_COMPARISON
+    /// The same with 32 places in one go, which is all of most names. No branch depends on whether
+    /// a short text is in it: half of the time it would be mispredicted.
+    Match matchByBlocks(const char* name, qsizetype size) const
+    {
+        const qsizetype places = size - m_wanted.size() + 1;
+        const quint32 heads = headsAt(name, places);
+        if (places > Padding) [[unlikely]]
+            return matchBehind(name, places, heads);
+        return {heads != 0, (heads & 1) != 0};
+    }
+#endif
 
 private:
-    // A block is a number that holds four code units, its lanes, to be compared in one go.
-    using Block = quint64;
-    static constexpr qsizetype Lanes = sizeof(Block) / sizeof(char16_t);
+    bool isAt(const char* position) const
+    {
+        return std::equal(m_wanted.begin(), m_wanted.end(), position);
+    }
 
-    static Block blockAt(const char16_t* units);
-    bool isAt(const char16_t* position) const;
-    template <qsizetype Length>
-    Block headsAt(const char16_t* name) const;
-    template <qsizetype Length>
-    qsizetype search(QStringView name, qsizetype from) const;
-    qsizetype firstIn(QStringView name, qsizetype from, qsizetype last) const;
+#ifdef ORLIMO_WIDE_COMPARISON
+    /// A bit for the first place where the text is, if any, and perhaps for some behind it.
+    quint32 headsAt(const char* block, qsizetype places) const
+    {
+        constexpr int Half = Padding / 2;
+        // Of a text that is longer than the name, the end is looked for where there is memory.
+        const qsizetype reach = m_wanted.size() - 1;
+        const char* ends = block + std::min(reach, reach + places);
+        const quint64 inside = (quint64(1) << std::clamp<qsizetype>(places, 0, Padding)) - 1;
+        quint32 heads =
+            (halfHeadsAt(block, ends) | (halfHeadsAt(block + Half, ends + Half) << Half)) &
+            static_cast<quint32>(inside);
+        // First and last byte are right so far, which is all of a short text.
+        while (m_wanted.size() > 2 && heads != 0 && !isAt(block + std::countr_zero(heads)))
+            heads &= heads - 1;
+        return heads;
+    }
 
-    QString m_wanted;
-    Pairs m_pairs;
-    std::array<Block, Lanes> m_head = {}; ///< for each of the first code units four copies of it
+    quint32 halfHeadsAt(const char* firsts, const char* lasts) const
+    {
+        const __m128i first = _mm_cmpeq_epi8(blockAt(firsts), m_firsts);
+        const __m128i last = _mm_cmpeq_epi8(blockAt(lasts), m_lasts);
+        return static_cast<quint32>(_mm_movemask_epi8(_mm_and_si128(first, last)));
+    }
+
+    static __m128i blockAt(const char* bytes)
+    {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    }
+
+    /// In a name that is longer than a block, of which the first one has been looked at.
+    Match matchBehind(const char* name, qsizetype places, quint32 heads) const
+    {
+        const bool begins = (heads & 1) != 0;
+        for (qsizetype block = Padding; heads == 0 && block < places; block += Padding)
+            heads = headsAt(name + block, places - block);
+        return {heads != 0, begins};
+    }
+
+    __m128i m_firsts;
+    __m128i m_lasts;
+#endif
+
+    QByteArray m_wanted;
 };

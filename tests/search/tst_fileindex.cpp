@@ -82,7 +82,7 @@ void makeFile(const QString& relative)
 bool isIndexed(const QString& relative)
 {
     const QString wanted = path(relative);
-    const QVector<Entry>& all = FileIndex::entries();
+    const FileIndex::Entries all = FileIndex::entries();
     return std::any_of(all.begin(), all.end(),
                        [&wanted](const Entry& entry) { return entry.path == wanted; });
 }

@@ -97,7 +97,7 @@ QStringList indexed()
 
 bool isIndexed(const QString& path)
 {
-    const QVector<Entry>& all = FileIndex::entries();
+    const FileIndex::Entries all = FileIndex::entries();
     return std::any_of(all.begin(), all.end(),
                        [&path](const Entry& entry) { return entry.path == path; });
 }

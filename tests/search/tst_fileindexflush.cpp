@@ -260,7 +260,6 @@ void FileIndexFlushTest::scanGoesDeepFirst()
              (QStringList{"b.txt", "Alpha/", "Beta/", ".hidden", ".git", "node_modules.txt",
                           "Program/", "empty/", "elsewhere/", "locked/", "Beta/three.txt",
                           "Alpha/One.TXT", "Alpha/deep/", "Alpha/deep/two.txt"}));
-    QVERIFY(FileIndex::entries().capacity() < 2 * FileIndex::entries().size() + 50);
 }
 
 void FileIndexFlushTest::buildsOnce()

@@ -39,7 +39,6 @@ private slots:
     void tierBeatsUsageBeatsLength();
     void otherwiseTheOrderOfTheListStays();
     void poolOfATierIsLimited();
-    void longerQueryLooksAtTheHitsAlone();
     void rejectedEntriesTakeNoPlaceInThePool();
     void chosenFolderItselfIsNoResult();
     void typingAndErasing();
@@ -290,34 +289,6 @@ void FileIndexSearchTest::poolOfATierIsLimited()
     QCOMPARE(found("vulture").at(1), last);
 }
 
-void FileIndexSearchTest::longerQueryLooksAtTheHitsAlone()
-{
-    // Which entries a search looks at shows in one that comes in behind its back. The index itself
-    // never has that: whatever changes the list makes it forget the hits.
-    QCOMPARE(found("lark"), QStringList{"lark one"});
-    auto& entries = const_cast<QVector<Entry>&>(FileIndex::entries()); // not const over there
-    entries.append({full("typed/lark other"), "lark other", false});
-    const QStringList both{"lark one", "lark other"};
-
-    QCOMPARE(found("lark"), QStringList{"lark one"});
-    QCOMPARE(found("lark", FileIndex::Folders), QStringList());
-    QCOMPARE(found(" Lark O"), QStringList{"lark one"});
-    QCOMPARE(found("lark ot"), QStringList());
-    // Shorter than the last one, so that all are looked at, though it is longer than the first.
-    QCOMPARE(found("lark o"), both);
-    QCOMPARE(found("lark ot"), QStringList{"lark other"});
-
-    // Nor does one go on from a query that it has at its end.
-    QCOMPARE(found("lark"), both);
-    entries.append({full("typed/a lark"), "a lark", false});
-    QCOMPARE(found("a lark"), QStringList{"a lark"});
-    QCOMPARE(found("lark"), both + QStringList{"a lark"});
-
-    entries.resize(entries.size() - 2);
-    FileIndex::forgetNarrowing();
-    QCOMPARE(found("lark"), QStringList{"lark one"});
-}
-
 void FileIndexSearchTest::rejectedEntriesTakeNoPlaceInThePool()
 {
     QVERIFY(!found("raven").contains("raven below"));
@@ -387,7 +358,7 @@ void FileIndexSearchTest::countUnder()
                               full("random") + QDir::separator(),
                               QString()};
     QVector<qsizetype> expected;
-    const QVector<Entry>& all = FileIndex::entries();
+    const FileIndex::Entries all = FileIndex::entries();
     for (const QString& folder : folders)
         expected.append(std::count_if(all.begin(), all.end(), [&folder](const Entry& entry) {
             return FolderFilter::isUnder(entry.path, folder);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "FolderCounts.h"
 #include "FolderFilter.h"
+#include "FolderTree.h"
 #include "TestHome.h"
 
 #include <QDir>
@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-class FolderCountsTest : public QObject
+class FolderTreeTest : public QObject
 {
     Q_OBJECT
 
@@ -24,8 +24,7 @@ private slots:
     void everyFolderOfAListHasItsCount();
     void noPathIsNoCount();
     void orderDoesNotMatter();
-    void commonStartChangesNothing_data();
-    void commonStartChangesNothing();
+    void foldersFromAboveToBelow();
     void agreesWithTheFilter_data();
     void agreesWithTheFilter();
 };
@@ -45,13 +44,19 @@ QStringList native(QStringList paths)
     return paths;
 }
 
-QVector<qsizetype> countsOf(const QStringList& folders, const QStringList& paths,
-                            const QString& start = QString())
+/// The folder of an entry; the path of one without any is empty.
+FolderTree::Place folderOf(const FolderTree& tree, const QString& path)
 {
-    FolderCounts counts(folders, start);
+    const qsizetype end = path.lastIndexOf(QDir::separator());
+    return end < 0 ? FolderTree::Place() : tree.placeOf(QStringView(path).first(end));
+}
+
+QVector<qsizetype> countsOf(const QStringList& folders, const QStringList& paths)
+{
+    FolderTree tree(folders);
     for (const QString& path : paths)
-        counts.add(path);
-    return counts.counts();
+        tree.add(folderOf(tree, path), 1);
+    return tree.counts();
 }
 
 /// The same, one folder after the other and path by path.
@@ -65,6 +70,13 @@ QVector<qsizetype> filtered(const QStringList& folders, const QStringList& paths
     return counts;
 }
 
+bool isUnderAny(const QString& path, const QStringList& folders)
+{
+    return std::any_of(folders.begin(), folders.end(), [&path](const QString& folder) {
+        return FolderFilter::isUnder(path, folder);
+    });
+}
+
 /// What a home holds, folder by folder.
 const QStringList kHome = native(
     QStringList{"/home/me/Docs", "/home/me/Docsier", "/home/me/Music", "/home/me/a.txt",
@@ -74,7 +86,7 @@ const QStringList kHome = native(
 
 } // namespace
 
-void FolderCountsTest::counts_data()
+void FolderTreeTest::counts_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<qsizetype>("count");
@@ -99,7 +111,7 @@ void FolderCountsTest::counts_data()
     row("no path", "home", 0);
 }
 
-void FolderCountsTest::counts()
+void FolderTreeTest::counts()
 {
     QFETCH(QString, folder);
     QFETCH(qsizetype, count);
@@ -107,21 +119,21 @@ void FolderCountsTest::counts()
     QCOMPARE(filtered({folder}, kHome), QVector<qsizetype>{count});
 }
 
-void FolderCountsTest::everyFolderOfAListHasItsCount()
+void FolderTreeTest::everyFolderOfAListHasItsCount()
 {
     const QStringList folders = native(QStringList{"/home/me/Music", "/home/me/Docs/sub", "",
                                                    "/home/me/docs", "/home/me/Docs", "/none"});
     QCOMPARE(countsOf(folders, kHome), QVector<qsizetype>({1, 3, 0, 7, 7, 0}));
 }
 
-void FolderCountsTest::noPathIsNoCount()
+void FolderTreeTest::noPathIsNoCount()
 {
     QCOMPARE(countsOf({}, kHome), QVector<qsizetype>());
     QCOMPARE(countsOf({native("/home")}, {}), QVector<qsizetype>{0});
     QCOMPARE(countsOf({native("/home")}, {QString(), QString()}), QVector<qsizetype>{0});
 }
 
-void FolderCountsTest::orderDoesNotMatter()
+void FolderTreeTest::orderDoesNotMatter()
 {
     const QStringList folders =
         native(QStringList{"/home/me/Docs", "/home/me/Docs/sub", "/home/me/Music"});
@@ -131,26 +143,29 @@ void FolderCountsTest::orderDoesNotMatter()
     } while (std::next_permutation(paths.end() - 6, paths.end()));
 }
 
-void FolderCountsTest::commonStartChangesNothing_data()
+void FolderTreeTest::foldersFromAboveToBelow()
 {
-    QTest::addColumn<QString>("start");
-    for (const char* start : {"", "/", "/ho", "/home", "/home/", "/home/me", "/home/me/"})
-        QTest::addRow("\"%s\"", start) << native(QString::fromLatin1(start));
+    const FolderTree tree(native(QStringList{"/home/me/Docs", "/home/me/Docs/sub/deep"}));
+    const FolderTree::Place me = tree.placeOf(native("/home/me"));
+    QVERIFY(!tree.isUnderAny(me));
+    QVERIFY(!tree.hasNothingBelow(me));
+    const FolderTree::Place docs = tree.below(me, u"DOCS");
+    QVERIFY(tree.isUnderAny(docs));
+    QVERIFY(!tree.hasNothingBelow(docs));
+    const FolderTree::Place deep = tree.below(tree.below(docs, u"sub"), u"deep");
+    QVERIFY(tree.isUnderAny(deep));
+    QVERIFY(tree.hasNothingBelow(deep));
+    const FolderTree::Place other = tree.below(docs, u"other");
+    QVERIFY(tree.isUnderAny(other));
+    QVERIFY(tree.hasNothingBelow(other));
+    QVERIFY(tree.isUnderAny(tree.below(other, u"deep")));
+    const FolderTree::Place music = tree.below(me, u"Music");
+    QVERIFY(!tree.isUnderAny(music));
+    QVERIFY(!tree.isUnderAny(tree.below(music, u"Docs")));
+    QVERIFY(FolderTree().hasNothingBelow(FolderTree::Place()));
 }
 
-void FolderCountsTest::commonStartChangesNothing()
-{
-    QFETCH(QString, start);
-    const QStringList folders =
-        native(QStringList{"/", "/home", "/HOME/me", "/home/me/Docs", "/home/me/docs/sub",
-                           "/home/me/Music", "/home/other", "/srv"});
-    QCOMPARE(countsOf(folders, kHome, start), filtered(folders, kHome));
-    QCOMPARE(countsOf({}, kHome, start), QVector<qsizetype>());
-    for (const QString& folder : folders)
-        QCOMPARE(countsOf({folder}, kHome, start), filtered({folder}, kHome));
-}
-
-void FolderCountsTest::agreesWithTheFilter_data()
+void FolderTreeTest::agreesWithTheFilter_data()
 {
     QTest::addColumn<QStringList>("names");
     const auto row = [](const char* name, const QStringList& names) {
@@ -168,7 +183,7 @@ void FolderCountsTest::agreesWithTheFilter_data()
     row("of lengths that differ by 64", {"a", QString(65, u'a'), QString(129, u'a')});
 }
 
-void FolderCountsTest::agreesWithTheFilter()
+void FolderTreeTest::agreesWithTheFilter()
 {
     QFETCH(QStringList, names);
     QRandomGenerator random(1);
@@ -189,8 +204,11 @@ void FolderCountsTest::agreesWithTheFilter()
         if (round % 2 == 0)
             paths.sort(); // as they come from an index
         QCOMPARE(countsOf(folders, paths), filtered(folders, paths));
+        const FolderTree tree(folders);
+        for (const QString& path : paths)
+            QCOMPARE(tree.isUnderAny(folderOf(tree, path)), isUnderAny(path, folders));
     }
 }
 
-QTEST_GUILESS_MAIN(FolderCountsTest)
-#include "tst_foldercounts.moc"
+QTEST_GUILESS_MAIN(FolderTreeTest)
+#include "tst_foldertree.moc"

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Orlimo authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TreeWatcher.h"
+
+#include <QVector>
+
+class FileStore;
+
+/// Brings a list of files up to date with what was told of the tree it was read from. The thread of
+/// the list.
+namespace FileChanges
+{
+
+struct Outcome
+{
+    bool hasChanged = false; ///< entries were added or removed
+    bool needsScan = false;  ///< a folder is concerned, of which only a scan tells what is in it
+};
+
+/// Applies a few changes in their order, up to the first one that needs a scan. What a change tells
+/// is looked up on the disk.
+Outcome apply(FileStore& store, const QVector<Platform::TreeChange>& changes);
+
+} // namespace FileChanges
