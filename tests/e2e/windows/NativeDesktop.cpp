@@ -47,6 +47,15 @@ void sendKey(WORD key, bool isDown)
         qFatal("the desktop takes no keys");
 }
 
+void sendButton(DWORD event)
+{
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = event;
+    if (SendInput(1, &input, sizeof input) != 1)
+        qFatal("the desktop takes no clicks");
+}
+
 void press(const QList<WORD>& keys)
 {
     for (const WORD key : keys)
@@ -96,6 +105,15 @@ void NativeDesktop::type(const QString& text)
     // The codes of these keys are those of the characters.
     for (const QChar character : text)
         press({static_cast<WORD>(character.toUpper().unicode())});
+}
+
+void NativeDesktop::click(const QPoint& place)
+{
+    constexpr QPoint outOfTheWay(2, 2); // over a row of a menu the pointer would choose that
+    SetCursorPos(place.x(), place.y());
+    sendButton(MOUSEEVENTF_LEFTDOWN);
+    sendButton(MOUSEEVENTF_LEFTUP);
+    SetCursorPos(outOfTheWay.x(), outOfTheWay.y());
 }
 
 QString NativeDesktop::clipboardText()

@@ -28,6 +28,10 @@ void pressKeys(const QString& combination);
 /// Types letters, digits and blanks, each by its key.
 void type(const QString& text);
 
+/// Presses the left button at a place of the screen, in physical pixels, lets it go, and puts
+/// the pointer into the corner of the screen.
+void click(const QPoint& place);
+
 /// The text on the clipboard; null if there is none or another program is at it just now.
 QString clipboardText();
 bool setClipboardText(const QString& text);

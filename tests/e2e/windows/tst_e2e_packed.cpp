@@ -4,8 +4,10 @@
 #include "FolderFilter.h"
 #include "MainWindow.h"
 #include "NativeDesktop.h"
+#include "OnboardingDialog.h"
 #include "Profile.h"
 #include "SpotlightWindow.h"
+#include "TourOverlay.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -98,6 +100,8 @@ public:
         return windowOfWidth(MainWindow::WINDOW_WIDTH_SETTINGS);
     }
     NativeDesktop::Window spotlight() const { return windowOfWidth(SpotlightWindow::WINDOW_WIDTH); }
+    NativeDesktop::Window welcome() const { return windowOfWidth(OnboardingDialog::DialogWidth); }
+    NativeDesktop::Window tourCard() const { return windowOfWidth(TourOverlay::CardWidth); }
     /// Its visible windows, the menus among them.
     qsizetype windowCount() const { return NativeDesktop::windowsOf(m_process.processId()).size(); }
     /// The place of a menu over the home page; null without one.
@@ -243,6 +247,7 @@ private slots:
     void settingsAreChangedByKeys();
     void recordedHotkeyFires();
     void dataIsTakenOutAndInByKeys();
+    void newUserIsWelcomedAndShownAround();
     void auditsRunBesideIt();
     void reorderedByKeys();
     void sectionSavedAsTemplateAndUsedByKeys();
@@ -707,6 +712,58 @@ void E2ePacked::dataIsTakenOutAndInByKeys()
     press({enter});
     QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
     QCOMPARE(contentOf(file), document);
+}
+
+/// The welcome, the first steps of the tour that follows, and none of it the next time.
+void E2ePacked::newUserIsWelcomedAndShownAround()
+{
+    constexpr QPoint inside(32, 32); // past the shadow of the window
+    constexpr QSize page(MainWindow::WINDOW_WIDTH_GRID - 64, MainWindow::WINDOW_HEIGHT_GRID - 64);
+    constexpr QRect addButton(44, 56, 32, 32);
+    constexpr QRect strip(44, 112, 529, 28);
+    const QString right = QStringLiteral("Right");
+    const QString enter = QStringLiteral("Return");
+    const QString completed = QStringLiteral("Onboarding/Completed");
+    set(completed, QStringLiteral("false"));
+    {
+        const Program program;
+        // Whether the card stands where it is due for what it points at, and leaves the keyboard.
+        const auto isCardAt = [&](const QRect& target) {
+            const QRect card = program.tourCard().geometry;
+            const QRect home = program.home().geometry;
+            const QRect inPage = target.isNull() ? target : target.translated(-inside);
+            return !card.isNull() && program.home().isForeground &&
+                   card.topLeft() ==
+                       home.topLeft() + inside + TourOverlay::cardPlace(page, inPage, card.size());
+        };
+        const auto clickNext = [&] {
+            NativeDesktop::click(program.tourCard().geometry.bottomRight() - QPoint(40, 26));
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(program.welcome().isForeground, kPatienceMs);
+        press({right, QStringLiteral("Space")});
+        QTRY_COMPARE(setting(QStringLiteral("Language/Code")), QStringLiteral("id"));
+        QCOMPARE(setting(completed), QStringLiteral("false"));
+        press({right, enter, right, enter});
+        QTRY_COMPARE(setting(completed), QStringLiteral("true"));
+        QTRY_VERIFY_WITH_TIMEOUT(isCardAt({}), kPatienceMs);
+        clickNext();
+        QTRY_VERIFY(isCardAt(addButton));
+        NativeDesktop::click(program.home().geometry.topLeft() + addButton.center());
+        QTRY_COMPARE(program.windowCount(), 3);
+        press({QStringLiteral("Down"), QStringLiteral("Down"), enter});
+        QTRY_VERIFY(program.isDialogUp());
+        NativeDesktop::type(QStringLiteral("mine"));
+        press({enter});
+        QTRY_VERIFY(isCardAt(strip));
+        clickNext();
+        QTRY_VERIFY(isCardAt(addButton));
+        QCOMPARE(document().value(QStringLiteral("categories")).toArray().last().toString(),
+                 QStringLiteral("mine"));
+    }
+    const Program again;
+    QTRY_VERIFY_WITH_TIMEOUT(again.home().isForeground, kPatienceMs);
+    QVERIFY(!again.welcome().exists());
+    QVERIFY(!again.tourCard().exists());
 }
 
 void E2ePacked::auditsRunBesideIt()
