@@ -18,16 +18,6 @@ program=$(realpath "$1")
 screenshots=$2
 orlimo_pid=
 
-seed_profile() {
-    local data_dir=$XDG_DATA_HOME/Orlimo/Orlimo
-    mkdir -p "$data_dir"
-    cp "$root/scripts/example-profile/"{data.json,settings.ini} "$data_dir/"
-}
-
-visible_windows_of() { # window class
-    xdotool search --onlyvisible --class "^$1\$"
-}
-
 orlimo_is_alive() {
     kill -0 "$orlimo_pid" 2>/dev/null
 }
@@ -38,25 +28,6 @@ orlimo_is_shown() {
 
 orlimo_is_hidden() {
     orlimo_is_alive && ! visible_windows_of Orlimo
-}
-
-picture_sum() {
-    import -window root -silent rgb:- | cksum
-}
-
-# True when nothing has moved on the screen for a moment. The cursor of a text field blinks more
-# slowly than this looks.
-screen_stands_still() {
-    local before
-    before=$(picture_sum)
-    sleep 0.2
-    [[ $(picture_sum) == "$before" ]]
-}
-
-photograph() { # name
-    wait_until "the screen to come to rest" screen_stands_still
-    import -window root -silent "$screenshots/$1.png"
-    echo "$screenshots/$1.png"
 }
 
 # A window of another program, which has the keyboard when the hotkey is pressed.
@@ -107,18 +78,18 @@ launch_and_check_clipboard() { # expected text
 
 find_snippet() {
     press_spotlight_hotkey
-    photograph 2-spotlight
+    photograph "$screenshots/2-spotlight.png"
     xdotool type --delay 80 'ma'
-    photograph 3-items
+    photograph "$screenshots/3-items.png"
     xdotool type --delay 80 'il sig'
-    photograph 4-snippet
+    photograph "$screenshots/4-snippet.png"
     launch_and_check_clipboard $'Kind regards,\nMaya Example\nhttps://example.org/maya'
 }
 
 calculate() {
     press_spotlight_hotkey
     xdotool type --delay 80 '12*3'
-    photograph 5-calculator
+    photograph "$screenshots/5-calculator.png"
     launch_and_check_clipboard 36
 }
 
@@ -144,7 +115,7 @@ main() {
     seed_profile
     show_other_program
     start_orlimo
-    photograph 1-main-window
+    photograph "$screenshots/1-main-window.png"
     wait_until "the main window to give way" main_window_gives_way
     find_snippet
     calculate

@@ -7,6 +7,7 @@
 #
 #   start_virtual_screen     sets DISPLAY, DBUS_SESSION_BUS_ADDRESS, HOME and XDG_*
 #   end_virtual_screen       ends all that was started and removes the home; safe to call twice
+#   photograph FILE [PART]   waits until nothing moves on it and makes a picture
 #
 # The caller calls the second from an EXIT trap, so that nothing outlives it. A program that it
 # starts itself goes through `run_in_background`, which sets last_pid, to be ended along with the
@@ -114,4 +115,37 @@ end_virtual_screen() {
     screen_pids=()
     [[ -z $screen_home ]] || rm -rf "$screen_home"
     screen_home=
+}
+
+# Gives the profile of a made-up user to the program that is started next.
+seed_profile() {
+    local data_dir=$XDG_DATA_HOME/Orlimo/Orlimo
+    mkdir -p "$data_dir"
+    # shellcheck disable=SC2154 # from common.sh, which the caller has sourced
+    cp "$root/scripts/example-profile/"{data.json,settings.ini} "$data_dir/"
+}
+
+visible_windows_of() { # window class
+    xdotool search --onlyvisible --class "^$1\$"
+}
+
+picture_sum() {
+    import -window root -silent rgb:- | cksum
+}
+
+# True when nothing has moved on the screen for a moment. The cursor of a text field blinks more
+# slowly than this looks.
+screen_stands_still() {
+    local before
+    before=$(picture_sum)
+    sleep 0.2
+    [[ $(picture_sum) == "$before" ]]
+}
+
+photograph() { # file, part of the screen as WIDTHxHEIGHT+X+Y; all of it if none is given
+    local part=()
+    [[ -z ${2:-} ]] || part=(-crop "$2" +repage)
+    wait_until "the screen to come to rest" screen_stands_still
+    import -window root -silent png:- | convert - "${part[@]}" -strip "$1"
+    echo "$1"
 }
