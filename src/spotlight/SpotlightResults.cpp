@@ -83,12 +83,13 @@ void SpotlightWindow::rebuildResults(const QString& text, const QStringList& sco
     const WebQuery::EngineMatch em = WebQuery::engineFor(text);
     m_searchInput->setGhostText(em.matched && em.query.isEmpty() ? engineTitle(em) : QString());
     if (!text.isEmpty()) {
+        m_fileHits = fileHits(text, scopeKeys);
         if (allScopes)
             addCalculatorGroup(text);
         addOwnItemGroups(text, scopeKeys);
         if (allScopes || scopeKeys.contains(ItemType::Application))
             addApplicationGroup(text);
-        addFileGroups(text, scopeKeys);
+        addFileGroups(scopeKeys);
         if (allScopes)
             addWebGroups(text, em);
         selectFirstResultRow();
@@ -156,28 +157,46 @@ void SpotlightWindow::addApplicationGroup(const QString& text)
     });
 }
 
-void SpotlightWindow::addFileGroups(const QString& text, const QStringList& scopeKeys)
+SpotlightWindow::FileHits SpotlightWindow::fileHits(const QString& text,
+                                                    const QStringList& scopeKeys) const
 {
-    const bool allScopes = scopeKeys.isEmpty();
-    const bool showFiles = allScopes || scopeKeys.contains(ItemType::File);
-    const bool showFolders = scopeKeys.contains(FolderScope); // only where they are asked for
-    if (!showFiles && !showFolders)
+    FileHits hits;
+    hits.wantsFiles = scopeKeys.isEmpty() || scopeKeys.contains(ItemType::File);
+    hits.wantsFolders = scopeKeys.contains(FolderScope); // only where they are asked for
+    hits.isReady = FileIndex::isReady();
+    const QString query = text.trimmed();
+    const int limit = isMixedView(scopeKeys) ? VISIBLE_ROWS : FILE_LIMIT;
+    if (hits.wantsFiles)
+        hits.files = FileIndex::search(query, limit, FileIndex::Files);
+    if (hits.wantsFolders)
+        hits.folders = FileIndex::search(query, limit, FileIndex::Folders);
+    return hits;
+}
+
+void SpotlightWindow::addFileGroups(const QStringList& scopeKeys)
+{
+    const FileHits hits = m_fileHits;
+    if (!hits.wantsFiles && !hits.wantsFolders)
         return;
     const QString filesTitle = Tr::t(QStringLiteral("spotlight.group_files"));
     const QString foldersTitle = Tr::t(QStringLiteral("spotlight.group_folders"));
-    if (!FileIndex::isReady()) {
-        if (allScopes)
+    if (!hits.isReady) {
+        if (scopeKeys.isEmpty())
             return; // a search through everything has enough to show without
-        addHeaderRow(showFiles ? filesTitle : foldersTitle);
+        addHeaderRow(hits.wantsFiles ? filesTitle : foldersTitle);
         addHintRow(Tr::t(QStringLiteral("spotlight.files_preparing")), QString(), ItemType::File);
         return;
     }
-    const QString query = text.trimmed();
-    const int limit = isMixedView(scopeKeys) ? VISIBLE_ROWS : FILE_LIMIT;
-    if (showFiles)
-        addFileGroup(filesTitle, FileIndex::search(query, limit, FileIndex::Files));
-    if (showFolders)
-        addFileGroup(foldersTitle, FileIndex::search(query, limit, FileIndex::Folders));
+    addFileGroup(filesTitle, hits.files);
+    addFileGroup(foldersTitle, hits.folders);
+}
+
+void SpotlightWindow::rebuildForChangedFiles()
+{
+    const QString text = m_searchInput->text();
+    // What has changed is mostly elsewhere, and a rebuilt list forgets what the user has selected.
+    if (!text.isEmpty() && fileHits(text, m_scopeKeys) != m_fileHits)
+        rebuildResults(text, m_scopeKeys);
 }
 
 void SpotlightWindow::addFileGroup(const QString& title, const QVector<FileIndex::Entry>& hits)

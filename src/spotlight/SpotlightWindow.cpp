@@ -197,7 +197,7 @@ void SpotlightWindow::startIndexing()
     // The index outlives the window.
     FileIndex::setOnReady([window = QPointer(this)] {
         if (window && window->isVisible())
-            window->rebuildResults(window->m_searchInput->text(), window->m_scopeKeys);
+            window->rebuildForChangedFiles();
     });
 }
 

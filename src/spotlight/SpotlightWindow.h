@@ -137,6 +137,18 @@ protected:
 private:
     struct Group;
 
+    /// What the file index has for a text and its scopes.
+    struct FileHits
+    {
+        bool wantsFiles = false;
+        bool wantsFolders = false;
+        bool isReady = false;
+        QVector<FileIndex::Entry> files;
+        QVector<FileIndex::Entry> folders;
+
+        bool operator==(const FileHits& other) const = default;
+    };
+
     void buildShell();
     void buildSearchStrip();
     void buildSearchBox();
@@ -167,7 +179,9 @@ private:
     void addOwnItemGroups(const QString& text, const QStringList& scopeKeys);
     QVector<Group> ownItemGroups(const QString& text) const;
     void addApplicationGroup(const QString& text);
-    void addFileGroups(const QString& text, const QStringList& scopeKeys);
+    FileHits fileHits(const QString& text, const QStringList& scopeKeys) const;
+    void addFileGroups(const QStringList& scopeKeys);
+    void rebuildForChangedFiles();
     void addFileGroup(const QString& title, const QVector<FileIndex::Entry>& hits);
     void addWebGroups(const QString& text, const WebQuery::EngineMatch& em);
     void addWebRows(const QVector<WebQuery::Suggestion>& suggestions);
@@ -188,6 +202,7 @@ private:
     static void recordUsage(const QListWidgetItem* item);
 
     QStringList m_scopeKeys; ///< empty: all scopes
+    FileHits m_fileHits;     ///< in the rows
     LauncherModel* m_model = nullptr;
     QFrame* m_shell = nullptr;
     QFrame* m_searchPill = nullptr;

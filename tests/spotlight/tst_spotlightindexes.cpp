@@ -68,6 +68,8 @@ private slots:
     void fileLaunch_data();
     void fileLaunch();
     void changedFilesRebuildTheRows();
+    void filesElsewhereLeaveTheSelection_data();
+    void filesElsewhereLeaveTheSelection();
     void changedFilesLeaveAHiddenWindow();
     void indexOutlivesTheWindow();
 };
@@ -393,6 +395,39 @@ void SpotlightIndexesTest::changedFilesRebuildTheRows()
     FakeFileSystem::reportOverflow();
     QTRY_COMPARE(f->rows().size(), 4);
     QCOMPARE(f->selected(), QStringLiteral("pear A.xls")); // a selection isn't kept
+}
+
+void SpotlightIndexesTest::filesElsewhereLeaveTheSelection_data()
+{
+    QTest::addColumn<QStringList>("scopes");
+    QTest::newRow("files") << QStringList{"File"};
+    QTest::newRow("files and folders") << QStringList{"File", "Folder"};
+    QTest::newRow("everything") << QStringList();
+}
+
+void SpotlightIndexesTest::filesElsewhereLeaveTheSelection()
+{
+    QFETCH(QStringList, scopes);
+    type("chart", scopes);
+    QTest::keyClick(f->field(), Qt::Key_Down);
+    const QString selected = f->selected();
+    const QStringList rows = f->rows();
+    QVERIFY(selected != rows.value(1));
+    const qsizetype before = FileIndex::entries().size();
+    const QString newcomer = QString("newcomer %1.xls").arg(scopes.size());
+    FakeFileSystem::add(newcomer);
+    FakeFileSystem::reportOverflow();
+    QTRY_COMPARE(FileIndex::entries().size(), before + 1);
+    QCOMPARE(f->rows(), rows);
+    QCOMPARE(f->selected(), selected);
+    // One that goes is no longer shown, wherever the selection is.
+    FakeFileSystem::add("chart 0" + newcomer);
+    FakeFileSystem::reportOverflow();
+    QTRY_COMPARE(FileIndex::entries().size(), before + 2);
+    FakeFileSystem::remove("chart 0" + newcomer);
+    FakeFileSystem::reportOverflow();
+    QTRY_COMPARE(FileIndex::entries().size(), before + 1);
+    QCOMPARE(f->rows(), rows);
 }
 
 void SpotlightIndexesTest::changedFilesLeaveAHiddenWindow()
