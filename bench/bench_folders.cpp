@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 // What it costs that the file search is limited to one folder, to a hundred, and to ten thousand:
-// the questions of one keystroke that finds a whole index, and the dialog that shows the folders.
+// the questions of one keystroke that finds a whole index, the dialog that shows the folders, and
+// the window with a chip for each, as far as the screens have room.
 
 #include "FolderFilter.h"
 #include "FolderPickerDialog.h"
+#include "SpotlightFixture.h"
 #include "Stopwatch.h"
-#include "TestHome.h"
-#include "Theme.h"
 
 #include <QApplication>
 #include <QDir>
@@ -62,7 +62,7 @@ void print(const char* what, int count, Timing timing)
 void measureSearch(const QStringList& paths, int count, bool areHit)
 {
     chooseFolders(count, areHit);
-    Stopwatch stopwatch;
+    Stopwatch stopwatch(Stopwatch::OfTheProcessor);
     qsizetype accepted = 0;
     for (int round = 0; round < kRounds; ++round) {
         stopwatch.measure([&] {
@@ -79,10 +79,10 @@ void measureSearch(const QStringList& paths, int count, bool areHit)
 void measureDialog(int count)
 {
     chooseFolders(count, true);
-    Stopwatch made;
-    Stopwatch shown;
-    Stopwatch toggled;
-    Stopwatch asked;
+    Stopwatch made(Stopwatch::OfTheProcessor);
+    Stopwatch shown(Stopwatch::OfTheProcessor);
+    Stopwatch toggled(Stopwatch::OfTheProcessor);
+    Stopwatch asked(Stopwatch::OfTheProcessor);
     for (int round = 0; round < kRounds; ++round) {
         std::unique_ptr<FolderPickerDialog> dialog;
         made.measure([&] { dialog = std::make_unique<FolderPickerDialog>(nullptr); });
@@ -107,6 +107,29 @@ void measureDialog(int count)
     print("asked for what is checked", count, asked.timing());
 }
 
+void measureWindow(int count)
+{
+    chooseFolders(count, true);
+    SpotlightFixture spotlight;
+    Stopwatch shown(Stopwatch::OfTheProcessor);
+    Stopwatch removed(Stopwatch::OfTheProcessor);
+    for (int round = 0; round < kRounds; ++round) {
+        spotlight.window.hide();
+        QCoreApplication::processEvents();
+        shown.measure([&] {
+            spotlight.pressHotkey();
+            QCoreApplication::processEvents();
+        });
+        removed.measure([&] {
+            spotlight.chips().constFirst()->click();
+            QCoreApplication::processEvents();
+        });
+        chooseFolders(count, true);
+    }
+    print("window shown", count, shown.timing());
+    print("chip removed", count, removed.timing());
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -119,6 +142,7 @@ int main(int argc, char* argv[])
         measureSearch(paths, count, false);
         measureSearch(paths, count, true);
         measureDialog(count);
+        measureWindow(count);
     }
     return 0;
 }
