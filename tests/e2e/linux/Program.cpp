@@ -159,25 +159,28 @@ void Program::startAndSettle()
     m_desktop.focusOtherWindow();
 }
 
-XClient::Window Program::windowOfWidth(int width) const
+XClient::Window Program::windowOfWidth(std::initializer_list<int> widths) const
 {
-    for (const XClient::Window& window : m_desktop.client().windowsOf(m_process.processId())) {
-        if (window.geometry.width() == qRound(width * m_scale))
-            return window;
+    const QVector<XClient::Window> windows = m_desktop.client().windowsOf(m_process.processId());
+    for (const int width : widths) {
+        for (const XClient::Window& window : windows) {
+            if (window.geometry.width() == qRound(width * m_scale))
+                return window;
+        }
     }
     return {};
 }
 
 XClient::Window Program::homeWindow() const
 {
-    // It is as wide as the page that it shows.
-    const XClient::Window window = windowOfWidth(MainWindow::WINDOW_WIDTH_GRID);
-    return window.id != XCB_WINDOW_NONE ? window : windowOfWidth(MainWindow::WINDOW_WIDTH_SETTINGS);
+    // It is as wide as the page that it shows. Looked for at once: between two looks it may change
+    // from the second width to the first, and would be nowhere.
+    return windowOfWidth({MainWindow::WINDOW_WIDTH_GRID, MainWindow::WINDOW_WIDTH_SETTINGS});
 }
 
 XClient::Window Program::spotlight() const
 {
-    return windowOfWidth(SpotlightWindow::WINDOW_WIDTH);
+    return windowOfWidth({SpotlightWindow::WINDOW_WIDTH});
 }
 
 bool Program::isSpotlightUp() const

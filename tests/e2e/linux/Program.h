@@ -10,6 +10,7 @@
 #include <QSettings>
 
 #include <functional>
+#include <initializer_list>
 
 /// The program under test on a desktop of its own, driven from outside only.
 class Program
@@ -94,7 +95,8 @@ private:
     void waitForAnswer() const;
     QImage nextPicture() const;
 
-    XClient::Window windowOfWidth(int width) const;
+    /// The first of the widths that a window has.
+    XClient::Window windowOfWidth(std::initializer_list<int> widths) const;
 
     Desktop& m_desktop;
     QProcessEnvironment m_environment;
