@@ -330,6 +330,7 @@ void E2eFiles::filesAndFoldersShareTheRoom()
     m_program->key(QStringLiteral("Return"));
     // The one that was used has gone to the front: x, then xx, xxx, xxxx, xxxxx.
     QTRY_COMPARE(m_desktop->opened().value(1), fileAddress(homePath("matchxxxx")));
+    m_program->waitUntilSpotlightIsGone(); // noted by then
     QVERIFY(m_program->usage().contains(homePath("matchxxxx")));
 }
 
