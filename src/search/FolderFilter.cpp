@@ -4,7 +4,7 @@
 #include "FolderFilter.h"
 
 #include "Files.h"
-#include "FolderSet.h"
+#include "FolderTree.h"
 #include "StorageManager.h"
 
 #include <QDir>
@@ -37,7 +37,10 @@ void FolderFilter::setFolders(const QStringList& folders)
 
 bool FolderFilter::accepts(const QString& path)
 {
-    return folders().isEmpty() || lookup().isAbove(path);
+    if (folders().isEmpty())
+        return true;
+    const qsizetype end = path.lastIndexOf(QDir::separator());
+    return end >= 0 && tree().isUnderAny(tree().placeOf(QStringView(path).first(end)));
 }
 
 bool FolderFilter::isUnder(const QString& path, const QString& folder)
@@ -88,16 +91,16 @@ QStringList& FolderFilter::list()
     return paths;
 }
 
-FolderSet& FolderFilter::lookup()
+FolderTree& FolderFilter::tree()
 {
-    static FolderSet set;
-    return set;
+    static FolderTree tree;
+    return tree;
 }
 
 void FolderFilter::take(const QStringList& folders)
 {
     list() = folders;
-    lookup() = FolderSet(folders);
+    tree() = FolderTree(folders);
 }
 
 void FolderFilter::load()

@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-class FolderSet;
+class FolderTree;
 
 /// The folders to which the user has narrowed the file results, kept in "folderfilter.json" of the
 /// data directory, which is read once per process. GUI thread; every failure is silent.
@@ -55,7 +55,7 @@ public:
 private:
     static QStringList& list();
     /// The same folders, made for finding one.
-    static FolderSet& lookup();
+    static FolderTree& tree();
     static void take(const QStringList& folders);
     static void load();
     static void save();

@@ -9,8 +9,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTest>
 #include <QTextStream>
+
+#include <algorithm>
 
 class FolderFilterTest : public QObject
 {
@@ -23,6 +26,11 @@ private slots:
     void cleanup();
     void isUnder_data();
     void isUnder();
+    void anyFolderIsEnough_data();
+    void anyFolderIsEnough();
+    void acceptsWhatIsUnderAny_data();
+    void acceptsWhatIsUnderAny();
+    void tenThousandFolders();
     void fromBytes_data();
     void fromBytes();
     void toBytesIsOneCompactArray();
@@ -64,6 +72,21 @@ QByteArray filterContent()
 QString native(const QString& path)
 {
     return QDir::toNativeSeparators(path);
+}
+
+QStringList native(QStringList paths)
+{
+    for (QString& path : paths)
+        path = native(path);
+    return paths;
+}
+
+/// The rule, folder by folder.
+bool isUnderAny(const QString& path, const QStringList& folders)
+{
+    return std::any_of(folders.begin(), folders.end(), [&path](const QString& folder) {
+        return FolderFilter::isUnder(path, folder);
+    });
 }
 
 void print(const QString& line)
@@ -156,6 +179,112 @@ void FolderFilterTest::isUnder()
     QFETCH(QString, path);
     QFETCH(QString, folder);
     QTEST(FolderFilter::isUnder(path, folder), "isUnder");
+}
+
+void FolderFilterTest::anyFolderIsEnough_data()
+{
+    QTest::addColumn<QStringList>("folders");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isAccepted");
+    const auto row = [](const char* name, const QStringList& folders, const char* path,
+                        bool isAccepted) {
+        QTest::newRow(name) << native(folders) << native(QString::fromUtf8(path)) << isAccepted;
+    };
+    const QStringList docs{"/home/me/Docs"};
+    row("a file in it", docs, "/home/me/Docs/a.txt", true);
+    row("a file deep in it", docs, "/home/me/Docs/b/c/a.txt", true);
+    row("the folder itself", docs, "/home/me/Docs", false);
+    row("the folder itself with a separator", docs, "/home/me/Docs/", true);
+    row("the folder above", docs, "/home/me", false);
+    row("a sibling with a longer name", docs, "/home/me/Docsier/a", false);
+    row("a sibling of the same length", docs, "/home/me/Dogs/a", false);
+    row("of another case", {"/HOME/me/dOCS"}, "/home/me/Docs/a", true);
+    row("beyond ASCII", {QStringLiteral("/home/ÄRGER")}, "/home/\xC3\xA4rger/a", true);
+    row("no path", docs, "", false);
+    row("a path without a folder", {"/"}, "a.txt", false);
+    row("an empty folder", {""}, "/home/me/a.txt", false);
+    row("a root", {"/"}, "/a.txt", true);
+    row("the root itself", {"/"}, "/", true);
+    row("a drive", {"C:/"}, "c:/a.txt", true);
+    row("the drive itself", {"C:/"}, "C:/", true);
+    row("another drive", {"C:/"}, "D:/a.txt", false);
+    row("a drive without its separator", {"C:/"}, "C:", false);
+    row("a folder with a separator at its end", {"/home/me/Docs/"}, "/home/me/Docs/a", true);
+    row("two separators", {"/home/me/Docs//"}, "/home/me/Docs/a", false);
+    row("under the first of several", {"/a", "/home/b/c", "/d"}, "/a/x", true);
+    row("under the longest of several", {"/a", "/home/b/c", "/d"}, "/home/b/c/x", true);
+    row("under none of several", {"/a", "/home/b/c", "/d"}, "/home/b/d/x", false);
+    row("under one in another", {"/a", "/a/b"}, "/a/c/x", true);
+    row("the same twice", {"/a", "/A/"}, "/a/x", true);
+}
+
+void FolderFilterTest::anyFolderIsEnough()
+{
+    QFETCH(QStringList, folders);
+    QFETCH(QString, path);
+    FolderFilter::setFolders(folders);
+    QTEST(FolderFilter::accepts(path), "isAccepted");
+    QCOMPARE(isUnderAny(path, folders), FolderFilter::accepts(path));
+}
+
+void FolderFilterTest::acceptsWhatIsUnderAny_data()
+{
+    QTest::addColumn<QStringList>("names");
+    const auto row = [](const char* name, const QStringList& names) {
+        QTest::newRow(name) << names;
+    };
+    row("plain", {"a", "b", "ab", "abc"});
+    row("of two cases", {"a", "A", "b", "B", "Ab"});
+    row("with empty ones", {"", "a", "aa", ""});
+    row("beyond ASCII", {QStringLiteral("ä"), QStringLiteral("Ä"), QStringLiteral("ß"),
+                         QStringLiteral("ss"), QStringLiteral("ẞ"), QStringLiteral("ſ")});
+    row("in pairs", {QStringLiteral("\U00010400"), QStringLiteral("\U00010428"),
+                     QStringLiteral("\U0001F600"), QString(QChar(0xd801)), QString(QChar(0xdc00))});
+    row("the separators of both systems", {"/", "\\", "a"});
+}
+
+void FolderFilterTest::acceptsWhatIsUnderAny()
+{
+    QFETCH(QStringList, names);
+    QRandomGenerator random(1);
+    const auto makePath = [&] {
+        QStringList parts;
+        for (int i = random.bounded(5); i >= 0; --i)
+            parts.append(names.at(random.bounded(int(names.size()))));
+        return native(QString(random.bounded(4) > 0 ? "/" : "") + parts.join('/') +
+                      (random.bounded(4) == 0 ? "/" : ""));
+    };
+    int countUnder = 0;
+    int count = 0;
+    for (int round = 0; round < 50; ++round) {
+        QStringList folders;
+        for (int i = 0; i < 4; ++i)
+            folders.append(makePath());
+        FolderFilter::setFolders(folders);
+        for (int i = 0; i < 60; ++i, ++count) {
+            const QString path = makePath();
+            const bool isUnder = isUnderAny(path, folders);
+            if (FolderFilter::accepts(path) != isUnder)
+                QFAIL(qPrintable(path + " in " + folders.join(" | ")));
+            countUnder += isUnder ? 1 : 0;
+        }
+    }
+    QVERIFY(countUnder > 0 && countUnder < count);
+}
+
+void FolderFilterTest::tenThousandFolders()
+{
+    constexpr int Count = 10000;
+    QStringList folders;
+    for (int i = 0; i < Count; ++i)
+        folders.append(native(QString("/home/me/%1/folder %2").arg(i % 100).arg(i)));
+    FolderFilter::setFolders(folders);
+    for (int i = 0; i < Count; ++i) {
+        const QString folder = native(QString("/home/ME/%1/Folder %2").arg(i % 100).arg(i));
+        QVERIFY(FolderFilter::accepts(folder + native("/a.txt")));
+        QVERIFY(!FolderFilter::accepts(folder + native("x/a.txt")));
+        QVERIFY(!FolderFilter::accepts(folder));
+    }
 }
 
 void FolderFilterTest::fromBytes_data()
