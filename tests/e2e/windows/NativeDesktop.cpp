@@ -22,6 +22,8 @@ struct Search
     QList<NativeDesktop::Window> found;
 };
 
+constexpr WORD kDialogClass = 0x8002; // which all dialogs of the system have
+
 BOOL CALLBACK addWindow(HWND window, LPARAM parameter)
 {
     auto* search = reinterpret_cast<Search*>(parameter);
@@ -32,7 +34,8 @@ BOOL CALLBACK addWindow(HWND window, LPARAM parameter)
         return TRUE;
     search->found.append(
         {QRect(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top),
-         window == GetForegroundWindow()});
+         window == GetForegroundWindow(), GetClassWord(window, GCW_ATOM) == kDialogClass,
+         reinterpret_cast<quintptr>(window)});
     return TRUE;
 }
 

@@ -15,6 +15,8 @@ struct Window
 {
     QRect geometry;            ///< physical pixels; null if there is no such window
     bool isForeground = false; ///< has the keyboard
+    bool isOfSystem = false;   ///< one of the system's own dialogs, as to choose a file
+    quintptr handle = 0;       ///< no other window's, as long as this one lives
     bool exists() const { return !geometry.isNull(); }
 };
 

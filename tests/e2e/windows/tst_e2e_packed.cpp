@@ -114,21 +114,30 @@ public:
         return found;
     }
     /// Whether the keyboard is with a window of the program that is neither of the two.
-    bool isDialogUp() const { return !dialogGeometry().isNull(); }
-    /// Of that window; null if there is none.
-    QRect dialogGeometry() const
+    bool isDialogUp() const { return dialog().exists(); }
+    /// Whether that window is one in which a file is chosen.
+    bool isChooserUp() const { return dialog().isOfSystem; }
+    /// Whether it is one of the program's own, and another than that one.
+    bool isQuestionUp(quintptr notThis = 0) const
+    {
+        const NativeDesktop::Window window = dialog();
+        return window.exists() && !window.isOfSystem && window.handle != notThis;
+    }
+    quintptr dialogHandle() const { return dialog().handle; }
+
+private:
+    NativeDesktop::Window dialog() const
     {
         const QList<int> widths{MainWindow::WINDOW_WIDTH_GRID, MainWindow::WINDOW_WIDTH_SETTINGS,
                                 SpotlightWindow::WINDOW_WIDTH};
-        for (const NativeDesktop::Window& window :
-             NativeDesktop::windowsOf(m_process.processId())) {
-            if (window.isForeground && !widths.contains(window.geometry.width()))
-                return window.geometry;
-        }
-        return {};
+        const QList<NativeDesktop::Window> all = NativeDesktop::windowsOf(m_process.processId());
+        const auto found =
+            std::find_if(all.begin(), all.end(), [&widths](const NativeDesktop::Window& window) {
+                return window.isForeground && !widths.contains(window.geometry.width());
+            });
+        return found == all.end() ? NativeDesktop::Window() : *found;
     }
 
-private:
     NativeDesktop::Window windowOfWidth(int width) const
     {
         const QList<NativeDesktop::Window> all = NativeDesktop::windowsOf(m_process.processId());
@@ -684,31 +693,31 @@ void E2ePacked::dataIsTakenOutAndInByKeys()
     if (QTest::currentTestFailed())
         return;
     press({enter});
-    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(program.isChooserUp(), kPatienceMs);
     choose();
     QTRY_COMPARE_WITH_TIMEOUT(contentOf(file), document, kPatienceMs);
-    QTRY_VERIFY(program.isDialogUp()); // the message; the chooser is gone by then
+    QTRY_VERIFY(program.isQuestionUp()); // the message; the chooser is gone by then
     press({enter});
     QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
 
     // All of it deleted and brought in again; Esc answers the questions like their first buttons.
     press({QStringLiteral("Down"), QStringLiteral("Down"), enter});
-    QTRY_VERIFY(program.isDialogUp());
+    QTRY_VERIFY(program.isQuestionUp());
+    quintptr question = program.dialogHandle();
     press({QStringLiteral("Esc")});
     QTRY_VERIFY(!read(QStringLiteral("data.json")).contains("Note"));
     QVERIFY(read(QStringLiteral("data.json.previous")).contains("Note"));
-    QTRY_VERIFY(program.isDialogUp());
+    QTRY_VERIFY(program.isQuestionUp(question)); // it fades away beneath the message
     press({enter});
     QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
     press({QStringLiteral("Up"), enter});
-    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp(), kPatienceMs);
-    const QRect chooser = program.dialogGeometry();
+    QTRY_VERIFY_WITH_TIMEOUT(program.isChooserUp(), kPatienceMs);
     choose();
-    QTRY_VERIFY_WITH_TIMEOUT(program.isDialogUp() && program.dialogGeometry() != chooser,
-                             kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(program.isQuestionUp(), kPatienceMs);
+    question = program.dialogHandle();
     press({QStringLiteral("Esc")});
     QTRY_VERIFY(read(QStringLiteral("data.json")).contains("Note"));
-    QTRY_VERIFY(program.isDialogUp());
+    QTRY_VERIFY(program.isQuestionUp(question));
     press({enter});
     QTRY_VERIFY(!program.isDialogUp() && program.settings().isForeground);
     QCOMPARE(contentOf(file), document);
