@@ -73,65 +73,76 @@ QWidget* DataSettingsPage::buildRow(const QString& titleKey, QPushButton* button
     return new SettingsCard(Tr::t(titleKey), button);
 }
 
+// A rebuild may take the page away while one of these dialogs is open. What the user has answered
+// counts all the same, as long as there is a window to tell the outcome in.
+
 void DataSettingsPage::exportData()
 {
     const AutoQuitBlocker blocker;
-    const QPointer<DataSettingsPage> self(this);
+    const QString jsonPath = m_jsonPath;
+    const QPointer<QWidget> owner(window());
     const QString target =
-        FileChooser::saveFile(window(), QStringLiteral("Export Data"), kExportName, kFilter);
-    if (target.isEmpty() || !self)
+        FileChooser::saveFile(owner, QStringLiteral("Export Data"), kExportName, kFilter);
+    if (target.isEmpty() || !owner)
         return;
     // On disk is all there is, and success is what is told of any outcome.
-    copyOver(m_jsonPath, target);
-    CustomMessageBox::information(window(), Tr::t("settings.data.export_success_title"),
+    copyOver(jsonPath, target);
+    CustomMessageBox::information(owner, Tr::t("settings.data.export_success_title"),
                                   Tr::t("settings.data.export_success_msg").arg(target));
 }
 
 void DataSettingsPage::importData()
 {
     const AutoQuitBlocker blocker;
-    const QPointer<DataSettingsPage> self(this);
-    const QString source = FileChooser::openFile(window(), QStringLiteral("Import Data"), kFilter);
-    if (source.isEmpty() || !self)
+    LauncherModel* const model = m_model;
+    const Teller tell = teller();
+    const QPointer<QWidget> owner(window());
+    const QString source = FileChooser::openFile(owner, QStringLiteral("Import Data"), kFilter);
+    if (source.isEmpty() || !owner)
         return;
-    if (!isConfirmed(window(), "settings.data.import_confirm_title",
+    if (!isConfirmed(owner, "settings.data.import_confirm_title",
                      "settings.data.import_confirm_msg", "dialog.btn_yes") ||
-        !self)
+        !owner)
         return;
-    const LauncherModel::Replacement outcome = m_model->importData(source);
+    const LauncherModel::Replacement outcome = model->importData(source);
     if (outcome == LauncherModel::Replacement::Unreadable) {
-        CustomMessageBox::warning(window(), Tr::t("settings.data.import_fail_title"),
+        CustomMessageBox::warning(owner, Tr::t("settings.data.import_fail_title"),
                                   Tr::t("settings.data.import_fail_msg").arg(source));
         return;
     }
-    tellOutcome(outcome, "settings.data.import_success_title", "settings.data.import_success_msg");
+    tell(outcome, "settings.data.import_success_title", "settings.data.import_success_msg");
 }
 
 void DataSettingsPage::resetData()
 {
     const AutoQuitBlocker blocker;
-    const QPointer<DataSettingsPage> self(this);
-    if (!isConfirmed(window(), "settings.data.reset_confirm_title",
-                     "settings.data.reset_confirm_msg", "settings.data.btn_reset_confirm") ||
-        !self)
+    LauncherModel* const model = m_model;
+    const Teller tell = teller();
+    const QPointer<QWidget> owner(window());
+    if (!isConfirmed(owner, "settings.data.reset_confirm_title", "settings.data.reset_confirm_msg",
+                     "settings.data.btn_reset_confirm") ||
+        !owner)
         return;
-    tellOutcome(m_model->resetData(), "settings.data.reset_success_title",
-                "settings.data.reset_success_msg");
+    tell(model->resetData(), "settings.data.reset_success_title",
+         "settings.data.reset_success_msg");
 }
 
-void DataSettingsPage::tellOutcome(LauncherModel::Replacement outcome, const QString& titleKey,
-                                   const QString& textKey)
+DataSettingsPage::Teller DataSettingsPage::teller()
 {
-    if (outcome == LauncherModel::Replacement::NotKept) {
-        CustomMessageBox::warning(
-            window(), QStringLiteral("Error"),
-            QStringLiteral("The present data could not be kept, so nothing has been changed. "
-                           "This file could not be written:\n%1")
-                .arg(StorageManager::previousPath(m_jsonPath)));
-        return;
-    }
-    const QPointer<DataSettingsPage> self(this);
-    CustomMessageBox::information(window(), Tr::t(titleKey), Tr::t(textKey));
-    if (self)
-        emit dataChanged();
+    return [self = QPointer(this), owner = QPointer(window()),
+            previous = StorageManager::previousPath(m_jsonPath)](LauncherModel::Replacement outcome,
+                                                                 const QString& titleKey,
+                                                                 const QString& textKey) {
+        if (outcome == LauncherModel::Replacement::NotKept) {
+            CustomMessageBox::warning(
+                owner, QStringLiteral("Error"),
+                QStringLiteral("The present data could not be kept, so nothing has been changed. "
+                               "This file could not be written:\n%1")
+                    .arg(previous));
+            return;
+        }
+        CustomMessageBox::information(owner, Tr::t(titleKey), Tr::t(textKey));
+        if (self)
+            emit self->dataChanged();
+    };
 }

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class QPushButton;
 
 /// The page that copies the document out, takes another one in and empties it. Settings, usage and
@@ -19,7 +21,7 @@ class DataSettingsPage : public QWidget
 public:
     static constexpr int MinButtonWidth = 120; ///< px
 
-    /// \param model not owned; has to live as long as the page.
+    /// \param model not owned; has to live as long as the page's window.
     /// \param jsonPath the file of the document, which is what an export copies.
     DataSettingsPage(LauncherModel* model, const QString& jsonPath, QWidget* parent = nullptr);
 
@@ -33,9 +35,11 @@ private:
     void exportData();
     void importData();
     void resetData();
-    /// \param titleKey, textKey of what the user is told if the document has been replaced.
-    void tellOutcome(LauncherModel::Replacement outcome, const QString& titleKey,
-                     const QString& textKey);
+    /// Tells the user what came of it, by the keys of title and text if the document has been
+    /// replaced. May outlive the page, but not its window.
+    using Teller = std::function<void(LauncherModel::Replacement outcome, const QString& titleKey,
+                                      const QString& textKey)>;
+    Teller teller();
 
     LauncherModel* m_model;
     QString m_jsonPath;
