@@ -6,11 +6,9 @@
 #include "SlowHome.h"
 #include "SolidIcons.h"
 #include "Theme.h"
-#include "TrayHost.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -41,7 +39,6 @@ private slots:
     void someFoldersAreLeftOut();
     void hintStandsUntilTheFirstScanIsDone();
     void allScopesSayNothingWhileTheIndexPrepares();
-    void quitDoesNotWaitForTheScan();
     void looks_data();
     void looks();
 
@@ -413,26 +410,6 @@ void E2eFiles::allScopesSayNothingWhileTheIndexPrepares()
     SlowHome::end(*m_desktop);
     const QStringList rows{kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon, kMemoIcon};
     QTRY_COMPARE(icons(), rows);
-}
-
-void E2eFiles::quitDoesNotWaitForTheScan()
-{
-    TrayHost tray(m_desktop->busAddress());
-    SlowHome::begin(*m_desktop, *m_program);
-    startWithScopes({kFile});
-    searchFor(QStringLiteral("seldom"));
-    QTRY_VERIFY(isOpen());
-    QCOMPARE(m_icons->namesIn(m_program->settledScreenshot()), QStringList()); // still the hint
-    m_program->key(QStringLiteral("Escape"));
-    m_program->waitUntilSpotlightIsGone();
-    QTRY_VERIFY(tray.hasItem());
-    QElapsedTimer elapsed;
-    elapsed.start();
-    tray.clickMenuEntry(QStringLiteral("Exit"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_program->process().state(), QProcess::NotRunning, 15000);
-    QVERIFY2(elapsed.elapsed() < 2500, qPrintable(QString::number(elapsed.elapsed())));
-    QCOMPARE(m_program->process().exitStatus(), QProcess::NormalExit);
-    QCOMPARE(m_program->process().exitCode(), 0);
 }
 
 void E2eFiles::looks_data()

@@ -4,6 +4,7 @@
 #include "MainWindow.h"
 #include "Profile.h"
 #include "Program.h"
+#include "SlowHome.h"
 #include "TrayHost.h"
 
 #include <QElapsedTimer>
@@ -40,6 +41,7 @@ private slots:
     void withoutDisplayItSaysSo();
     void launchedProgramsGetTheUsersEnvironment();
     void exitEntryEndsTheProcess();
+    void exitDoesNotWaitForTheFirstScan();
     void closedWindowsLeaveTheProcess_data();
     void closedWindowsLeaveTheProcess();
 
@@ -491,6 +493,31 @@ void E2eWindows::exitEntryEndsTheProcess()
     QCOMPARE(program.process().exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.process().exitCode(), 0);
     QCOMPARE(program.setting(QStringLiteral("lastCategory")).toString(), QStringLiteral("Work"));
+}
+
+void E2eWindows::exitDoesNotWaitForTheFirstScan()
+{
+    TrayHost tray(m_desktop->busAddress());
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Spotlight/DefaultScope"),
+                       QStringList{QStringLiteral("File")});
+    SlowHome::begin(*m_desktop, program);
+    program.startAndSettle();
+    program.openSpotlight();
+    const int closedHeight = program.spotlight().geometry.height();
+    program.type(QStringLiteral("no such file"));
+    QTRY_VERIFY(program.spotlight().geometry.height() > closedHeight); // for the hint alone
+    program.key(QStringLiteral("Escape"));
+    program.waitUntilSpotlightIsGone();
+    QTRY_VERIFY(tray.hasItem());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    tray.clickMenuEntry(QStringLiteral("Exit"));
+    QTRY_COMPARE_WITH_TIMEOUT(program.process().state(), QProcess::NotRunning, 15000);
+    QVERIFY2(elapsed.elapsed() < 2500, qPrintable(QString::number(elapsed.elapsed())));
+    QCOMPARE(program.process().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.process().exitCode(), 0);
+    SlowHome::end(*m_desktop);
 }
 
 void E2eWindows::closedWindowsLeaveTheProcess_data()
