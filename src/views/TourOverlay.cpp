@@ -23,9 +23,6 @@ namespace
 {
 
 constexpr int kMargin = 12; // between the card and whatever it stands beside
-// Where clicks go through to the control: less than the hole, or the steps of that edge would cut
-// pieces out of the ring.
-constexpr int kOpenPad = TourOverlay::HolePad - 2 * TourOverlay::RingWidth;
 constexpr int kNextHeight = 32;
 constexpr int kDimInTheDark = 150; // of 255
 constexpr int kDimInTheLight = 110;
@@ -34,16 +31,6 @@ constexpr int kDimInTheLight = 110;
 int kept(int value, int first, int last)
 {
     return std::clamp(value, first, std::max(first, last));
-}
-
-QPainterPath pathAround(const QRect& target, int pad)
-{
-    const QRectF rect = target.adjusted(-pad, -pad, pad, pad);
-    const qreal radius =
-        std::min(std::min(rect.width(), rect.height()) / 2, qreal(TourOverlay::HoleRadiusCap));
-    QPainterPath path;
-    path.addRoundedRect(rect, radius, radius);
-    return path;
 }
 
 QLabel* makeLabel(const QString& objectName, const QString& style)
@@ -161,7 +148,13 @@ QColor TourOverlay::backdropColor() const
 
 QPainterPath TourOverlay::holePath() const
 {
-    return m_target.isNull() ? QPainterPath() : pathAround(m_target, HolePad);
+    QPainterPath path;
+    if (m_target.isNull())
+        return path;
+    const QRectF hole = m_target.adjusted(-HolePad, -HolePad, HolePad, HolePad);
+    const qreal radius = std::min(std::min(hole.width(), hole.height()) / 2, qreal(HoleRadiusCap));
+    path.addRoundedRect(hole, radius, radius);
+    return path;
 }
 
 QWidget* TourOverlay::cardWindow() const
@@ -209,7 +202,7 @@ void TourOverlay::relayout()
         return;
     QRegion solid(rect());
     if (!m_target.isNull())
-        solid -= QRegion(pathAround(m_target, kOpenPad).toFillPolygon().toPolygon());
+        solid -= QRegion(holePath().toFillPolygon().toPolygon());
     setMask(solid);
     sizeCard(std::min(CardWidth, std::max(width() - 2 * kMargin, 1)));
     placeCard();

@@ -63,8 +63,6 @@ private slots:
     void pixels();
     void mouseGoesThroughTheHole();
     void maskFollowsTheTarget();
-    void ringIsWhole_data();
-    void ringIsWhole();
     void cardStandsWhereItBelongs();
     void cardFollowsTheWindow();
     void cardGoesWithTheWindow();
@@ -337,39 +335,6 @@ void TourOverlayTest::maskFollowsTheTarget()
     QVERIFY(m_overlay->mask().contains(kButton.topLeft() - QPoint(3, 3))); // a round hole's corner
     m_overlay->resize(400, 400);
     QCOMPARE(m_overlay->mask().boundingRect(), QRect(0, 0, 400, 400));
-}
-
-void TourOverlayTest::ringIsWhole_data()
-{
-    QTest::addColumn<QRect>("target");
-    QTest::newRow("round button") << kButton;
-    QTest::newRow("wide field") << QRect(20, 60, 250, 36);
-    QTest::newRow("tile") << QRect(40, 100, 176, 132);
-}
-
-void TourOverlayTest::ringIsWhole()
-{
-    QFETCH(QRect, target);
-    show(target);
-    QPainterPathStroker stroker;
-    stroker.setWidth(2 * TourOverlay::RingWidth);
-    const QPainterPath ring = stroker.createStroke(m_overlay->holePath());
-    int pixels = 0;
-    for (int y = target.top() - 5; y <= target.bottom() + 5; ++y) {
-        for (int x = target.left() - 5; x <= target.right() + 5; ++x) {
-            if (!ring.contains(QPointF(x + 0.5, y + 0.5)))
-                continue;
-            ++pixels;
-            QVERIFY2(m_overlay->mask().contains(QPoint(x, y)),
-                     qPrintable(QStringLiteral("%1, %2").arg(x).arg(y)));
-        }
-    }
-    QVERIFY(pixels > 2 * target.width());
-    // And yet all of the control can be clicked, but for the corners that the hole cuts off.
-    QVERIFY(!m_overlay->mask().contains(QPoint(target.center().x(), target.top())));
-    QVERIFY(!m_overlay->mask().contains(QPoint(target.center().x(), target.bottom())));
-    QVERIFY(!m_overlay->mask().contains(QPoint(target.left(), target.center().y())));
-    QVERIFY(!m_overlay->mask().contains(QPoint(target.right(), target.center().y())));
 }
 
 void TourOverlayTest::cardStandsWhereItBelongs()
