@@ -8,6 +8,7 @@
 #include "ChoiceRow.h"
 #include "GlyphWidgets.h"
 #include "Localization.h"
+#include "PageNow.h"
 #include "SettingsCard.h"
 #include "Theme.h"
 
@@ -52,10 +53,12 @@ void AppearanceSettingsPage::changeTheme(int mode)
 
 void AppearanceSettingsPage::askForAccent()
 {
-    const QPointer<AppearanceSettingsPage> guard(this);
+    const QPointer<AppearanceSettingsPage> self(this);
+    const QPointer<QWidget> owner(window());
     const auto hex = AccentPicker::ask(this);
-    if (!hex || !guard)
+    if (!hex)
         return;
     Theme::saveSeedColor(*hex);
-    emit appearanceChanged();
+    if (AppearanceSettingsPage* page = pageNow(self, owner))
+        emit page->appearanceChanged();
 }

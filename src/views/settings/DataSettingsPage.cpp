@@ -9,6 +9,7 @@
 #include "Files.h"
 #include "LauncherModel.h"
 #include "Localization.h"
+#include "PageNow.h"
 #include "SettingsCard.h"
 #include "SettingsPill.h"
 #include "StorageManager.h"
@@ -142,7 +143,7 @@ DataSettingsPage::Teller DataSettingsPage::teller()
             return;
         }
         CustomMessageBox::information(owner, Tr::t(titleKey), Tr::t(textKey));
-        if (self)
-            emit self->dataChanged();
+        if (DataSettingsPage* page = pageNow(self, owner))
+            emit page->dataChanged();
     };
 }

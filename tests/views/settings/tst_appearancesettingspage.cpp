@@ -58,6 +58,7 @@ private slots:
     void opensOnTheAccentInForce();
     void mayBeRebuiltByWhoeverIsTold_data();
     void mayBeRebuiltByWhoeverIsTold();
+    void mayGoWhileItAsks_data();
     void mayGoWhileItAsks();
 
 private:
@@ -337,14 +338,27 @@ void AppearanceSettingsPageTest::mayBeRebuiltByWhoeverIsTold()
     QTRY_VERIFY(!guard);
 }
 
+void AppearanceSettingsPageTest::mayGoWhileItAsks_data()
+{
+    QTest::addColumn<bool>("hasSuccessor");
+    QTest::newRow("for good") << false;
+    QTest::newRow("for another one") << true;
+}
+
 void AppearanceSettingsPageTest::mayGoWhileItAsks()
 {
+    QFETCH(bool, hasSuccessor);
     QWidget window;
     auto* page = new AppearanceSettingsPage(&window);
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    const ModalDriver driver([page](QWidget* modal) {
+    int changes = 0;
+    const ModalDriver driver([&](QWidget* modal) {
         delete page;
+        if (hasSuccessor) {
+            connect(new AppearanceSettingsPage(&window), &AppearanceSettingsPage::appearanceChanged,
+                    this, [&changes] { ++changes; });
+        }
         modal->findChild<QLineEdit*>()->setText("#ff0000");
         pressKey(*modal, Qt::Key_Return);
     });
@@ -352,7 +366,8 @@ void AppearanceSettingsPageTest::mayGoWhileItAsks()
     QMetaObject::invokeMethod(SettingsPageDriver::button(*page, "accentSwatch"), "clicked",
                               Qt::DirectConnection, Q_ARG(bool, false));
     QCOMPARE(driver.count(), 1);
-    QCOMPARE(Theme::seedColorHex, "#0284c7"); // nobody would be told
+    QCOMPARE(Theme::seedColorHex, "#ff0000");
+    QCOMPARE(changes, hasSuccessor ? 1 : 0);
 }
 
 QTEST_MAIN(AppearanceSettingsPageTest)

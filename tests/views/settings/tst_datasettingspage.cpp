@@ -669,8 +669,11 @@ void DataSettingsPageTest::pageGoesWithItsDialogs()
     else
         answers = {press(Qt::Key_Escape), press(Qt::Key_Return)};
     const Answer answer = answers.at(last);
-    answers[last] = [this, answer](QWidget* dialog) {
+    int changes = 0; // told by the one in its place
+    answers[last] = [&](QWidget* dialog) {
         delete m_page;
+        m_page = new DataSettingsPage(m_model.get(), dataFile(), m_window.get());
+        connect(m_page, &DataSettingsPage::dataChanged, this, [&changes] { ++changes; });
         answer(dialog);
     };
     const Dialogs dialogs(answers);
@@ -678,6 +681,7 @@ void DataSettingsPageTest::pageGoesWithItsDialogs()
     // What was answered counts all the same, and the rest is asked and told.
     QCOMPARE(dialogs.count(), answers.size());
     QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(changes, name == "btnExportData" ? 0 : 1);
     if (name == "btnExportData")
         QCOMPARE(contentOf(path("copy.json")), contentOf(dataFile()));
     else
