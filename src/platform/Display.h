@@ -20,8 +20,8 @@ QString prepareDisplay(int argc, const char* const* argv);
 void forgoDisplay(int argc, const char* const* argv);
 
 /// Takes back what `prepareDisplay` changed in the environment, and keeps false news away from Qt,
-/// of where windows stand and of whether a press is a repeat, for as long as the application object
-/// lives. Call once, right after it is made.
+/// of where windows stand, of whether a press is a repeat and of who has the focus, for as long as
+/// the application object lives. Call once, right after it is made.
 void watchDisplay();
 
 } // namespace Platform

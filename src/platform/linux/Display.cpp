@@ -3,6 +3,7 @@
 
 #include "Display.h"
 
+#include "FocusNews.h"
 #include "KeyRepeats.h"
 #include "WindowPlace.h"
 #include "X11.h"
@@ -95,5 +96,6 @@ void Platform::watchDisplay()
     if (!X11::connection())
         return;
     WindowPlace::watch();
+    FocusNews::watch();
     KeyRepeats::watch();
 }

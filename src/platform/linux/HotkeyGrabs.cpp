@@ -274,7 +274,12 @@ void HotkeyGrabs::lookAtHeldKeyIfDue()
 {
     if (m_heldKey == 0 || Clock::now() < m_nextLook)
         return;
-    if (!readKeysDown().test(m_heldKey))
+    const bool isUp = !readKeysDown().test(m_heldKey);
+    // Its last repeats may have come along with the answer.
+    X11::Reply<xcb_generic_event_t> event(xcb_poll_for_queued_event(m_connection));
+    for (; event; event.reset(xcb_poll_for_queued_event(m_connection)))
+        handleEvent(*event);
+    if (isUp)
         m_heldKey = 0;
     m_nextLook = Clock::now() + kLookPause;
 }

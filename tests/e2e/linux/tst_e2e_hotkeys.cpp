@@ -118,6 +118,7 @@ void E2eHotkeys::keysHeldFromRecordingDontFire()
     SettingsKeys settings(*m_desktop);
     settings.start();
     listen(settings, SettingsKeys::MainHotkeyRow);
+    QTest::qWait(MainWindow::ShowGuardMs); // until then a loss of the keyboard wouldn't count
     const auto setKeysDown = [this](bool down) {
         for (const xcb_keycode_t code : {kControl, kAlt, kK})
             m_desktop->client().setKeyDown(code, down);
