@@ -45,11 +45,11 @@ void AcceptedFolders::update(const FileStore& store)
 {
     if (m_chosen != FolderFilter::folders()) {
         m_chosen = FolderFilter::folders();
-        m_tree = FolderTree(m_chosen);
+        m_tree = &FolderFilter::tree();
         m_places.clear();
     }
     if (!m_chosen.isEmpty())
-        store.addPlaces(m_tree, m_places);
+        store.addPlaces(*m_tree, m_places);
 }
 
 QVector<FileStore::Id> FileSearch::best(const FileStore& store, const QString& query, int limit,

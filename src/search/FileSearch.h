@@ -23,7 +23,7 @@ public:
 
     bool accepts(FileStore::Folder folder) const
     {
-        return m_chosen.isEmpty() || m_tree.isUnderAny(m_places[folder]);
+        return m_chosen.isEmpty() || m_tree->isUnderAny(m_places[folder]);
     }
 
     /// To be called when the folders' numbers mean others.
@@ -31,7 +31,7 @@ public:
 
 private:
     QStringList m_chosen;
-    FolderTree m_tree; ///< of those chosen
+    const FolderTree* m_tree = nullptr; ///< of those chosen
     std::vector<FolderTree::Place> m_places;
 };
 

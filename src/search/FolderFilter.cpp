@@ -91,7 +91,13 @@ QStringList& FolderFilter::list()
     return paths;
 }
 
-FolderTree& FolderFilter::tree()
+const FolderTree& FolderFilter::tree()
+{
+    load();
+    return mutableTree();
+}
+
+FolderTree& FolderFilter::mutableTree()
 {
     static FolderTree tree;
     return tree;
@@ -100,7 +106,7 @@ FolderTree& FolderFilter::tree()
 void FolderFilter::take(const QStringList& folders)
 {
     list() = folders;
-    tree() = FolderTree(folders);
+    mutableTree() = FolderTree(folders);
 }
 
 void FolderFilter::load()

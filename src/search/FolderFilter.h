@@ -35,6 +35,10 @@ public:
     /// Whether a result may be shown: it is under a chosen folder, or none is chosen.
     static bool accepts(const QString& path);
 
+    /// The chosen folders as a tree, which tells of folder after folder what `accepts` tells of the
+    /// entries in it. Always the same object, with other content after `setFolders`.
+    static const FolderTree& tree();
+
     /// Whether `path` lies below `folder`, whatever the case of either. A folder isn't under
     /// itself, unless it is a root that ends with a separator. Nothing is under an empty folder.
     static bool isUnder(const QString& path, const QString& folder);
@@ -55,7 +59,7 @@ public:
 private:
     static QStringList& list();
     /// The same folders, made for finding one.
-    static FolderTree& tree();
+    static FolderTree& mutableTree();
     static void take(const QStringList& folders);
     static void load();
     static void save();

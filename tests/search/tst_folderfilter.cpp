@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FolderFilter.h"
+#include "FolderPaths.h"
 #include "FreshProcess.h"
 #include "TestHome.h"
 
@@ -53,6 +54,9 @@ private slots:
     void aFailedSaveStaysInMemory();
 };
 
+using FolderPaths::isUnderAny;
+using FolderPaths::native;
+
 namespace
 {
 
@@ -67,26 +71,6 @@ QByteArray filterContent()
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return file.readAll();
-}
-
-QString native(const QString& path)
-{
-    return QDir::toNativeSeparators(path);
-}
-
-QStringList native(QStringList paths)
-{
-    for (QString& path : paths)
-        path = native(path);
-    return paths;
-}
-
-/// The rule, folder by folder.
-bool isUnderAny(const QString& path, const QStringList& folders)
-{
-    return std::any_of(folders.begin(), folders.end(), [&path](const QString& folder) {
-        return FolderFilter::isUnder(path, folder);
-    });
 }
 
 void print(const QString& line)
@@ -229,40 +213,22 @@ void FolderFilterTest::anyFolderIsEnough()
 
 void FolderFilterTest::acceptsWhatIsUnderAny_data()
 {
-    QTest::addColumn<QStringList>("names");
-    const auto row = [](const char* name, const QStringList& names) {
-        QTest::newRow(name) << names;
-    };
-    row("plain", {"a", "b", "ab", "abc"});
-    row("of two cases", {"a", "A", "b", "B", "Ab"});
-    row("with empty ones", {"", "a", "aa", ""});
-    row("beyond ASCII", {QStringLiteral("ä"), QStringLiteral("Ä"), QStringLiteral("ß"),
-                         QStringLiteral("ss"), QStringLiteral("ẞ"), QStringLiteral("ſ")});
-    row("in pairs", {QStringLiteral("\U00010400"), QStringLiteral("\U00010428"),
-                     QStringLiteral("\U0001F600"), QString(QChar(0xd801)), QString(QChar(0xdc00))});
-    row("the separators of both systems", {"/", "\\", "a"});
+    FolderPaths::addNameRows();
 }
 
 void FolderFilterTest::acceptsWhatIsUnderAny()
 {
     QFETCH(QStringList, names);
     QRandomGenerator random(1);
-    const auto makePath = [&] {
-        QStringList parts;
-        for (int i = random.bounded(5); i >= 0; --i)
-            parts.append(names.at(random.bounded(int(names.size()))));
-        return native(QString(random.bounded(4) > 0 ? "/" : "") + parts.join('/') +
-                      (random.bounded(4) == 0 ? "/" : ""));
-    };
     int countUnder = 0;
     int count = 0;
     for (int round = 0; round < 50; ++round) {
         QStringList folders;
         for (int i = 0; i < 4; ++i)
-            folders.append(makePath());
+            folders.append(FolderPaths::random(random, names));
         FolderFilter::setFolders(folders);
         for (int i = 0; i < 60; ++i, ++count) {
-            const QString path = makePath();
+            const QString path = FolderPaths::random(random, names);
             const bool isUnder = isUnderAny(path, folders);
             if (FolderFilter::accepts(path) != isUnder)
                 QFAIL(qPrintable(path + " in " + folders.join(" | ")));

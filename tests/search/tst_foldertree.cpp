@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FolderFilter.h"
+#include "FolderPaths.h"
 #include "FolderTree.h"
 #include "TestHome.h"
 
@@ -29,20 +30,11 @@ private slots:
     void agreesWithTheFilter();
 };
 
+using FolderPaths::isUnderAny;
+using FolderPaths::native;
+
 namespace
 {
-
-QString native(const QString& path)
-{
-    return QDir::toNativeSeparators(path);
-}
-
-QStringList native(QStringList paths)
-{
-    for (QString& path : paths)
-        path = native(path);
-    return paths;
-}
 
 /// The folder of an entry; the path of one without any is empty.
 FolderTree::Place folderOf(const FolderTree& tree, const QString& path)
@@ -68,13 +60,6 @@ QVector<qsizetype> filtered(const QStringList& folders, const QStringList& paths
             return FolderFilter::isUnder(path, folder);
         }));
     return counts;
-}
-
-bool isUnderAny(const QString& path, const QStringList& folders)
-{
-    return std::any_of(folders.begin(), folders.end(), [&path](const QString& folder) {
-        return FolderFilter::isUnder(path, folder);
-    });
 }
 
 /// What a home holds, folder by folder.
@@ -167,40 +152,20 @@ void FolderTreeTest::foldersFromAboveToBelow()
 
 void FolderTreeTest::agreesWithTheFilter_data()
 {
-    QTest::addColumn<QStringList>("names");
-    const auto row = [](const char* name, const QStringList& names) {
-        QTest::newRow(name) << names;
-    };
-    row("plain", {"a", "b", "ab", "abc"});
-    row("of two cases", {"a", "A", "b", "B", "Ab"});
-    row("with empty ones", {"", "a", "aa", ""});
-    row("beyond ASCII", {QStringLiteral("ä"), QStringLiteral("Ä"), QStringLiteral("ß"),
-                         QStringLiteral("ss"), QStringLiteral("ẞ"), QStringLiteral("ſ")});
-    row("in pairs", {QStringLiteral("\U00010400"), QStringLiteral("\U00010428"),
-                     QStringLiteral("\U0001F600"), QString(QChar(0xd801)), QString(QChar(0xdc00))});
-    row("dots", {".", "..", "..."});
-    row("the separators of both systems", {"/", "\\", "a"});
-    row("of lengths that differ by 64", {"a", QString(65, u'a'), QString(129, u'a')});
+    FolderPaths::addNameRows();
 }
 
 void FolderTreeTest::agreesWithTheFilter()
 {
     QFETCH(QStringList, names);
     QRandomGenerator random(1);
-    const auto makePath = [&] {
-        QStringList parts;
-        for (int i = random.bounded(5); i >= 0; --i)
-            parts.append(names.at(random.bounded(int(names.size()))));
-        return QString(random.bounded(4) > 0 ? "/" : "") + parts.join('/') +
-               (random.bounded(4) == 0 ? "/" : "");
-    };
     for (int round = 0; round < 50; ++round) {
         QStringList folders;
         QStringList paths;
         for (int i = 0; i < 8; ++i)
-            folders.append(native(makePath()));
+            folders.append(FolderPaths::random(random, names));
         for (int i = 0; i < 60; ++i)
-            paths.append(native(makePath()));
+            paths.append(FolderPaths::random(random, names));
         if (round % 2 == 0)
             paths.sort(); // as they come from an index
         QCOMPARE(countsOf(folders, paths), filtered(folders, paths));
