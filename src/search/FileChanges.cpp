@@ -3,6 +3,7 @@
 
 #include "FileChanges.h"
 
+#include "CaseFold.h"
 #include "DirectoryReader.h"
 #include "FileScan.h"
 #include "FileStore.h"
@@ -10,6 +11,7 @@
 #include <QDir>
 #include <QHash>
 #include <QStringBuilder>
+#include <QStringList>
 #include <QStringView>
 
 #include <cstddef>
@@ -39,19 +41,21 @@ public:
     FileChanges::Outcome apply(const QVector<TreeChange>& changes);
 
 private:
-    void lookUp(const QVector<TreeChange>& changes);
-    FileStore::Folder folderFor(QStringView rel);
-    void add(const TreeChange& change);
-    void remove(const TreeChange& change);
-    std::optional<FileStore::Id>& entryAt(const TreeChange& change);
+    using Entry = std::optional<FileStore::Id>;
 
+    void lookUp(const QVector<TreeChange>& changes);
+    std::optional<FileStore::Folder> knownFolder(QStringView rel) const;
+    FileStore::Folder folderFor(QStringView rel);
+    void add(const TreeChange& change, Entry& entry);
+    void remove(Entry& entry);
+
+    static QStringView folderOf(const QString& rel);
+    static QString nameOf(const QString& rel);
     static QString keyOf(const QString& rel);
 
     FileStore& m_store;
-    QHash<QString, std::size_t> m_numbers; ///< of the places, by their paths
-    std::vector<FileStore::Place> m_places;
-    std::vector<std::optional<FileStore::Id>> m_entries; ///< at the places, as of now
-    std::vector<FileStore::Id> m_removed;                ///< to be taken out in one go
+    QHash<QString, Entry> m_entries;      ///< at the places of the changes, as of now
+    std::vector<FileStore::Id> m_removed; ///< to be taken out in one go
     FileChanges::Outcome m_outcome;
 };
 
@@ -59,12 +63,13 @@ FileChanges::Outcome Applier::apply(const QVector<TreeChange>& changes)
 {
     lookUp(changes);
     for (const TreeChange& change : changes) {
-        if (!m_numbers.contains(keyOf(change.rel)))
+        const auto entry = m_entries.find(keyOf(change.rel));
+        if (entry == m_entries.end())
             continue;
         if (isArrival(change))
-            add(change);
-        else
-            remove(change);
+            add(change, *entry);
+        else if (isDeparture(change))
+            remove(*entry);
         if (m_outcome.needsScan)
             break;
     }
@@ -75,17 +80,35 @@ FileChanges::Outcome Applier::apply(const QVector<TreeChange>& changes)
 /// Finds the entries of all changes in one walk over the list.
 void Applier::lookUp(const QVector<TreeChange>& changes)
 {
+    QStringList keys;
+    std::vector<FileStore::Place> places;
     for (const TreeChange& change : changes) {
         const bool concernsTheList = isArrival(change) || isDeparture(change);
+        const QString key = keyOf(change.rel);
         if (!concernsTheList || change.rel.isEmpty() || FileScan::isExcludedPath(change.rel) ||
-            m_numbers.contains(keyOf(change.rel)))
+            m_entries.contains(key))
             continue;
-        m_numbers.insert(keyOf(change.rel), m_places.size());
-        const qsizetype nameBegin = change.rel.lastIndexOf(QDir::separator()) + 1;
-        m_places.push_back(
-            {folderFor(QStringView(change.rel).first(nameBegin)), change.rel.mid(nameBegin)});
+        m_entries.insert(key, std::nullopt);
+        // An unknown folder holds no entries; of many, all is gone again by now.
+        if (const auto folder = knownFolder(folderOf(change.rel))) {
+            keys.append(key);
+            places.push_back({*folder, nameOf(change.rel)});
+        }
     }
-    m_entries = m_store.find(m_places);
+    const std::vector<Entry> found = m_store.find(places);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        m_entries[keys.at(static_cast<qsizetype>(i))] = found[i];
+}
+
+std::optional<FileStore::Folder> Applier::knownFolder(QStringView rel) const
+{
+    std::optional<FileStore::Folder> folder = FileStore::Root;
+    for (const QStringView name : rel.split(QDir::separator(), Qt::SkipEmptyParts)) {
+        folder = m_store.childOf(*folder, name);
+        if (!folder)
+            break;
+    }
+    return folder;
 }
 
 /// One that no scan has brought yet is added: what is told of its contents counts all the same.
@@ -99,10 +122,9 @@ FileStore::Folder Applier::folderFor(QStringView rel)
     return folder;
 }
 
-void Applier::add(const TreeChange& change)
+void Applier::add(const TreeChange& change, Entry& entry)
 {
     const QString full = m_store.root() % QDir::separator() % change.rel;
-    std::optional<FileStore::Id>& entry = entryAt(change);
     switch (Platform::kindOfPath(full, m_store.root())) {
     case Platform::PathKind::Missing:
         break;
@@ -112,16 +134,14 @@ void Applier::add(const TreeChange& change)
     case Platform::PathKind::File:
         if (entry)
             break;
-        const FileStore::Place& place = m_places[m_numbers.value(keyOf(change.rel))];
-        entry = m_store.append(place.folder, place.name, false);
+        entry = m_store.append(folderFor(folderOf(change.rel)), nameOf(change.rel), false);
         m_outcome.hasChanged = true;
         break;
     }
 }
 
-void Applier::remove(const TreeChange& change)
+void Applier::remove(Entry& entry)
 {
-    std::optional<FileStore::Id>& entry = entryAt(change);
     if (!entry)
         return;
     if (m_store.isDir(*entry)) {
@@ -134,15 +154,20 @@ void Applier::remove(const TreeChange& change)
     m_outcome.hasChanged = true;
 }
 
-std::optional<FileStore::Id>& Applier::entryAt(const TreeChange& change)
+QStringView Applier::folderOf(const QString& rel)
 {
-    return m_entries[m_numbers.value(keyOf(change.rel))];
+    return QStringView(rel).first(rel.lastIndexOf(QDir::separator()) + 1);
+}
+
+QString Applier::nameOf(const QString& rel)
+{
+    return rel.mid(rel.lastIndexOf(QDir::separator()) + 1);
 }
 
 /// The same for all paths that mean the same file.
 QString Applier::keyOf(const QString& rel)
 {
-    return Platform::pathCaseSensitivity() == Qt::CaseSensitive ? rel : rel.toCaseFolded();
+    return Platform::pathCaseSensitivity() == Qt::CaseSensitive ? rel : CaseFold::keyOf(rel);
 }
 
 } // namespace

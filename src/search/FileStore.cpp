@@ -199,6 +199,14 @@ QString FileStore::name(Id id) const
     return NameBytes::toText(record.written, record.writtenSize);
 }
 
+bool FileStore::isWritten(Id id, const QByteArray& name) const
+{
+    const Record record = recordOf(id);
+    return record.writtenSize == name.size() &&
+           std::memcmp(record.written, name.constData(), static_cast<std::size_t>(name.size())) ==
+               0;
+}
+
 QString FileStore::lowerName(Id id) const
 {
     const Record record = recordOf(id);
@@ -225,18 +233,25 @@ std::vector<std::optional<FileStore::Id>> FileStore::find(std::span<const Place>
 {
     std::vector<std::optional<Id>> found(places.size());
     std::vector<bool> isWanted(m_folders.size());
-    for (const Place& place : places)
+    // Where case counts, no name has to be put together.
+    const bool isExact = pathCase() == Qt::CaseSensitive;
+    std::vector<QByteArray> names;
+    for (const Place& place : places) {
         isWanted[place.folder] = true;
+        names.push_back(NameBytes::fromText(place.name));
+    }
     for (std::size_t c = 0; c < m_chunks.size(); ++c) {
         const std::vector<Folder>& folders = m_chunks[c].folders;
         for (std::size_t i = 0; i < folders.size(); ++i) {
             if (!isWanted[folders[i]])
                 continue;
-            const QString entry = name(idOf(c, i));
+            const Id id = idOf(c, i);
+            const QString entry = isExact ? QString() : name(id);
             for (std::size_t p = 0; p < places.size(); ++p) {
-                if (!found[p] && places[p].folder == folders[i] &&
-                    isSameName(entry, places[p].name))
-                    found[p] = idOf(c, i);
+                if (found[p] || places[p].folder != folders[i])
+                    continue;
+                if (isExact ? isWritten(id, names[p]) : isSameName(entry, places[p].name))
+                    found[p] = id;
             }
         }
     }

@@ -5,6 +5,7 @@
 
 #include "FolderTree.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 #include <QtGlobal>
@@ -153,6 +154,7 @@ private:
     static void appendRecord(Chunk& chunk, QStringView name, bool isDir);
     static void keepOnly(Chunk& chunk, const std::vector<bool>& isRemoved);
     Record recordOf(Id id) const;
+    bool isWritten(Id id, const QByteArray& name) const;
 
     QString m_root;
     qsizetype m_size = 0;

@@ -3,7 +3,8 @@
 
 #include "NameBytes.h"
 
-#include <algorithm>
+#include <QByteArrayView>
+#include <QStringDecoder>
 
 namespace
 {
@@ -32,6 +33,14 @@ QChar halfFrom(const char* bytes)
     constexpr uint Mask = 0x3f;
     return QChar(0xd000 | ((static_cast<uchar>(bytes[1]) & Mask) << Bits) |
                  (static_cast<uchar>(bytes[2]) & Mask));
+}
+
+/// Unlike `QString::fromUtf8` with all of it: that leaves out a byte order mark at the beginning.
+QString fromUtf8(const char* bytes, qsizetype size)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(bytes, size));
 }
 
 QByteArray halfToBytes(QChar half)
@@ -71,7 +80,7 @@ QString NameBytes::toText(const char* bytes, qsizetype size)
     QString text;
     while (true) {
         const char* half = findHalf(bytes, end);
-        text += QString::fromUtf8(bytes, half - bytes);
+        text += fromUtf8(bytes, half - bytes);
         if (half == end)
             return text;
         text += halfFrom(half);

@@ -379,6 +379,10 @@ void FileIndexFlushTest::changesFollowTheirOrder_data()
     QTest::newRow("removed and added")
         << Changes{{add, "order/a"}, {add, "order/b"}, {remove, "order/a"}, {add, "order/a"}}
         << QStringList{"b", "a"};
+    QTest::newRow("added and written")
+        << Changes{{add, "order/a"}, {Platform::FileModified, "order/a"}} << QStringList{"a"};
+    QTest::newRow("added and something unknown")
+        << Changes{{add, "order/a"}, {77, "order/a"}} << QStringList{"a"};
     QTest::newRow("removed twice")
         << Changes{{add, "order/a"}, {remove, "order/a"}, {remove, "order/a"}} << QStringList{};
     QTest::newRow("names of one length and ending")
@@ -711,6 +715,15 @@ int runIgnoringCase(const QStringList&)
     if (!flush({added({"a.TXT", "c.txt"}) + removed({"B.TXT"})}))
         return 1;
     print(indexed().join(' '));
+    // Another name for the same file, and two that QString's own folding would take for one.
+    FakeFileSystem::remove("A.txt");
+    const QString sharpS = QString::fromUtf16(u"\u00df.txt");
+    FakeFileSystem::add({"a.txt", sharpS, "ss.txt"});
+    if (!flush({Changes{{Platform::FileRenamedOldName, "A.txt"},
+                        {Platform::FileRenamedNewName, "a.txt"}} +
+                added({sharpS, "ss.txt"})}))
+        return 1;
+    print(indexed().join(' ').toUtf8().toPercentEncoding(" "));
     return 0;
 }
 
@@ -818,7 +831,7 @@ void FileIndexFlushTest::caseIsIgnoredWhereTheSystemDoes()
     const FreshProcess::Outcome outcome = FreshProcess::run("ignoring case", {});
     QVERIFY(outcome.hasExited);
     QCOMPARE(outcome.exitCode, 0);
-    QCOMPARE(QString(outcome.output), "A.txt c.txt\n");
+    QCOMPARE(QString(outcome.output), "A.txt c.txt\nc.txt a.txt %C3%9F.txt ss.txt\n");
 }
 
 void FileIndexFlushTest::withoutAWatcherTheIndexStandsStill()

@@ -98,6 +98,7 @@ void FileStoreTest::namesComeBack_data()
     QTest::newRow("lower case of another length") << QString(QChar(0x130)) + "stanbul";
     QTest::newRow("a pair") << QString::fromUtf16(u"\U00010400");
     QTest::newRow("half a pair") << "A" + QString(QChar(0xd83d));
+    QTest::newRow("a byte order mark") << QChar(QChar::ByteOrderMark) + QString("List.txt");
     QTest::newRow("a line feed") << "a\nB";
     QTest::newRow("long") << QString(10000, 'W') + "x";
 }

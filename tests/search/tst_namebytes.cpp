@@ -31,6 +31,13 @@ void NameBytesTest::names_data()
     QTest::newRow("three bytes") << QString(QChar(0x65e5)) << QByteArray("\xe6\x97\xa5");
     QTest::newRow("next to the halves") << QString(QChar(0xd7ff)) << QByteArray("\xed\x9f\xbf");
     QTest::newRow("a pair") << QString::fromUtf16(u"\U0001F600") << QByteArray("\xf0\x9f\x98\x80");
+    const QChar mark(QChar::ByteOrderMark);
+    QTest::newRow("a byte order mark") << mark + QString("a")
+                                       << QByteArray("\xef\xbb\xbf"
+                                                     "a");
+    QTest::newRow("two of them") << QString(2, mark) << QByteArray("\xef\xbb\xbf\xef\xbb\xbf");
+    QTest::newRow("one behind half a pair")
+        << QString(QChar(0xd83d)) + mark << QByteArray("\xed\xa0\xbd\xef\xbb\xbf");
     QTest::newRow("a first half") << QString(QChar(0xd83d)) << QByteArray("\xed\xa0\xbd");
     QTest::newRow("a second half") << QString(QChar(0xde00)) << QByteArray("\xed\xb8\x80");
     QTest::newRow("the last half") << QString(QChar(0xdfff)) << QByteArray("\xed\xbf\xbf");
@@ -50,7 +57,7 @@ void NameBytesTest::names()
 
 void NameBytesTest::anythingComesBack()
 {
-    static const QString alphabet = QString::fromUtf16(u"aZ.\u00e9\u65e5\ud7ff\ue000\uffff") +
+    static const QString alphabet = QString::fromUtf16(u"aZ.\u00e9\u65e5\ud7ff\ue000\uffff\ufeff") +
                                     QChar(0xd800) + QChar(0xdbff) + QChar(0xdc00) + QChar(0xdfff);
     QRandomGenerator random(7);
     for (int round = 0; round < 20000; ++round) {
