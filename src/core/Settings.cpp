@@ -98,7 +98,7 @@ QVariant Settings::value(const QString& key, const QVariant& fallback)
 void Settings::setValue(const QString& key, const QVariant& value)
 {
     const QString path = filePath();
-    if (!isFileOrNothing(path))
+    if (!isFileOrNothing(path) || value.toString().size() > MaxValueLength)
         return;
     QSettings settings(path, format());
     if (s_isUnreadable) {

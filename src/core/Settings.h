@@ -15,6 +15,8 @@ class Settings
 public:
     /// A larger file counts as unreadable.
     static constexpr qint64 MaxFileBytes = 1024LL * 1024;
+    /// A longer text isn't kept: a character may take four bytes, and the file has to stay readable.
+    static constexpr qsizetype MaxValueLength = 64LL * 1024;
 
     Settings() = delete;
 
@@ -35,6 +37,7 @@ public:
 
     /// Puts a text, a number, a truth value or a list of texts under a key, at once; the rest of
     /// the file stays. A file that is there but can't be read is moved aside, as `moveFileAside`
-    /// does. If it can't be written it stays as it was, and the caller isn't told.
+    /// does. If it can't be written, or the text is longer than `MaxValueLength`, it stays as it
+    /// was, and the caller isn't told.
     static void setValue(const QString& key, const QVariant& value);
 };

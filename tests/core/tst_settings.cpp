@@ -35,6 +35,8 @@ private slots:
     void objectsAreRefused();
     void largestFile_data();
     void largestFile();
+    void longestText_data();
+    void longestText();
     void somethingElseInTheWay();
     void fullDiskLeavesTheOldFile_data();
     void fullDiskLeavesTheOldFile();
@@ -218,6 +220,28 @@ void SettingsTest::largestFile()
         QCOMPARE(QFileInfo(path() + ".bak").size(), size);
     Settings::setValue("Some/new", 3);
     QCOMPARE(Settings::value("Some/new").toInt(), 3);
+}
+
+void SettingsTest::longestText_data()
+{
+    QTest::addColumn<QChar>("letter");
+    QTest::newRow("one byte each") << QChar(u'w');
+    QTest::newRow("more bytes each") << QChar(0x8A9E);
+    QTest::newRow("written as an escape") << QChar(u'\1');
+}
+
+/// A longer one would leave a file behind that the next start takes for unreadable.
+void SettingsTest::longestText()
+{
+    QFETCH(QChar, letter);
+    const QString longest(Settings::MaxValueLength, letter);
+    Settings::setValue("Some/key", longest);
+    write(read()); // for Qt to read it anew
+    QCOMPARE(Settings::value("Some/key").toString(), longest);
+    Settings::setValue("Some/key", longest + letter);
+    write(read());
+    QCOMPARE(Settings::value("Some/key").toString(), longest);
+    QVERIFY(!QFile::exists(path() + ".bak"));
 }
 
 void SettingsTest::somethingElseInTheWay()
