@@ -299,6 +299,7 @@ void Theme::auditColor(const QString& outPath)
 {
     const ThemeKeeper keeper;
     QSaveFile file(outPath);
+    file.setDirectWriteFallback(true); // for a file in a directory that takes no others
     bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Text);
     if (isWritten) {
         QTextStream out(&file);
