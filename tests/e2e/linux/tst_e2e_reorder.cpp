@@ -409,6 +409,14 @@ void E2eReorder::looks()
     constexpr QPoint kHintsUpperEdge(308, 184);
     QCOMPARE(at(kHintsUpperEdge), QColor(Theme::colors().surfaceContainerHighest));
     QCOMPARE(at(tileInMode(4) - QPoint(60, 0)), QColor(Theme::colors().primaryContainer));
+    home.press({HomePage::Left});
+    // As many of the slide as the screen gives in its time.
+    constexpr int kSlidePictures = 3;
+    for (int i = 1; i <= kSlidePictures; ++i) {
+        Program::keep(desktop.client().screenshot(),
+                      look + QStringLiteral("items-slide-%1").arg(i));
+    }
+    QVERIFY(home.settledScreenshot() != lifted);
     home.press({HomePage::Escape, HomePage::Up}); // from the first row to the strip
     beginSections(home);
     home.press({HomePage::Space, HomePage::Right});
