@@ -54,6 +54,7 @@ private slots:
     void init();
     void cleanup();
 
+    void numbers();
     void instanceKey_data();
     void instanceKey();
     void instanceKeyIgnoresLetterCase_data();
@@ -274,6 +275,15 @@ std::unique_ptr<Client> SingleInstanceTest::flood(int bytes) const
         }
         socket.waitForDisconnected(kTimeoutMs);
     });
+}
+
+void SingleInstanceTest::numbers()
+{
+    QCOMPARE(SingleInstance::ConnectAttempts, 6);
+    QCOMPARE(SingleInstance::ConnectTimeoutMs, 300);
+    QCOMPARE(SingleInstance::AttemptPauseMs, 150);
+    QCOMPARE(SingleInstance::WriteTimeoutMs, 500);
+    QCOMPARE(SingleInstance::ReadTimeoutMs, 500);
 }
 
 void SingleInstanceTest::instanceKey_data()

@@ -441,6 +441,8 @@ void MainWindowTest::centeredRect()
 
 void MainWindowTest::windowSizes()
 {
+    QCOMPARE(MainWindow::GRID_CELL, 132);
+    QCOMPARE(MainWindow::GRID_COLS_DESIGN, 4);
     construct();
     QCOMPARE(m_window->windowSizeFor(false), QSize(617, 616));
     QCOMPARE(m_window->windowSizeFor(true), QSize(820, 580));

@@ -65,6 +65,7 @@ void ReorderOverlayTest::numbers()
     QCOMPARE(ReorderOverlay::StaggerCap, 200);
     QCOMPARE(ReorderOverlay::StaggerMax, 12);
     QCOMPARE(ReorderOverlay::EdgeMargin, 28);
+    QCOMPARE(ReorderOverlay::AutoScrollMs, 16);
     QCOMPARE(ReorderOverlay::AutoScrollStep, 8);
     QCOMPARE(ReorderOverlay::WheelStep, 48);
     QCOMPARE(ReorderOverlay::HintTop, 2);

@@ -333,6 +333,12 @@ void TourOverlayTest::maskFollowsTheTarget()
     show(kButton);
     QVERIFY(!m_overlay->mask().contains(kButton.center()));
     QVERIFY(m_overlay->mask().contains(kButton.topLeft() - QPoint(3, 3))); // a round hole's corner
+    // It is open beyond the control, up to its ring.
+    const QPoint middle = kButton.center();
+    for (const QPoint& place :
+         {QPoint(kButton.left() - 2, middle.y()), QPoint(kButton.right() + 2, middle.y()),
+          QPoint(middle.x(), kButton.top() - 2), QPoint(middle.x(), kButton.bottom() + 2)})
+        QVERIFY(!m_overlay->mask().contains(place));
     m_overlay->resize(400, 400);
     QCOMPARE(m_overlay->mask().boundingRect(), QRect(0, 0, 400, 400));
 }
