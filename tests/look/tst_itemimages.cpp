@@ -171,9 +171,11 @@ void ItemImagesTest::everyPictureArrives()
         paths << pictureFile(QStringLiteral("many_%1.png").arg(i), QColor(i, 0, 0), {2, 2});
     for (const QString& path : paths)
         ItemImages::find(path, kBox, 1.0);
-    QTRY_VERIFY(std::all_of(paths.begin(), paths.end(), [](const QString& path) {
+    const auto isThere = [](const QString& path) {
         return ItemImages::find(path, kBox, 1.0).state == State::Ready;
-    }));
+    };
+    constexpr int kPatienceMs = 30000; // of so many files, on a busy machine
+    QTRY_VERIFY_WITH_TIMEOUT(std::all_of(paths.begin(), paths.end(), isThere), kPatienceMs);
     for (int i = 0; i < paths.size(); ++i)
         QCOMPARE(middleOf(pictureOnceRead(paths.at(i), kBox).pixmap), QColor(i, 0, 0));
 }
