@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <ranges>
 #include <utility>
 
 namespace
@@ -101,9 +102,9 @@ QString FileStore::folderPath(Folder folder) const
     for (; folder != Root; folder = parentOf(folder))
         way.push_back(folder);
     QString path = m_root;
-    for (auto step = way.rbegin(); step != way.rend(); ++step) {
+    for (const Folder step : std::views::reverse(way)) {
         path += QDir::separator();
-        path += folderName(*step);
+        path += folderName(step);
     }
     return path;
 }
@@ -321,25 +322,23 @@ inline bool FileStore::isHit(const char* record, Id id, const NameMatcher& match
 
 void FileStore::search(const NameMatcher& matcher, std::vector<Hit>& hits) const
 {
-    const NameMatcher own = matcher; // which nothing that is written here can change
     hits.resize(static_cast<std::size_t>(m_size));
     Hit* hit = hits.data();
     for (std::size_t c = 0; c < m_chunks.size(); ++c) {
         const char* text = m_chunks[c].text.data();
         Id id = idOf(c, 0);
         for (const quint32 begin : m_chunks[c].begins)
-            hit += isHit(text + begin, id++, own, hit) ? 1 : 0;
+            hit += isHit(text + begin, id++, matcher, hit) ? 1 : 0;
     }
     hits.resize(static_cast<std::size_t>(hit - hits.data()));
 }
 
 void FileStore::narrow(const NameMatcher& matcher, std::vector<Hit>& hits) const
 {
-    const NameMatcher own = matcher;
     Hit* hit = hits.data();
     for (const Hit before : hits) {
         const char* record = recordAt(chunkOf(before.id), indexIn(before.id));
-        hit += isHit(record, before.id, own, hit) ? 1 : 0;
+        hit += isHit(record, before.id, matcher, hit) ? 1 : 0;
     }
     hits.resize(static_cast<std::size_t>(hit - hits.data()));
 }

@@ -136,11 +136,11 @@ void HomeView::enterSectionReorderMode()
     if (shown.size() != sections.size())
         return;
     QVector<SectionReorderOverlay::TileSource> sources;
-    for (int i = 0; i < shown.size(); ++i) {
-        const QRect rect(shown.at(i)->mapTo(m_catScroll->viewport(), QPoint(0, 0)),
-                         shown.at(i)->size());
-        const auto picture = [this, section = sections.at(i), size = rect.size()](bool lit) {
-            return picturePill(section, size, lit);
+    for (const GlyphButton* pill : shown) {
+        const QRect rect(pill->mapTo(m_catScroll->viewport(), QPoint(0, 0)), pill->size());
+        const QString& name = sections.at(sources.size());
+        const auto picture = [this, name, size = rect.size()](bool lit) {
+            return picturePill(name, size, lit);
         };
         sources.append({{}, {}, rect, picture});
     }

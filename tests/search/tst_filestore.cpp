@@ -238,7 +238,7 @@ void FileStoreTest::hitsTellTheirQuality_data()
     QTest::addColumn<bool>("begins");
     QTest::addColumn<bool>("isWhole");
     QTest::newRow("whole") << "name" << true << true;
-    QTest::newRow("beginning") << "nam" << true << false;
+    QTest::newRow("beginning") << "na" << true << false;
     QTest::newRow("inside") << "am" << false << false;
     QTest::newRow("end") << "me" << false << false;
 }
