@@ -15,7 +15,7 @@ class Settings
 public:
     /// A larger file counts as unreadable.
     static constexpr qint64 MaxFileBytes = 1024LL * 1024;
-    /// A longer text isn't kept: a character may take four bytes, and the file has to stay readable.
+    /// A longer text isn't kept: a character may take four bytes, and the file must stay readable.
     static constexpr qsizetype MaxValueLength = 64LL * 1024;
 
     Settings() = delete;
