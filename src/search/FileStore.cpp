@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <ranges>
 #include <utility>
 
 namespace
@@ -102,7 +101,8 @@ QString FileStore::folderPath(Folder folder) const
     for (; folder != Root; folder = parentOf(folder))
         way.push_back(folder);
     QString path = m_root;
-    for (const Folder step : std::views::reverse(way)) {
+    std::reverse(way.begin(), way.end());
+    for (const Folder step : way) {
         path += QDir::separator();
         path += folderName(step);
     }
