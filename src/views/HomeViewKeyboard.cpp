@@ -177,11 +177,6 @@ bool HomeView::handleEvent(QObject* obj, QEvent* e)
         if (obj == m_listWidget->viewport())
             applyGridCellSize();
         return false;
-    case QEvent::LayoutRequest:
-        // The form has become another since the card was placed: one of another type is higher.
-        if (obj == m_card && isModalPage())
-            placeModalCard();
-        return false;
     case QEvent::Wheel:
         if (obj != m_catScroll && obj != m_catContainer)
             return false;

@@ -16,7 +16,6 @@ private slots:
     void editorOpens_data();
     void editorOpens();
     void editorOfAnItemGoneIsForANewOne();
-    void cardFitsTheForm();
     void secondOpeningKeepsTheWayBack();
     void cancelGivesTheFocusBack_data();
     void cancelGivesTheFocusBack();
@@ -126,26 +125,6 @@ void MainWindowEditorTest::editorOfAnItemGoneIsForANewOne()
     fill("Later", "text");
     save();
     QCOMPARE(rows(), QStringList({"One", "Two", "Three", "Later"}));
-}
-
-/// Whatever form it has shown before: that of a file has a button more.
-void MainWindowEditorTest::cardFitsTheForm()
-{
-    open();
-    LauncherElement address = snippet("u1", "Address");
-    address.shortcutType = ItemType::Url;
-    model()->saveItem("Alpha", address, -1);
-    LauncherElement file = snippet("f1", "File");
-    file.shortcutType = ItemType::File;
-    model()->saveItem("Alpha", file, -1);
-    int height = 0; // of the form before
-    for (const char* id : {"f1", "u1", "f1"}) {
-        m_window->openItemEditor(id);
-        QTRY_VERIFY(card()->height() == card()->sizeHint().height() && card()->height() != height);
-        height = card()->height();
-        m_window->closeItemEditor(-1);
-        QTRY_VERIFY(!card()->isVisible());
-    }
 }
 
 void MainWindowEditorTest::secondOpeningKeepsTheWayBack()
