@@ -234,8 +234,6 @@ std::vector<std::optional<FileStore::Id>> FileStore::find(std::span<const Place>
 {
     std::vector<std::optional<Id>> found(places.size());
     std::vector<bool> isWanted(m_folders.size());
-    // Where case counts, no name has to be put together.
-    const bool isExact = pathCase() == Qt::CaseSensitive;
     std::vector<QByteArray> names;
     for (const Place& place : places) {
         isWanted[place.folder] = true;
@@ -244,19 +242,27 @@ std::vector<std::optional<FileStore::Id>> FileStore::find(std::span<const Place>
     for (std::size_t c = 0; c < m_chunks.size(); ++c) {
         const std::vector<Folder>& folders = m_chunks[c].folders;
         for (std::size_t i = 0; i < folders.size(); ++i) {
-            if (!isWanted[folders[i]])
-                continue;
-            const Id id = idOf(c, i);
-            const QString entry = isExact ? QString() : name(id);
-            for (std::size_t p = 0; p < places.size(); ++p) {
-                if (found[p] || places[p].folder != folders[i])
-                    continue;
-                if (isExact ? isWritten(id, names[p]) : isSameName(entry, places[p].name))
-                    found[p] = id;
-            }
+            if (isWanted[folders[i]])
+                noteIfFound(idOf(c, i), places, names, found);
         }
     }
     return found;
+}
+
+/// \param names of the places, as bytes.
+void FileStore::noteIfFound(Id id, std::span<const Place> places,
+                            const std::vector<QByteArray>& names,
+                            std::vector<std::optional<Id>>& found) const
+{
+    // Where case counts, no name has to be put together.
+    const bool isExact = pathCase() == Qt::CaseSensitive;
+    const QString entry = isExact ? QString() : name(id);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (found[i] || places[i].folder != folderOf(id))
+            continue;
+        if (isExact ? isWritten(id, names[i]) : isSameName(entry, places[i].name))
+            found[i] = id;
+    }
 }
 
 void FileStore::remove(std::vector<Id> ids)

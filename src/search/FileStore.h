@@ -155,6 +155,8 @@ private:
     static void keepOnly(Chunk& chunk, const std::vector<bool>& isRemoved);
     Record recordOf(Id id) const;
     bool isWritten(Id id, const QByteArray& name) const;
+    void noteIfFound(Id id, std::span<const Place> places, const std::vector<QByteArray>& names,
+                     std::vector<std::optional<Id>>& found) const;
 
     QString m_root;
     qsizetype m_size = 0;
