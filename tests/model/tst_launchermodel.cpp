@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
-#include "LauncherModel.h"
-#include "StorageManager.h"
+#include "LauncherModelFixture.h"
 #include "TestHome.h"
 
 #include <QDir>
@@ -15,13 +14,9 @@
 #include <QTest>
 #include <QUuid>
 
-#include <functional>
-#include <memory>
+Q_DECLARE_METATYPE(LauncherModelFixture::Operation)
 
-using Operation = std::function<void(LauncherModel&)>;
-Q_DECLARE_METATYPE(Operation)
-
-class LauncherModelTest : public QObject
+class LauncherModelTest : public QObject, private LauncherModelFixture
 {
     Q_OBJECT
 
@@ -29,8 +24,8 @@ public:
     static void initMain() { TestHome::install(); }
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { makeModel(); }
+    void cleanup() { removeModel(); }
 
     void firstRunLeavesNoFile();
     void constructionLoadsAndSelectsNothing();
@@ -100,58 +95,17 @@ private slots:
     void createCategoryFromTemplateRefusals_data();
     void createCategoryFromTemplateRefusals();
 
-    void resetData();
-    void importReplacesEverything();
-    void importKeepsTheCurrentCategoryIfItCan();
-    void importOfABrokenFile();
-    void importOfTheOwnFile();
-    void importOfTheOwnFileThatIsBroken();
-    void importOfTheDocumentBefore();
-    void importOfTheBrokenDocumentBefore();
-    void brokenDocumentBeforeThatCannotBeKept();
-    void documentBeforeIsKept();
-    void documentBeforeThatCannotBeKept();
-    void importOfWhatCannotBeRead_data();
-    void importOfWhatCannotBeRead();
-
     void migrateLegacyIcons_data();
     void migrateLegacyIcons();
     void migrationLeavesOtherIconsAlone();
     void withoutAWritableFileAllWorksInMemory();
     void slotsMayChangeTheDocumentAgain();
-
-private:
-    QString path(const QString& name = "data.json") const { return m_dir->filePath(name); }
-    LauncherData onDisk() const { return StorageManager::loadData(path()); }
-    LauncherData previous() const { return StorageManager::loadData(path("data.json.previous")); }
-    void open(const LauncherData& data);
-
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<LauncherModel> m_model;
 };
+
+using Operation = LauncherModelFixture::Operation;
 
 namespace
 {
-
-LauncherElement item(const QString& name)
-{
-    return {"id-" + name, name, "URL", "https://" + name, "glyph:e2c7"};
-}
-
-LauncherData document()
-{
-    LauncherElement templateItem = item("Editor");
-    templateItem.id.clear();
-    LauncherData data;
-    data.categories = {"Work", "Home", "Bare"};
-    data.defaultCategory = "Home";
-    data.categoryIcons = {{"Work", 10}, {"Home", 20}};
-    data.sectionElements = {{"Work", {item("Mail"), item("Wiki"), item("Chat")}},
-                            {"Home", {item("Music")}},
-                            {"Unlisted", {item("Hidden")}}};
-    data.templates = {{"Set", 30, {templateItem, templateItem}}, {"Other", 40, {}}};
-    return data;
-}
 
 QStringList namesOf(const QVector<LauncherElement>& items)
 {
@@ -159,31 +113,6 @@ QStringList namesOf(const QVector<LauncherElement>& items)
     for (const LauncherElement& element : items)
         names.append(element.name);
     return names;
-}
-
-/// Tells what the model signals, in order, as "name" or "name:argument".
-QStringList recordSignals(LauncherModel& model, const Operation& operation)
-{
-    QStringList log;
-    QObject context;
-    QObject::connect(&model, &LauncherModel::dataLoaded, &context,
-                     [&log] { log.append("dataLoaded"); });
-    QObject::connect(&model, &LauncherModel::categoriesChanged, &context,
-                     [&log] { log.append("categories"); });
-    QObject::connect(&model, &LauncherModel::itemsChanged, &context,
-                     [&log](const QString& category) { log.append("items:" + category); });
-    QObject::connect(&model, &LauncherModel::currentCategoryChanged, &context,
-                     [&log](const QString& category) { log.append("current:" + category); });
-    QObject::connect(&model, &LauncherModel::templatesChanged, &context,
-                     [&log] { log.append("templates"); });
-    operation(model);
-    return log;
-}
-
-QByteArray contentOf(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(not readable)");
 }
 
 void addOperation(const char* name, const QStringList& expectedSignals, bool isSaved,
@@ -221,8 +150,9 @@ void addCategoryOperations()
 
 void addItemOperations()
 {
-    addOperation("saveItem", {"items:Work"}, true,
-                 [](LauncherModel& m) { m.saveItem("Work", item("New"), -1); });
+    addOperation("saveItem", {"items:Work"}, true, [](LauncherModel& m) {
+        m.saveItem("Work", LauncherModelFixture::item("New"), -1);
+    });
     addOperation("deleteItem", {"items:Work"}, true,
                  [](LauncherModel& m) { m.deleteItem("Work", "id-Mail"); });
     addOperation("deleteItem of nothing", {}, false,
@@ -285,25 +215,6 @@ void addOperationRows()
 }
 
 } // namespace
-
-void LauncherModelTest::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_dir->isValid());
-    open(document());
-}
-
-void LauncherModelTest::cleanup()
-{
-    m_model.reset();
-    m_dir.reset();
-}
-
-void LauncherModelTest::open(const LauncherData& data)
-{
-    StorageManager::saveData(path(), data);
-    m_model = std::make_unique<LauncherModel>(path(), nullptr);
-}
 
 void LauncherModelTest::firstRunLeavesNoFile()
 {
@@ -1059,192 +970,6 @@ void LauncherModelTest::createCategoryFromTemplateRefusals()
     QFETCH(QString, newCat);
     QVERIFY(!m_model->createCategoryFromTemplate(templateName, newCat, 99));
     QCOMPARE(m_model->data(), document());
-}
-
-void LauncherModelTest::resetData()
-{
-    m_model->resetData();
-    LauncherData expected;
-    expected.categories = {"Default"};
-    expected.defaultCategory = "Default";
-    QCOMPARE(m_model->data(), expected);
-    QCOMPARE(m_model->currentCategory(), "Default");
-    QCOMPARE(onDisk(), expected);
-    // Resetting again changes no current category.
-    QCOMPARE(recordSignals(*m_model, [](LauncherModel& m) { m.resetData(); }),
-             QStringList{"categories"});
-}
-
-void LauncherModelTest::importReplacesEverything()
-{
-    LauncherData other;
-    other.categories = {"A", "B"};
-    other.defaultCategory = "B";
-    other.sectionElements = {{"A", {item("In A")}}};
-    StorageManager::saveData(path("other.json"), other);
-    m_model->setCurrentCategory("Work");
-
-    m_model->importData(path("other.json"));
-    QCOMPARE(m_model->data(), other);
-    QCOMPARE(onDisk(), other);
-    QCOMPARE(m_model->currentCategory(), "B");
-    QVERIFY(QFile::exists(path("other.json")));
-}
-
-void LauncherModelTest::importKeepsTheCurrentCategoryIfItCan()
-{
-    LauncherData other = document();
-    other.defaultCategory = "Bare";
-    StorageManager::saveData(path("other.json"), other);
-    m_model->setCurrentCategory("Work");
-    QCOMPARE(
-        recordSignals(*m_model, [this](LauncherModel& m) { m.importData(path("other.json")); }),
-        QStringList{"categories"});
-    QCOMPARE(m_model->currentCategory(), "Work");
-}
-
-void LauncherModelTest::importOfABrokenFile()
-{
-    QFile broken(path("broken.json"));
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write("[1, 2");
-    broken.close();
-    m_model->importData(path("broken.json"));
-    QCOMPARE(m_model->data().categories, QStringList{"Default"});
-    QVERIFY(m_model->templates().isEmpty());
-    QCOMPARE(onDisk(), m_model->data());
-    QVERIFY(!QFile::exists(path("broken.json")));
-    QCOMPARE(contentOf(path("broken.json.bak")), "[1, 2");
-    QVERIFY(!QFile::exists(path("data.json.bak")));
-}
-
-void LauncherModelTest::importOfTheOwnFile()
-{
-    m_model->importData(path());
-    QCOMPARE(m_model->data(), document());
-    QCOMPARE(onDisk(), document());
-}
-
-void LauncherModelTest::importOfTheOwnFileThatIsBroken()
-{
-    QFile file(path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("{]");
-    file.close();
-    QCOMPARE(m_model->importData(path()), LauncherModel::Replacement::Done);
-    QCOMPARE(contentOf(path("data.json.bak")), "{]");
-    QCOMPARE(onDisk(), StorageManager::emptyDocument());
-    QCOMPARE(previous(), document());
-}
-
-void LauncherModelTest::importOfTheDocumentBefore()
-{
-    // There and back, as often as one likes.
-    QCOMPARE(m_model->resetData(), LauncherModel::Replacement::Done);
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(m_model->importData(path("data.json.previous")), LauncherModel::Replacement::Done);
-        QCOMPARE(onDisk(), document());
-        QCOMPARE(previous(), StorageManager::emptyDocument());
-        QCOMPARE(m_model->importData(path("data.json.previous")), LauncherModel::Replacement::Done);
-        QCOMPARE(onDisk(), StorageManager::emptyDocument());
-        QCOMPARE(previous(), document());
-    }
-}
-
-void LauncherModelTest::importOfTheBrokenDocumentBefore()
-{
-    QFile file(path("data.json.previous"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[1");
-    file.close();
-    QCOMPARE(m_model->importData(file.fileName()), LauncherModel::Replacement::Done);
-    QCOMPARE(contentOf(path("data.json.previous.bak")), "[1");
-    QCOMPARE(onDisk(), StorageManager::emptyDocument());
-    QCOMPARE(previous(), document());
-}
-
-void LauncherModelTest::brokenDocumentBeforeThatCannotBeKept()
-{
-    QFile file(path("data.json.previous"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[1");
-    file.close();
-    QVERIFY(QDir(m_dir->path()).mkpath("data.json.previous.bak/in the way"));
-    const QByteArray before = contentOf(path());
-    QCOMPARE(m_model->importData(file.fileName()), LauncherModel::Replacement::NotKept);
-    QCOMPARE(contentOf(file.fileName()), "[1");
-    QCOMPARE(contentOf(path()), before);
-    QCOMPARE(m_model->data(), document());
-}
-
-void LauncherModelTest::documentBeforeIsKept()
-{
-    QCOMPARE(StorageManager::previousPath(path()), path("data.json.previous"));
-    LauncherData other = document();
-    other.categories = {"Other"};
-    other.defaultCategory = "Other";
-    StorageManager::saveData(path("other.json"), other);
-    const QByteArray before = contentOf(path());
-    QCOMPARE(m_model->importData(path("other.json")), LauncherModel::Replacement::Done);
-    QCOMPARE(contentOf(path("data.json.previous")), before);
-    QCOMPARE(m_model->resetData(), LauncherModel::Replacement::Done);
-    QCOMPARE(previous(), other); // one only, replaced each time
-    m_model->addCategory("New", 1);
-    QCOMPARE(previous(), other); // smaller changes leave it alone
-    const QStringList files = QDir(m_dir->path()).entryList(QDir::Files, QDir::Name);
-    QCOMPARE(files, QStringList({"data.json", "data.json.previous", "other.json"}));
-}
-
-void LauncherModelTest::documentBeforeThatCannotBeKept()
-{
-    QVERIFY(QDir(m_dir->path()).mkpath("data.json.previous/in the way"));
-    m_model->setCurrentCategory("Work");
-    const QByteArray before = contentOf(path());
-    const Operation everything = [this](LauncherModel& m) {
-        QCOMPARE(m.resetData(), LauncherModel::Replacement::NotKept);
-        for (const QByteArray& content :
-             {QByteArray(R"({"categories": ["A"]})"), QByteArray("{")}) {
-            QFile file(path("other.json"));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content);
-            file.close();
-            QCOMPARE(m.importData(file.fileName()), LauncherModel::Replacement::NotKept);
-            QCOMPARE(contentOf(file.fileName()), content);
-        }
-    };
-    QCOMPARE(recordSignals(*m_model, everything), QStringList());
-    QCOMPARE(m_model->data(), document());
-    QCOMPARE(m_model->currentCategory(), "Work");
-    QCOMPARE(contentOf(path()), before);
-}
-
-void LauncherModelTest::importOfWhatCannotBeRead_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << "missing.json";
-    QTest::newRow("directory") << "directory";
-    QTest::newRow("too large") << "large.json";
-    QTest::newRow("no name") << "";
-}
-
-void LauncherModelTest::importOfWhatCannotBeRead()
-{
-    QFETCH(QString, name);
-    QVERIFY(QDir(m_dir->path()).mkpath("directory"));
-    QFile large(path("large.json"));
-    QVERIFY(large.open(QIODevice::WriteOnly));
-    QVERIFY(large.resize(StorageManager::MaxDocumentBytes + 1));
-    large.close();
-    const QStringList before =
-        QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    const QString source = name.isEmpty() ? QString() : path(name);
-    const Operation import = [&source](LauncherModel& m) {
-        QCOMPARE(m.importData(source), LauncherModel::Replacement::Unreadable);
-    };
-    QCOMPARE(recordSignals(*m_model, import), QStringList());
-    QCOMPARE(m_model->data(), document());
-    QCOMPARE(onDisk(), document());
-    QCOMPARE(QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
 }
 
 void LauncherModelTest::migrateLegacyIcons_data()
