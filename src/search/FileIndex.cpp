@@ -14,7 +14,6 @@
 #include <QMetaObject>
 #include <QPointer>
 #include <QStandardPaths>
-#include <QStringBuilder>
 #include <QThread>
 #include <QThreadPool>
 #include <QTimer>

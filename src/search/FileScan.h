@@ -22,7 +22,7 @@ bool isExcludedPath(const QString& rel);
 
 /// All files and folders below `root`; what can't be read is left out. The last folder found is the
 /// first one that is walked into.
-/// \param expected so many entries, for which memory is taken beforehand.
+/// \param expected so many entries, for which the list is prepared; there may be more.
 /// \param cancel ends the walk when it is set; the list is of no use then.
 FileStore read(const QString& root, qsizetype expected, const std::atomic<bool>& cancel);
 

@@ -28,8 +28,10 @@ public:
 
     const QString& of(FileStore::Folder folder)
     {
-        if (folder != m_folder)
-            m_path = m_store.folderPath(m_folder = folder);
+        if (folder != m_folder) {
+            m_folder = folder;
+            m_path = m_store.folderPath(folder);
+        }
         return m_path;
     }
 

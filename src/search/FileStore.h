@@ -109,7 +109,7 @@ public:
     /// Keeps those of the hits of which that is still true.
     void narrow(const NameMatcher& matcher, std::vector<Hit>& hits) const;
 
-    /// Takes memory for so many entries beforehand.
+    /// Keeps the list of pieces from being moved before so many entries have come.
     void reserve(qsizetype entries);
 
     /// Gives back memory that was taken in expectation of more entries.

@@ -163,6 +163,8 @@ SpotlightWindow::FileHits SpotlightWindow::fileHits(const QString& text,
     FileHits hits;
     hits.wantsFiles = scopeKeys.isEmpty() || scopeKeys.contains(ItemType::File);
     hits.wantsFolders = scopeKeys.contains(FolderScope); // only where they are asked for
+    if (!hits.wantsFiles && !hits.wantsFolders)
+        return hits;
     hits.isReady = FileIndex::isReady();
     const QString query = text.trimmed();
     const int limit = isMixedView(scopeKeys) ? VISIBLE_ROWS : FILE_LIMIT;
