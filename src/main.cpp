@@ -26,17 +26,6 @@ namespace
 constexpr QLatin1String kAuditContrast("--audit-contrast");
 constexpr QLatin1String kAuditColor("--audit-color");
 
-void loadTextFont()
-{
-    const QString variableFont = QStringLiteral(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
-    if (addFontResource(variableFont) == -1)
-        qWarning("Gagal memuat font Plus Jakarta Sans, aplikasi akan fallback ke font sistem.");
-    // Where Qt takes but one weight from the variable file, these bring the true ones.
-    for (const char* weight : {"Medium", "SemiBold", "Bold"})
-        addFontResource(
-            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
-}
-
 void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer& server)
 {
     QObject::connect(&window, &MainWindow::becameVisible, &spotlight,

@@ -18,3 +18,14 @@ int addFontResource(const QString& path)
     return QFontDatabase::addApplicationFontFromData(QByteArray::fromRawData(
         reinterpret_cast<const char*>(resource.data()), qsizetype(resource.size())));
 }
+
+void loadTextFont()
+{
+    const QString variableFont = QStringLiteral(":/fonts/PlusJakartaSans-VariableFont_wght.ttf");
+    if (addFontResource(variableFont) == -1)
+        qWarning("Gagal memuat font Plus Jakarta Sans, aplikasi akan fallback ke font sistem.");
+    // Where Qt takes but one weight from the variable file, these bring the true ones.
+    for (const char* weight : {"Medium", "SemiBold", "Bold"})
+        addFontResource(
+            QStringLiteral(":/fonts/PlusJakartaSans-%1.ttf").arg(QLatin1String(weight)));
+}

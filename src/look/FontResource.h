@@ -9,3 +9,7 @@
 /// application font id of `QFontDatabase`, or -1 if there is no such resource or it is no font.
 /// GUI thread, once the application object exists.
 int addFontResource(const QString& path);
+
+/// Adds the font that all texts are set in. That it can't be had is logged; the texts are then set
+/// in a font of the system's. GUI thread, once the application object exists.
+void loadTextFont();
