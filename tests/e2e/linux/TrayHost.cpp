@@ -53,11 +53,6 @@ TrayHost::~TrayHost()
     QDBusConnection::disconnectFromBus(kConnectionName);
 }
 
-void TrayHost::addBalloon(const QString& title, const QString& text)
-{
-    m_balloons.append(title + QLatin1Char('|') + text);
-}
-
 QVector<TrayHost::Entry> TrayHost::menuEntries()
 {
     const QDBusMessage reply = m_bus.call(
@@ -124,10 +119,8 @@ uint TrayBalloonObject::Notify(const QString& application, uint replaces, const 
 {
     Q_UNUSED(application);
     Q_UNUSED(replaces);
-    Q_UNUSED(icon);
     Q_UNUSED(actions);
     Q_UNUSED(hints);
-    Q_UNUSED(timeoutMs);
-    m_host->addBalloon(title, text);
+    m_host->addBalloon({icon, QString::number(timeoutMs), title, text});
     return 1;
 }

@@ -28,11 +28,11 @@ public:
     /// Chooses an entry; ends the test run if there is none of that text.
     void clickMenuEntry(const QString& label);
 
-    /// Every balloon so far, as title and text with a bar between.
+    /// Every balloon so far, as icon, time in ms, title and text with bars between.
     QStringList balloons() const { return m_balloons; }
 
     void addItem(const QString& service) { m_item = service; }
-    void addBalloon(const QString& title, const QString& text);
+    void addBalloon(const QStringList& parts) { m_balloons.append(parts.join(QLatin1Char('|'))); }
 
 private:
     struct Entry

@@ -15,6 +15,8 @@
 #include <csignal>
 #include <memory>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -27,6 +29,7 @@ private slots:
     void initTestCase();
     void furtherStartFindsTheFirst_data();
     void furtherStartFindsTheFirst();
+    void lockWithoutAServer();
     void nameInTheTemporaryDirectoryIsNobodys();
     void deepRuntimeDirectory();
     void eachUserHasAnInstance_data();
@@ -205,6 +208,28 @@ void E2eInstance::furtherStartFindsTheFirst()
     QTRY_VERIFY(program.homeWindow().isViewable);
 }
 
+/// Whoever has the lock doesn't answer, and the start leaves as if he had.
+void E2eInstance::lockWithoutAServer()
+{
+    const QString key = SingleInstance::instanceKey(QFileInfo(Program::binary()).path());
+    Program program(*m_desktop);
+    const QString name = QStringLiteral("run/Orlimo_Vestrel_SingleInstanceMutex_") + key;
+    const int lock = ::open(QFile::encodeName(m_desktop->path(name)).constData(),
+                            O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    QVERIFY(lock >= 0);
+    const auto letGo = qScopeGuard([lock] { ::close(lock); });
+    QCOMPARE(::flock(lock, LOCK_EX | LOCK_NB), 0);
+    QCOMPARE(startAgain(m_desktop->environment()), QByteArray());
+    const QByteArrayList lines =
+        program.readData(QStringLiteral("debug.log")).trimmed().split('\n');
+    QVERIFY2(lines.last().endsWith(" [WARN] Instance lain terdeteksi (Mutex) tapi gagal terhubung "
+                                   "ke IPC server-nya."),
+             lines.last().constData());
+    // Neither a window's nor a document's beginnings.
+    QCOMPARE(QDir(program.dataDir()).entryList(QDir::Files),
+             (QStringList{QStringLiteral("debug.log"), QStringLiteral("settings.ini")}));
+}
+
 void E2eInstance::nameInTheTemporaryDirectoryIsNobodys()
 {
     const QString key = SingleInstance::instanceKey(QFileInfo(Program::binary()).path());
@@ -234,7 +259,10 @@ void E2eInstance::deepRuntimeDirectory()
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir);
     QCOMPARE(startAgain(environment), QByteArray());
     QTRY_VERIFY(program.homeWindow().isViewable);
-    QCOMPARE(QDir(dir).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(), 2);
+    const QString key = SingleInstance::instanceKey(QFileInfo(Program::binary()).path());
+    QCOMPARE(QDir(dir).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+             (QStringList{QStringLiteral("Orlimo_Vestrel_SingleInstanceMutex_") + key,
+                          QStringLiteral("Vestrel_IPC_Server_") + key}));
 }
 
 void E2eInstance::eachUserHasAnInstance_data()

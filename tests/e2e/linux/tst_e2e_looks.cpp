@@ -17,6 +17,7 @@ private slots:
     void initTestCase();
     void spotlight_data();
     void spotlight();
+    void scrollBarShowsUnderThePointer();
     void messageBox_data();
     void messageBox();
     void homeWindow_data();
@@ -172,6 +173,38 @@ void E2eLooks::checkMenu(const QImage& picture) const
     QCOMPARE(pixel(picture, row + QPoint(25 - 7, 18)), QColor(c.primary));
     QCOMPARE(pixel(picture, row + QPoint(25 + 6, 18)), QColor(c.primary));
     QCOMPARE(pixel(picture, row + QPoint(25 + 9, 18)), QColor(c.primaryContainer));
+}
+
+/// That of a list without a sheet of its own, which has it from the application's.
+void E2eLooks::scrollBarShowsUnderThePointer()
+{
+    Theme::forceTheme = 1;
+    Program program(*m_desktop);
+    program.setSetting(QStringLiteral("Theme/ForceTheme"), 1);
+    QVector<LauncherElement> items;
+    for (int i = 0; i < 20; ++i)
+        items << Profile::item(QStringLiteral("row %1").arg(i), QStringLiteral("Snippet"),
+                               QStringLiteral("text"));
+    program.writeData(QStringLiteral("data.json"), Profile::document(items));
+    program.startAndSettle();
+    program.openSpotlight();
+    program.type(QStringLiteral("row"));
+    const QColor panel(Theme::panelBg());
+    const QPoint handle = kCard + QPoint(kCardWidth - 6 - 3, kStripHeight + 4 + 20);
+    QCOMPARE(pixel(program.settledScreenshot(), handle), panel);
+    m_desktop->xdotool(
+        {QStringLiteral("mousemove"), QString::number(handle.x()), QString::number(handle.y())});
+    const QImage picture = program.settledScreenshot();
+    Program::keep(picture, QStringLiteral("spotlight-scroll-bar"));
+    const auto over = [](int channel) { return qRound(0.6 * 128 + 0.4 * channel); };
+    const QColor shown = pixel(picture, handle);
+    for (const auto& [got, paper] :
+         {std::pair(shown.red(), panel.red()), std::pair(shown.green(), panel.green()),
+          std::pair(shown.blue(), panel.blue())})
+        QVERIFY2(std::abs(got - over(paper)) <= 1, qPrintable(shown.name()));
+    // Six pixels wide.
+    const QColor left = pixel(picture, handle - QPoint(4, 0));
+    QCOMPARE(left, panel);
 }
 
 void E2eLooks::messageBox_data()

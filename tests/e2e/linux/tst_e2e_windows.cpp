@@ -27,6 +27,7 @@ private slots:
     void secondStartRaisesAWindowThatIsUp();
     void copyElsewhereRunsBesideIt();
     void killedProcessIsTakenOver();
+    void showsWriteNoDocument();
     void takenHotkeyFallsBack();
     void takenDefaultsAreLogged();
     void combinationOfTheOtherWindowIsRefused();
@@ -204,6 +205,24 @@ void E2eWindows::killedProcessIsTakenOver()
     QTRY_VERIFY(program.homeWindow().isViewable);
 }
 
+/// Only a change of the user's makes one.
+void E2eWindows::showsWriteNoDocument()
+{
+    Program program(*m_desktop);
+    program.startAndSettle();
+    program.openSpotlight();
+    program.key(QStringLiteral("Escape"));
+    program.waitUntilSpotlightIsGone();
+    program.key(QStringLiteral("ctrl+alt+space"));
+    QTRY_VERIFY(program.homeWindow().isViewable);
+    program.key(QStringLiteral("ctrl+alt+space"));
+    QTRY_VERIFY(!program.homeWindow().isViewable);
+    QStringList files = QDir(program.dataDir()).entryList(QDir::Files);
+    files.removeOne(QStringLiteral("debug.log")); // there only if there was something to tell
+    QCOMPARE(files, QStringList{QStringLiteral("settings.ini")});
+    QVERIFY(!program.readData(QStringLiteral("debug.log")).contains("Gagal memuat font"));
+}
+
 void E2eWindows::takenHotkeyFallsBack()
 {
     constexpr xcb_keysym_t kKeyM = 'm';
@@ -217,8 +236,9 @@ void E2eWindows::takenHotkeyFallsBack()
         QCOMPARE(program.setting(QStringLiteral("Hotkey/Combo")).toString(),
                  QStringLiteral("Ctrl+Alt+Space"));
         QTRY_COMPARE(tray.balloons(),
-                     QStringList{QStringLiteral("Info Hotkey|Hotkey invalid (Kombinasi sudah "
-                                                "dipakai aplikasi lain.). Fallback ke default.")});
+                     QStringList{QStringLiteral("dialog-warning|6000|Info Hotkey|Hotkey invalid "
+                                                "(Kombinasi sudah dipakai aplikasi lain.). "
+                                                "Fallback ke default.")});
     }
     m_desktop->client().ungrabKey(kKeyM, kCtrlAlt);
 }
