@@ -49,15 +49,15 @@ SpotlightWindow::SpotlightWindow(LauncherModel* model, QWidget* parent)
     buildSearchStrip();
     buildResultsPanel();
     CardShape::attach(this, m_shell, kShellRadius, m_shadowLayer);
-    applyResultsLayout(0);
+    setFixedHeight(emptyStateHeight());
     resize(WINDOW_WIDTH, emptyStateHeight());
     connect(m_searchInput, &QLineEdit::textChanged, this,
             [this](const QString& text) { rebuildResults(text, m_scopeKeys); });
     m_searchInput->installEventFilter(this);
     connect(m_resultsList, &QListWidget::itemDoubleClicked, this, &SpotlightWindow::launchItem);
     setUpHotkey();
-    applyThemeColors();
     startIndexing();
+    // Its colours and heights come with each show, and the program's start needn't wait for them.
 }
 
 void SpotlightWindow::buildShell()
@@ -208,13 +208,12 @@ void SpotlightWindow::prepareShow()
     m_anchorValid = false;
     m_panelHeight = -1;
     m_stripHeight = -1;
+    m_resultsList->clear();
+    m_scopeKeys = defaultScopeKeys(); // before the colours, which come with new chips
     applyThemeColors();
-    m_scopeKeys = defaultScopeKeys();
-    refreshFilterChips();
     applyResultsLayout(0);
     resize(WINDOW_WIDTH, emptyStateHeight());
     m_searchInput->clear();
-    m_resultsList->clear();
     update();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "EventCounter.h"
 #include "FakeFileSystem.h"
 #include "FileIndex.h"
 #include "FolderFilter.h"
@@ -93,6 +94,7 @@ private slots:
     void chipsWrapOntoThreeLines();
     void chipsStopWhereNobodySeesThem();
     void chipsLastOverShows();
+    void aShowMakesTheChipsOnce();
     void clickedChipRemovesItsFolder();
     void removedFolderRebuildsTheResults();
     void strangeFoldersNarrow_data();
@@ -325,7 +327,20 @@ void SpotlightFoldersTest::chipsLastOverShows()
     QCOMPARE(f->window.height(), kEmptyHeight + 18 + kOneChipRow);
     f = nullptr;
     makeSpotlight();
+    show();
     QCOMPARE(f->chipTexts(), QStringList{"Docs"}); // from the start on
+}
+
+void SpotlightFoldersTest::aShowMakesTheChipsOnce()
+{
+    FolderFilter::setFolders({homeFolder("Documents"), homeFolder("Music")});
+    for (int round = 0; round < 2; ++round) {
+        const EventCounter made(f->chipRow(), QEvent::ChildAdded);
+        show();
+        QCOMPARE(f->chips().size(), 2);
+        QCOMPARE(made.count, 2);
+        f->window.hide();
+    }
 }
 
 void SpotlightFoldersTest::clickedChipRemovesItsFolder()

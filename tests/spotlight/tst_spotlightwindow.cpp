@@ -545,6 +545,7 @@ void SpotlightWindowTest::sheets()
 
 void SpotlightWindowTest::stripIsFusedWithThePanel()
 {
+    show();
     const QString shellBg = Theme::shellBg();
     QCOMPARE(f->pill()->styleSheet(), cornersSheet("spotlightSearchPill", shellBg, 40, 40));
     const QString panelSheet = cornersSheet("spotlightResultsPanel", Theme::panelBg(), 0, 40);
