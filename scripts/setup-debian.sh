@@ -12,7 +12,7 @@ set -euo pipefail
 
 build_packages=(g++ lld cmake ninja-build pkg-config qt6-base-dev
     libxcb1-dev libxcb-keysyms1-dev libxcb-xkb-dev libxcb-shape0-dev libxcb-xtest0-dev
-    libxkbcommon-dev libxkbcommon-x11-dev)
+    libxkbcommon-dev libxkbcommon-x11-dev libfontconfig-dev)
 # A screen without a monitor, what a desktop has around it, and what drives and photographs it.
 # Qt's X11 plugin needs no line of its own: it comes with the library that qt6-base-dev pulls in.
 run_packages=(xvfb openbox awesome i3-wm picom dbus libglib2.0-bin xdotool xclip x11-utils x11-xserver-utils

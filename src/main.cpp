@@ -4,11 +4,13 @@
 #include "Console.h"
 #include "Display.h"
 #include "FontResource.h"
+#include "IconHelper.h"
 #include "InstanceLock.h"
 #include "Logging.h"
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "SpotlightWindow.h"
+#include "SystemFonts.h"
 #include "Theme.h"
 
 #include <QApplication>
@@ -25,6 +27,15 @@ namespace
 
 constexpr QLatin1String kAuditContrast("--audit-contrast");
 constexpr QLatin1String kAuditColor("--audit-color");
+
+void loadFonts()
+{
+    Platform::endReadingFonts();
+    loadTextFont();
+    // Now and not with the first glyph: each further font makes Qt forget what it has made of all
+    // others, and every text of the window would be measured with one set and painted with another.
+    IconHelper::initFonts();
+}
 
 void connectWindows(MainWindow& window, SpotlightWindow& spotlight, QLocalServer& server)
 {
@@ -102,7 +113,7 @@ int runPrimary(const QString& instanceKey)
 {
     QLocalServer server;
     SingleInstance::listen(server, SingleInstance::ipcServerName(instanceKey));
-    loadTextFont();
+    loadFonts();
     qApp->setStyleSheet(Theme::scrollBarStyle());
 
     MainWindow window(nullptr);
@@ -121,6 +132,7 @@ int main(int argc, char** argv)
     Platform::detachFromConsole();
     if (isAuditWanted(argc, argv))
         return runAudits(argc, argv);
+    Platform::beginReadingFonts();
     const QString problem = Platform::prepareDisplay(argc, argv);
     if (!problem.isEmpty())
         return startWithoutDisplay(argc, argv, problem);
