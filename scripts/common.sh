@@ -46,3 +46,15 @@ leave_desktop_session() {
     unset QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_SCALE_FACTOR
     unset XDG_CURRENT_DESKTOP XDG_SESSION_TYPE
 }
+
+# Objects that were compiled before, in this checkout or another, aren't compiled again. Takes effect
+# on build trees that are configured from now on; nothing changes where there is no ccache.
+use_compiler_cache() {
+    command -v ccache >/dev/null || return 0
+    export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    export CCACHE_DIR=${XDG_CACHE_HOME:-$HOME/.cache}/orlimo/ccache CCACHE_MAXSIZE=3G
+    # Whichever directory the checkout lies in.
+    export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+    # What ccache wants for precompiled headers, which are as new as the checkout.
+    export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+}

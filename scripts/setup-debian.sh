@@ -11,14 +11,15 @@
 set -euo pipefail
 
 build_packages=(g++ lld cmake ninja-build pkg-config qt6-base-dev
-    libxcb1-dev libxcb-keysyms1-dev libxcb-xkb-dev libxcb-shape0-dev libxcb-xtest0-dev
+    libxcb1-dev libxcb-keysyms1-dev libxcb-xkb-dev libxcb-shape0-dev libxcb-xtest0-dev libxcb-shm0-dev
     libxkbcommon-dev libxkbcommon-x11-dev libfontconfig-dev)
 # A screen without a monitor, what a desktop has around it, and what drives and photographs it.
 # Qt's X11 plugin needs no line of its own: it comes with the library that qt6-base-dev pulls in.
 run_packages=(xvfb openbox awesome i3-wm picom dbus libglib2.0-bin xdotool xclip x11-utils x11-xserver-utils
     x11-xkb-utils imagemagick fonts-noto-cjk)
-# One version of the tools, because each lays code out and judges it a little differently.
-check_packages=(clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
+# One version of the tools, because each lays code out and judges it a little differently. The cache
+# of the compilers saves the checks from compiling what hasn't changed since their last run.
+check_packages=(ccache clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
     shellcheck codespell reuse)
 # The cross-compiler, what unpacks Qt's sources and builds them (Qt's own tools of the host among
 # it), what runs and what packs the result.
