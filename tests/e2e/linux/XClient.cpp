@@ -7,8 +7,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <utility>
+#include <vector>
 
+#include <sys/mman.h>
+#include <unistd.h>
+#include <xcb/shm.h>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
@@ -37,22 +42,33 @@ XClient::XClient(const QString& display)
 
 XClient::~XClient()
 {
+    if (m_picture)
+        ::munmap(m_picture, pictureBytes());
     xcb_disconnect(m_connection);
 }
 
 xcb_atom_t XClient::atom(const char* name) const
 {
+    const auto known = m_atoms.constFind(name);
+    if (known != m_atoms.cend())
+        return *known;
     const auto cookie =
         xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
     const Reply<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(m_connection, cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    if (!reply)
+        qFatal("no atom %s", name);
+    return *m_atoms.insert(name, reply->atom);
 }
 
-qint64 XClient::pidOf(xcb_window_t window) const
+xcb_get_property_cookie_t XClient::askForPid(xcb_window_t window) const
 {
-    const auto cookie =
-        xcb_get_property(m_connection, 0, window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 0, 1);
+    return xcb_get_property(m_connection, 0, window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 0, 1);
+}
+
+/// 0 if the window doesn't tell, or is gone.
+qint64 XClient::pidIn(xcb_get_property_cookie_t cookie) const
+{
     const Reply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection, cookie, nullptr));
     if (!reply || xcb_get_property_value_length(reply.get()) != int(sizeof(uint32_t)))
@@ -66,25 +82,36 @@ void XClient::collect(xcb_window_t window, QVector<Window>& found, qint64 pid) c
         xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
     if (!tree)
         return;
-    const xcb_window_t* children = xcb_query_tree_children(tree.get());
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        if (pidOf(children[i]) != pid) {
+    const std::span<const xcb_window_t> children(
+        xcb_query_tree_children(tree.get()),
+        static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    // All are asked before the first answer is waited for: this is done many times a second.
+    std::vector<xcb_get_property_cookie_t> cookies;
+    for (const xcb_window_t child : children)
+        cookies.push_back(askForPid(child));
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (pidIn(cookies[i]) == pid)
+            append(children[i], found);
+        else
             collect(children[i], found, pid);
-            continue;
-        }
-        const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
-            m_connection, xcb_get_geometry(m_connection, children[i]), nullptr));
-        const Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-            m_connection, xcb_get_window_attributes(m_connection, children[i]), nullptr));
-        const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
-            m_connection,
-            xcb_translate_coordinates(m_connection, children[i], m_screen->root, 0, 0), nullptr));
-        if (!geometry || !attributes || !origin)
-            continue; // gone in the meantime
-        found.append({children[i],
-                      QRect(origin->dst_x, origin->dst_y, geometry->width, geometry->height),
-                      attributes->map_state == XCB_MAP_STATE_VIEWABLE});
     }
+}
+
+void XClient::append(xcb_window_t window, QVector<Window>& found) const
+{
+    const auto geometryCookie = xcb_get_geometry(m_connection, window);
+    const auto attributesCookie = xcb_get_window_attributes(m_connection, window);
+    const auto originCookie = xcb_translate_coordinates(m_connection, window, m_screen->root, 0, 0);
+    const Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(m_connection, geometryCookie, nullptr));
+    const Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(m_connection, attributesCookie, nullptr));
+    const Reply<xcb_translate_coordinates_reply_t> origin(
+        xcb_translate_coordinates_reply(m_connection, originCookie, nullptr));
+    if (!geometry || !attributes || !origin)
+        return; // gone in the meantime
+    found.append({window, QRect(origin->dst_x, origin->dst_y, geometry->width, geometry->height),
+                  attributes->map_state == XCB_MAP_STATE_VIEWABLE});
 }
 
 QVector<XClient::Window> XClient::windowsOf(qint64 pid) const
@@ -331,19 +358,44 @@ QRgb XClient::pixel(const QPoint& position) const
     return image.pixel(0, 0);
 }
 
-QImage XClient::screenshot() const
+QImage XClient::screenshot()
 {
-    const auto cookie = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_screen->root, 0, 0,
-                                      m_screen->width_in_pixels, m_screen->height_in_pixels, ~0U);
-    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(m_connection, cookie, nullptr));
+    // In memory that the server writes to: a picture is megabytes, and tests wait for the screen to
+    // come to rest by taking one after the other.
+    if (!m_picture)
+        shareMemoryForPictures();
+    const auto cookie =
+        xcb_shm_get_image(m_connection, m_screen->root, 0, 0, m_screen->width_in_pixels,
+                          m_screen->height_in_pixels, ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, m_segment, 0);
+    const Reply<xcb_shm_get_image_reply_t> reply(
+        xcb_shm_get_image_reply(m_connection, cookie, nullptr));
     if (!reply)
         qFatal("no picture of the screen");
-    QImage picture = QImage(xcb_get_image_data(reply.get()), m_screen->width_in_pixels,
-                            m_screen->height_in_pixels, QImage::Format_RGB32)
+    QImage picture = QImage(m_picture, m_screen->width_in_pixels, m_screen->height_in_pixels,
+                            QImage::Format_RGB32)
                          .copy();
     if (m_lamp != XCB_WINDOW_NONE)
         picture.setPixelColor(lampPlace(), m_rootColor);
     return picture;
+}
+
+std::size_t XClient::pictureBytes() const
+{
+    return sizeof(QRgb) * m_screen->width_in_pixels * m_screen->height_in_pixels;
+}
+
+void XClient::shareMemoryForPictures()
+{
+    const int memory = ::memfd_create("picture", MFD_CLOEXEC);
+    if (memory < 0 || ::ftruncate(memory, static_cast<off_t>(pictureBytes())) != 0)
+        qFatal("no memory for pictures");
+    void* mapped = ::mmap(nullptr, pictureBytes(), PROT_READ | PROT_WRITE, MAP_SHARED, memory, 0);
+    if (mapped == MAP_FAILED)
+        qFatal("no memory for pictures");
+    m_picture = static_cast<uchar*>(mapped);
+    m_segment = xcb_generate_id(m_connection);
+    // Closes the descriptor.
+    xcb_shm_attach_fd(m_connection, m_segment, memory, 0);
 }
 
 void XClient::makeLamp()

@@ -3,11 +3,15 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
+#include <QHash>
 #include <QImage>
 #include <QRect>
 #include <QString>
 #include <QVector>
+
+#include <cstddef>
 
 #include <xcb/xcb.h>
 
@@ -90,7 +94,7 @@ public:
     QRgb pixel(const QPoint& position) const;
 
     /// The whole screen as it is shown, without the lamp.
-    QImage screenshot() const;
+    QImage screenshot();
 
     /// Gives the lamp, a pixel in the upper right corner of the screen, its other colour. A
     /// compositor paints what was drawn first no later than what was drawn next: all that was
@@ -109,17 +113,24 @@ private:
     QPoint lampPlace() const { return {m_screen->width_in_pixels - 1, 0}; }
     QColor lampColor() const { return m_isLampOn ? Qt::white : Qt::black; }
     void makeLamp();
+    std::size_t pictureBytes() const;
+    void shareMemoryForPictures();
     void fakeInput(uint8_t type, uint8_t detail, const QPoint& position = {});
     void readEvents();
     void readEvent(const xcb_generic_event_t& event);
-    qint64 pidOf(xcb_window_t window) const;
+    xcb_get_property_cookie_t askForPid(xcb_window_t window) const;
+    qint64 pidIn(xcb_get_property_cookie_t cookie) const;
+    void append(xcb_window_t window, QVector<Window>& found) const;
     QVector<xcb_keycode_t> keycodesOf(xcb_keysym_t keysym) const;
 
     xcb_connection_t* m_connection;
     const xcb_screen_t* m_screen;
     xcb_window_t m_lamp = XCB_WINDOW_NONE; ///< above all other windows
     bool m_isLampOn = false;
+    mutable QHash<QByteArray, xcb_atom_t> m_atoms; ///< those asked for, by name
     QColor m_rootColor;
+    uchar* m_picture = nullptr; ///< shared with the server; null before the first picture
+    uint32_t m_segment = 0;     ///< the server's name for it
     int m_keyPressCount = 0;
     uint32_t m_pingNumber = 0;
     uint32_t m_answeredNumber = 0;
