@@ -294,7 +294,7 @@ void FolderPickerDialogTest::countsOfTheIndex()
 void FolderPickerDialogTest::looksLikeEveryDialog()
 {
     open();
-    verifyDialogLook(*m_dialog, *m_parent, 24);
+    verifyDialogLook(*m_dialog, *m_parent, 24, 80);
     QCOMPARE(m_dialog->windowTitle(), QStringLiteral("Limit search to folders"));
     QVERIFY(list()->hasFocus());
     QCOMPARE(list()->accessibleName(), m_dialog->windowTitle());

@@ -198,7 +198,7 @@ void SpotlightSettingsDialogTest::constants()
 void SpotlightSettingsDialogTest::looksLikeEveryDialog()
 {
     open();
-    verifyDialogLook(*m_dialog, *m_parent, 24);
+    verifyDialogLook(*m_dialog, *m_parent, 24, 80);
     QCOMPARE(m_dialog->windowTitle(), "Settings");
     QCOMPARE(m_dialog->layout()->sizeConstraint(), QLayout::SetFixedSize);
     const auto* card = m_dialog->findChild<QFrame*>("dialogBg");

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFrame>
+#include <QGraphicsDropShadowEffect>
 #include <QLayout>
 #include <QMenu>
 #include <QMouseEvent>
@@ -117,8 +118,9 @@ inline QRect rectIn(const QWidget& window, const QWidget* widget)
 }
 
 /// Checks what every dialog has in common: the frameless window above its parent, and the card in
-/// it with room for its shadow. \param paddingPx of the card.
-inline void verifyDialogLook(const QWidget& dialog, const QWidget& parent, int paddingPx)
+/// it with room for its shadow. \param paddingPx of the card. \param shadowAlpha of 255.
+inline void verifyDialogLook(const QWidget& dialog, const QWidget& parent, int paddingPx,
+                             int shadowAlpha)
 {
     QCOMPARE(dialog.parentWidget(), &parent);
     QCOMPARE(dialog.windowType(), Qt::Dialog);
@@ -129,4 +131,9 @@ inline void verifyDialogLook(const QWidget& dialog, const QWidget& parent, int p
     const auto* card = dialog.findChild<QFrame*>(QStringLiteral("dialogBg"));
     QVERIFY(card);
     QVERIFY(card->styleSheet().contains(QStringLiteral("padding: %1px").arg(paddingPx)));
+    const auto* shadow = dialog.findChild<QGraphicsDropShadowEffect*>();
+    QVERIFY(shadow);
+    QCOMPARE(shadow->color(), QColor(0, 0, 0, shadowAlpha));
+    QCOMPARE(shadow->blurRadius(), 20.0);
+    QCOMPARE(shadow->offset(), QPointF(0, 4));
 }

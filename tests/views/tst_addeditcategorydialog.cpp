@@ -144,7 +144,7 @@ void AddEditCategoryDialogTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const AddEditCategoryDialog dialog(&parent, "t");
-    verifyDialogLook(dialog, parent, 0);
+    verifyDialogLook(dialog, parent, 0, 60);
 }
 
 void AddEditCategoryDialogTest::hasItsExactSize()

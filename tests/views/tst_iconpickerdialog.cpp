@@ -135,7 +135,7 @@ void IconPickerDialogTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const IconPickerDialog dialog(&parent, QString());
-    verifyDialogLook(dialog, parent, 0);
+    verifyDialogLook(dialog, parent, 0, 60);
     QVERIFY(dialog.findChild<QFrame*>("iconPickerHeader")
                 ->styleSheet()
                 .startsWith("QFrame#iconPickerHeader { background-color: " + Theme::shellBg()));

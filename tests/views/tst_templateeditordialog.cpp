@@ -210,7 +210,7 @@ void TemplateEditorDialogTest::spaceOn(int row, const MenuScript::Action& action
 void TemplateEditorDialogTest::looksLikeEveryDialog()
 {
     open();
-    verifyDialogLook(*m_dialog, m_parent, 0);
+    verifyDialogLook(*m_dialog, m_parent, 0, 60);
     QCOMPARE(m_dialog->size(), QSize(420, 560));
     QCOMPARE(m_dialog->minimumSize(), m_dialog->maximumSize());
     QCOMPARE(m_dialog->windowTitle(), "A title");
@@ -227,7 +227,7 @@ void TemplateEditorDialogTest::header()
     QVERIFY(band->styleSheet().contains("border-top-left-radius: 23px"));
     auto* title = band->findChild<QLabel*>();
     QCOMPARE(title->alignment(), Qt::AlignCenter);
-    QVERIFY(title->styleSheet().contains("font-size: 18px"));
+    QCOMPARE(title->styleSheet(), Theme::bandTitleStyle(Theme::colors()));
     QCOMPARE(rectIn(*m_dialog, stack()).top(), rectIn(*m_dialog, band).bottom() + 1);
 }
 
@@ -259,8 +259,10 @@ void TemplateEditorDialogTest::listPageFollowsTheMeasures()
         QCOMPARE(listButton(key)->cursor().shape(), Qt::PointingHandCursor);
         QCOMPARE(listButton(key)->styleSheet(), style);
     }
-    QVERIFY(list()->styleSheet().contains("background-color: " + Theme::fieldIdleBg(c)));
-    QVERIFY(list()->styleSheet().contains("border-radius: 16px; padding: 6px;"));
+    QCOMPARE(list()->styleSheet(),
+             QStringLiteral("QListWidget { background-color: %1; border: none; border-radius: "
+                            "16px; padding: 6px; outline: none; }")
+                 .arg(Theme::fieldIdleBg(c)));
     QCOMPARE(list()->focusPolicy(), Qt::StrongFocus);
 }
 
@@ -284,6 +286,7 @@ void TemplateEditorDialogTest::withoutItems()
     QVERIFY(hint->isVisible());
     QCOMPARE(hint->text(), Tr::t("template.editor_empty"));
     QCOMPARE(hint->alignment(), Qt::AlignCenter);
+    QCOMPARE(hint->styleSheet(), Theme::textOnCardStyle(Theme::colors().onSurfaceVariant, "13px"));
     QVERIFY(hint->wordWrap());
     QVERIFY(!list()->isVisible());
 }

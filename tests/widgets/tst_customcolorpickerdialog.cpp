@@ -121,7 +121,7 @@ void CustomColorPickerDialogTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const CustomColorPickerDialog dialog(&parent, QString());
-    verifyDialogLook(dialog, parent, 24);
+    verifyDialogLook(dialog, parent, 24, 60);
     QCOMPARE(dialog.windowTitle(), "Accent Color");
 }
 

@@ -178,7 +178,7 @@ void CustomMessageBoxTest::looksLikeEveryDialog()
 {
     QWidget parent;
     const Box box(&parent, "t", "x", Box::Ok, Box::Ok, Box::Info);
-    verifyDialogLook(box, parent, 24);
+    verifyDialogLook(box, parent, 24, 80);
     const auto* card = box.findChild<QFrame*>("dialogBg");
     QVERIFY(card);
     QCOMPARE(card->minimumWidth(), 350);
