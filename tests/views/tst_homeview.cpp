@@ -53,7 +53,7 @@ QStringList numbered(int count)
 } // namespace
 
 /// The home page as it stands: its parts and their places, pills, rows, what shows without rows,
-/// the card over it and the tooltip.
+/// and the card over it.
 class HomeViewTest : public HomePageFixture
 {
     Q_OBJECT
@@ -122,13 +122,6 @@ private slots:
     void backdropClosesTheCard();
     void actionsCloseWhenTheRowsChange();
     void editorKeepsTheCardWhenTheRowsChange();
-
-    void pointerMovesTheSelection();
-    void selectionStartsTheDelay();
-    void tooltipShowsTheItem();
-    void tooltipStaysAway_data();
-    void tooltipStaysAway();
-    void scrollingCancelsTheTooltip();
 
     void rebuildWithEverythingOpen();
 
@@ -1068,104 +1061,6 @@ void HomeViewTest::editorKeepsTheCardWhenTheRowsChange()
     QCOMPARE(rows(), QStringList({"Two", "Three"}));
     QVERIFY(card()->isVisible());
     QCOMPARE(previewPage(), int(HomeView::PagePreviewEditor));
-}
-
-void HomeViewTest::pointerMovesTheSelection()
-{
-    open();
-    QTRY_COMPARE(list()->gridSize(), QSize(176, 132));
-    const auto middle = [this](int row) {
-        return list()->visualItemRect(list()->item(row)).center();
-    };
-    QTest::mouseMove(list()->viewport(), middle(2));
-    QTRY_COMPARE(list()->currentRow(), 2);
-    QTest::mouseMove(list()->viewport(), middle(1));
-    QTRY_COMPARE(list()->currentRow(), 1);
-    QCOMPARE(previewPage(), int(HomeView::PagePreviewDetail));
-}
-
-void HomeViewTest::selectionStartsTheDelay()
-{
-    open();
-    QVERIFY(!hoverDelay()->isActive()); // which building the rows doesn't
-    QVERIFY(hoverDelay()->isSingleShot());
-    QCOMPARE(hoverDelay()->interval(), 900);
-    list()->setCurrentRow(1);
-    QVERIFY(hoverDelay()->isActive());
-    home()->cancelHoverPreview();
-    QVERIFY(!hoverDelay()->isActive());
-    list()->setCurrentRow(2);
-    QVERIFY(hoverDelay()->isActive());
-    home()->refreshUI(-1, false);
-    QVERIFY(!hoverDelay()->isActive());
-    // A tooltip that is up goes with the row that it belongs to.
-    home()->showHoverPreview();
-    QVERIFY(tooltip()->isVisible());
-    list()->setCurrentRow(1);
-    QVERIFY(tooltip()->isHidden());
-    hoverDelay()->start(0);
-    QTRY_VERIFY(tooltip()->isVisible());
-}
-
-void HomeViewTest::tooltipShowsTheItem()
-{
-    open();
-    QTRY_COMPARE(list()->gridSize(), QSize(176, 132));
-    list()->setCurrentRow(1);
-    home()->showHoverPreview();
-    QVERIFY(tooltip()->isVisible());
-    const auto labels = tooltip()->findChildren<QLabel*>();
-    QVERIFY(std::any_of(labels.begin(), labels.end(),
-                        [](const QLabel* label) { return label->text() == "Two text"; }));
-    // Above and to the right of the tile.
-    const QRect tile(list()->viewport()->mapToGlobal(QPoint(176 + 6, 6)), QSize(164, 120));
-    QCOMPARE(tooltip()->x(), tile.right() + 8);
-    QCOMPARE(tooltip()->y(), tile.top() - 8 - tooltip()->height());
-    QCOMPARE(focused(), strip());
-}
-
-void HomeViewTest::tooltipStaysAway_data()
-{
-    QTest::addColumn<QString>("reason");
-    for (const char* reason : {"editor", "actions", "no rows", "no row", "no item"})
-        QTest::newRow(reason) << reason;
-}
-
-void HomeViewTest::tooltipStaysAway()
-{
-    QFETCH(QString, reason);
-    open();
-    list()->setCurrentRow(1);
-    if (reason == "editor")
-        m_window->openItemEditor("a1");
-    else if (reason == "actions")
-        m_window->openItemDeleteConfirm("a1");
-    else if (reason == "no rows")
-        searchField()->setText("zzz");
-    else if (reason == "no row")
-        list()->setCurrentRow(-1);
-    else
-        list()->setCurrentItem(new QListWidgetItem("foreign", list()));
-    home()->showHoverPreview();
-    QVERIFY(tooltip()->isHidden());
-}
-
-void HomeViewTest::scrollingCancelsTheTooltip()
-{
-    open(documentOf(numbered(60)));
-    QTRY_VERIFY(list()->verticalScrollBar()->maximum() > 0);
-    list()->setCurrentRow(1);
-    home()->showHoverPreview();
-    QVERIFY(tooltip()->isVisible());
-    hoverDelay()->start();
-    list()->verticalScrollBar()->setValue(20);
-    QVERIFY(tooltip()->isHidden());
-    QVERIFY(!hoverDelay()->isActive());
-    // So does a change of what the card shows.
-    home()->showHoverPreview();
-    QVERIFY(tooltip()->isVisible());
-    m_window->openItemEditor("1");
-    QVERIFY(tooltip()->isHidden());
 }
 
 void HomeViewTest::rebuildWithEverythingOpen()
