@@ -111,11 +111,20 @@ void SettingsViewTest::header()
     QVERIFY(backButton()->font().bold());
     QCOMPARE(backButton()->focusPolicy(), Qt::StrongFocus);
     QCOMPARE(backButton()->cursor().shape(), Qt::PointingHandCursor);
-    QVERIFY(backButton()->styleSheet().contains("border-radius: 16px;"));
-    QVERIFY(backButton()->styleSheet().contains(
-        QStringLiteral("hover { background-color: %1; color: %2; }")
-            .arg(Theme::stateLayerOn("transparent", Theme::colors().onSurface, 0.08),
-                 Theme::colors().onSurface)));
+    const QString ink = Theme::colors().onSurface;
+    QCOMPARE(title->styleSheet(),
+             QStringLiteral("color: %1; font-size: 18px; font-weight: bold; border: none; "
+                            "background: transparent;")
+                 .arg(ink));
+    QCOMPARE(backButton()->styleSheet(),
+             QStringLiteral("QPushButton { background-color: transparent; color: %1; border: none; "
+                            "border-radius: 16px; outline: 0; %4 }"
+                            "QPushButton:hover { background-color: %2; color: %1; }"
+                            "QPushButton:focus { background-color: %3; color: %1; outline: 0; }")
+                 .arg(ink, Theme::stateLayerOn("transparent", ink, 0.08),
+                      Theme::stateLayerOn("transparent", ink, 0.1),
+                      IconHelper::glyphCenteringPad(backButton()->font(), QChar(0x2190),
+                                                    QSize(32, 32))));
     QVERIFY(!Pixels::boxOfColor(backButton()->grab().toImage().convertedTo(QImage::Format_RGB32),
                                 QColor(Theme::colors().onSurface), 60)
                  .isEmpty());

@@ -31,6 +31,7 @@ private slots:
     void backspaceDeletesInAField();
     void escInAFieldIsTheCards();
     void openPopupKeepsItsKeys();
+    void listAlwaysHasACategory();
     void cardHandsTheFocusOn();
     void cardWithoutControlKeepsTheFocus();
     void clickOnACategoryLeadsIn();
@@ -322,6 +323,25 @@ void SettingsViewKeysTest::openPopupKeepsItsKeys()
     QTRY_VERIFY(!combo->view()->isVisible());
     combo->setFocus();
     QVERIFY(isTaken(Qt::Key_Up));
+}
+
+void SettingsViewKeysTest::listAlwaysHasACategory()
+{
+    openSettings(2);
+    categories()->setCurrentRow(-1);
+    backButton()->setFocus();
+    categories()->setFocus();
+    QCOMPARE(categories()->currentRow(), 0);
+    QCOMPARE(pages()->currentIndex(), 0);
+    // What is current but no longer selected is so again, with its page.
+    categories()->setCurrentRow(2);
+    categories()->clearSelection();
+    pages()->setCurrentIndex(1);
+    backButton()->setFocus();
+    categories()->setFocus();
+    QCOMPARE(categories()->currentRow(), 2);
+    QVERIFY(categories()->currentItem()->isSelected());
+    QCOMPARE(pages()->currentIndex(), 2);
 }
 
 void SettingsViewKeysTest::cardHandsTheFocusOn()

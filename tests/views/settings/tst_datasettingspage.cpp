@@ -88,6 +88,18 @@ private:
     ModalDriver m_driver;
 };
 
+/// Refuses, if the question looks like one about what can't be taken back.
+void lookAndRefuse(QWidget* dialog)
+{
+    const QList<QPushButton*> buttons = dialog->findChildren<QPushButton*>();
+    QCOMPARE(buttons.size(), 2);
+    QCOMPARE(buttons.at(0)->styleSheet(), Theme::destructiveBtnStyle(Theme::colors()));
+    QVERIFY(!buttons.at(0)->isDefault());
+    QVERIFY(buttons.at(1)->styleSheet() != buttons.at(0)->styleSheet());
+    QVERIFY(buttons.at(1)->isDefault());
+    buttons.at(1)->click();
+}
+
 /// Types a path into a chooser.
 Answer choose(const QString& path)
 {
@@ -263,8 +275,14 @@ void DataSettingsPageTest::looks()
         const ColorTokens c = Theme::colors();
         for (const char* name : {"btnExportData", "btnImportData"})
             QCOMPARE(button(name)->styleSheet(), Theme::smallPillStyle(c));
-        QCOMPARE(button("btnResetData")->palette().color(QPalette::ButtonText),
-                 QColor(c.onErrorContainer));
+        QCOMPARE(button("btnResetData")->styleSheet(),
+                 QStringLiteral("QPushButton { background-color: %1; color: %2; border: 1px solid "
+                                "transparent; border-radius: 18px; padding: 0 16px; font-size: "
+                                "12px; font-weight: bold; outline: 0; }"
+                                "QPushButton:hover { background-color: %3; color: %4; }"
+                                "QPushButton:focus { background-color: %3; color: %4; outline: 0; "
+                                "}")
+                     .arg(c.errorContainer, c.onErrorContainer, c.errorColor, c.onError));
         const auto ground = [this] {
             const QImage image = button("btnResetData")->grab().toImage();
             return image.pixelColor(image.width() / 2, 4);
@@ -402,19 +420,11 @@ void DataSettingsPageTest::importChooser()
 void DataSettingsPageTest::importAsksFirst()
 {
     StorageManager::saveData(path("other.json"), document("Home"));
-    QStringList defaults;
-    Dialogs dialogs({choose(path("other.json")), [&defaults](QWidget* box) {
-                         for (const auto* each : box->findChildren<QPushButton*>()) {
-                             if (each->isDefault())
-                                 defaults.append(each->text());
-                         }
-                         click("Cancel")(box);
-                     }});
+    Dialogs dialogs({choose(path("other.json")), lookAndRefuse});
     button("btnImportData")->click();
     QCOMPARE(dialogs.texts, QStringList({Tr::t("settings.data.import_confirm_title"),
                                          Tr::t("settings.data.import_confirm_msg")}));
     QCOMPARE(dialogs.buttons, QStringList({"Yes", "Cancel"}));
-    QCOMPARE(defaults, QStringList{"Cancel"});
     QCOMPARE(m_model->data(), document("Work"));
     QVERIFY(!QFileInfo::exists(previousFile()));
 }
@@ -545,7 +555,7 @@ void DataSettingsPageTest::cancelledImport()
 
 void DataSettingsPageTest::resetAsksFirst()
 {
-    Dialogs dialogs({click("Cancel")});
+    Dialogs dialogs({lookAndRefuse});
     button("btnResetData")->click();
     QCOMPARE(dialogs.count(), 1);
     QCOMPARE(dialogs.texts, QStringList({Tr::t("settings.data.reset_confirm_title"),
@@ -586,12 +596,16 @@ void DataSettingsPageTest::otherFilesAreUntouched()
     for (const QString& name : names)
         TestHome::writeDataFile(name, "what stands in " + name.toUtf8());
     StorageManager::saveData(path("other.json"), document("Home"));
-    const Dialogs importing({choose(path("other.json")), click("Yes"), press(Qt::Key_Return)});
-    button("btnImportData")->click();
-    const Dialogs exporting({choose(path("copy.json")), press(Qt::Key_Return)});
-    button("btnExportData")->click();
-    const Dialogs resetting({click("Delete Everything"), press(Qt::Key_Return)});
-    button("btnResetData")->click();
+    // One at a time, or each would take the windows of the others.
+    const auto run = [this](const char* name, const QList<Answer>& answers) {
+        const Dialogs dialogs(answers);
+        button(name)->click();
+        QCOMPARE(dialogs.count(), answers.size());
+    };
+    run("btnImportData", {choose(path("other.json")), click("Yes"), press(Qt::Key_Return)});
+    run("btnExportData", {choose(path("copy.json")), press(Qt::Key_Return)});
+    QVERIFY(QFileInfo::exists(path("copy.json")));
+    run("btnResetData", {click("Delete Everything"), press(Qt::Key_Return)});
     QCOMPARE(m_model->data(), StorageManager::emptyDocument());
     for (const QString& name : names)
         QCOMPARE(contentOf(QDir(TestHome::dataDir()).filePath(name)),

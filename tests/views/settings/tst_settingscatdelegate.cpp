@@ -31,6 +31,8 @@ private slots:
     void paintsTheStates_data();
     void paintsTheStates();
     void placesThings();
+    void sizesAndWeights_data();
+    void sizesAndWeights();
     void withoutAGlyph();
     void longNamesEndInThePill();
 
@@ -119,6 +121,38 @@ void SettingsCatDelegateTest::placesThings()
     const QRect text = Pixels::boxOfColor(right, ink, 60).translated(56, 0);
     QVERIFY2(qAbs(text.left() - (24 + 28 + 10)) <= 2, qPrintable(QString::number(text.left())));
     QVERIFY(qAbs(text.center().y() - 25) <= 2);
+}
+
+void SettingsCatDelegateTest::sizesAndWeights_data()
+{
+    QTest::addColumn<QStyle::State>("state");
+    QTest::addColumn<int>("weight");
+    QTest::newRow("idle") << QStyle::State(QStyle::State_Enabled) << int(QFont::Medium);
+    QTest::newRow("hovered") << QStyle::State(QStyle::State_MouseOver) << int(QFont::Medium);
+    QTest::newRow("selected") << QStyle::State(QStyle::State_Selected) << int(QFont::Bold);
+}
+
+void SettingsCatDelegateTest::sizesAndWeights()
+{
+    QFETCH(QStyle::State, state);
+    QFETCH(int, weight);
+    const ColorTokens c = Theme::colors();
+    const bool isSelected = state.testFlag(QStyle::State_Selected);
+    // What is in it, drawn by hand on the pill and the circle that stand there empty.
+    QImage expected = paint(state, QString(), ' ');
+    QPainter painter(&expected);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    IconHelper::drawGlyph(&painter, QRectF(24, 11, 28, 28).center(), Glyph::Folder, 16,
+                          QColor(isSelected ? getItemTheme().onKey : c.onSurfaceVariant));
+    QFont font;
+    font.setFamilies(FontTokens::Families);
+    font.setPixelSize(13);
+    font.setWeight(QFont::Weight(weight));
+    painter.setFont(font);
+    painter.setPen(QColor(isSelected ? c.onPrimaryContainer : c.onSurfaceVariant));
+    painter.drawText(QRect(24 + 28 + 10, 6, 100, 38), Qt::AlignLeft | Qt::AlignVCenter, "Wide");
+    painter.end();
+    QCOMPARE(paint(state, "Wide", Glyph::Folder), expected);
 }
 
 void SettingsCatDelegateTest::withoutAGlyph()

@@ -49,6 +49,13 @@ QVector<SectionTemplate> kitAndBox()
             {"Box", SectionTemplate::DefaultIcon, {snippet("Lid")}}};
 }
 
+QString titleSheet()
+{
+    return QStringLiteral("QLabel#titleStatic { background-color: transparent; color: %1; "
+                          "font-size: 14px; font-weight: bold; border: none; }")
+        .arg(Theme::colors().onSurface);
+}
+
 QPushButton* buttonOf(const QWidget* dialog, const char* textKey)
 {
     for (auto* button : dialog->findChildren<QPushButton*>()) {
@@ -304,7 +311,10 @@ void TemplateSettingsPageTest::withoutTemplates()
     const auto* hint = qobject_cast<QLabel*>(page.layout()->itemAt(1)->widget());
     QCOMPARE(hint->text(), Tr::t("template.page_empty"));
     QVERIFY(hint->wordWrap());
-    QVERIFY(hint->styleSheet().contains("padding-left: 24px"));
+    const ColorTokens c = Theme::colors();
+    QCOMPARE(hint->styleSheet(),
+             Theme::textOnCardStyle(c.onSurfaceVariant, "13px") + " padding-left: 24px;");
+    QCOMPARE(create->findChild<QLabel*>("titleStatic")->styleSheet(), titleSheet());
     const Dialogs dialogs({cancel});
     button->click();
     QCOMPARE(dialogs.count(), hasModel ? 1 : 0);
@@ -319,6 +329,10 @@ void TemplateSettingsPageTest::rowsShowTheTemplates()
     const QList<QLabel*> labels = rows().at(1)->findChildren<QLabel*>();
     QCOMPARE(labels.size(), 2);
     QCOMPARE(labels.at(1)->text(), "2 shortcuts");
+    QCOMPARE(labels.at(0)->objectName(), "titleStatic");
+    QCOMPARE(labels.at(0)->styleSheet(), titleSheet());
+    QCOMPARE(labels.at(1)->styleSheet(),
+             Theme::textOnCardStyle(Theme::colors().onSurfaceVariant, "13px"));
     auto* icon = rows().at(1)->findChild<GlyphLabel*>();
     QCOMPARE(icon->size(), QSize(24, 24));
     GlyphLabel likeness;
