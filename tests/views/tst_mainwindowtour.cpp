@@ -7,12 +7,16 @@
 #include "SettingsView.h"
 #include "TourOverlay.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
+
 namespace
 {
 
 constexpr int kForceLight = 1;
 constexpr int kForceDark = 2;
 constexpr int kOver = -1;
+constexpr int kSettleMs = 270; // of 300, which a timer of that length may fall short of by 5%
 
 struct Step
 {
@@ -63,6 +67,8 @@ private slots:
     void companionExplainsTheDialog_data();
     void companionExplainsTheDialog();
     void questionHidesTheOverlay();
+
+    void ordersNothing();
 
     void lightThemeIsDarkForTheTour();
     void darkThemeStartsAtOnce();
@@ -448,9 +454,29 @@ void MainWindowTourTest::questionHidesTheOverlay()
     QVERIFY(overlay()->isVisible());
 }
 
+/// What a tour hides can't be put into order.
+void MainWindowTourTest::ordersNothing()
+{
+    start();
+    const LauncherData before = model()->data();
+    home()->enterSectionReorderMode();
+    QVERIFY(!home()->isReorderMode()); // fewer pills than there are sections
+    home()->enterReorderMode();
+    press(Qt::Key_Space);
+    press(Qt::Key_Right);
+    home()->exitReorderMode(true);
+    QVERIFY(!home()->isReorderMode());
+    QCOMPARE(model()->data().categories, before.categories);
+    QCOMPARE(model()->data().sectionElements, before.sectionElements);
+    QCOMPARE(m_window->tourStep(), int(MainWindow::TourWelcome));
+}
+
 void MainWindowTourTest::lightThemeIsDarkForTheTour()
 {
+    QElapsedTimer waited;
+    waited.start();
     start(kForceLight);
+    QVERIFY(waited.elapsed() >= kSettleMs); // for the rebuild
     QVERIFY(Theme::isDarkMode());
     QCOMPARE(stored("Theme/ForceTheme"), QStringLiteral("1"));
     QVERIFY(background()->styleSheet().contains(Theme::shellBg()));
@@ -467,7 +493,8 @@ void MainWindowTourTest::darkThemeStartsAtOnce()
     open();
     const QPointer<QFrame> before = background();
     m_window->startInteractiveTour();
-    QTRY_VERIFY(m_window->tourActive());
+    QCoreApplication::processEvents(); // and no more than that
+    QVERIFY(m_window->tourActive());
     QVERIFY(!isDipping());
     QCOMPARE(background(), before.data());
     m_window->endTour();
@@ -493,8 +520,11 @@ void MainWindowTourTest::aboutPageStartsTheTour()
     m_window->goToPage(1);
     QTRY_COMPARE(stack()->currentIndex(), 1);
     QTRY_VERIFY(!isDipping());
+    QElapsedTimer waited;
+    waited.start();
     emit m_window->findChild<AboutSettingsPage*>()->startTourRequested();
     QTRY_VERIFY(m_window->tourActive());
+    QVERIFY(waited.elapsed() >= 2 * kSettleMs); // for the page, then for the rebuild
     QCOMPARE(stack()->currentIndex(), 0);
     QVERIFY(Theme::isDarkMode());
     QVERIFY(overlay()->isVisible());
@@ -509,6 +539,12 @@ void MainWindowTourTest::newUserIsWelcomedOnce()
     store("Theme/ForceTheme", kForceDark);
     const ModalDriver driver([](QWidget* dialog) {
         QVERIFY(qobject_cast<OnboardingDialog*>(dialog));
+        // Held for as long as it is open, and not only since the window has been shown.
+        QTimer shown;
+        shown.setSingleShot(true);
+        shown.start(AutoQuitBlocker::ReleaseMs + 100);
+        QTRY_VERIFY(!shown.isActive());
+        QVERIFY(g_blockAutoQuit);
         QCOMPARE(QSettings(Theme::settingsFilePath(), Settings::format())
                      .value("Onboarding/Completed")
                      .toBool(),

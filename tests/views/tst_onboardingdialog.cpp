@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QFrame>
+#include <QGraphicsDropShadowEffect>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
@@ -64,6 +65,7 @@ private slots:
     void hasSeenOnboarding_data();
     void hasSeenOnboarding();
     void look();
+    void slideStyles();
     void languageButtons();
     void currentLanguageIsLit_data();
     void currentLanguageIsLit();
@@ -182,6 +184,39 @@ void OnboardingDialogTest::look()
     QCOMPARE(stack()->count(), 5);
     QCOMPARE(stack()->width(), 390);
     QCOMPARE(dots().size(), 5);
+    const auto* shadow = m_dialog->findChild<QGraphicsDropShadowEffect*>();
+    QVERIFY(shadow);
+    QCOMPARE(shadow->color(), QColor(0, 0, 0, 60));
+}
+
+void OnboardingDialogTest::slideStyles()
+{
+    open();
+    const ColorTokens c = Theme::colors();
+    const auto verify = [](const QLabel* label, int px, bool isBold, const QString& color) {
+        QVERIFY(label);
+        label->ensurePolished();
+        const QByteArray name = label->objectName().toUtf8();
+        QVERIFY2(label->font().pixelSize() == px, name.constData());
+        const int weight = isBold ? int(QFont::Bold) : QApplication::font().weight();
+        QVERIFY2(label->font().weight() == weight, name.constData());
+        QVERIFY2(label->palette().color(QPalette::WindowText) == QColor(color), name.constData());
+        QVERIFY2(label->wordWrap(), name.constData());
+    };
+    const auto* question = m_dialog->findChild<QLabel*>("languageQuestion");
+    verify(question, 20, true, c.onSurface);
+    QCOMPARE(question->alignment(), Qt::AlignCenter);
+    verify(label("slideTitle", 1), 24, true, c.onSurface);
+    QCOMPARE(label("slideTitle", 1)->alignment(), Qt::AlignCenter);
+    QCOMPARE(label("slideText", 1)->alignment(), Qt::AlignCenter);
+    for (int number = 2; number <= kLastSlide; ++number) {
+        QCOMPARE(label("slideTitle", number)->styleSheet(), Theme::dialogTitleStyle(c));
+        QCOMPARE(label("slideText", number)->styleSheet(),
+                 QStringLiteral("color: %1; font-size: 14px; line-height: 1.5;")
+                     .arg(c.onSurfaceVariant));
+    }
+    for (int number = 1; number <= kLastSlide; ++number)
+        verify(label("slideText", number), 14, false, c.onSurfaceVariant);
 }
 
 void OnboardingDialogTest::languageButtons()
@@ -379,7 +414,10 @@ void OnboardingDialogTest::keys()
     QCOMPARE(m_dialog->isVisible(), !isOver);
     QCOMPARE(m_dialog->tourRequested(), isOver);
     QCOMPARE(isStoredAsSeen(), isOver);
-    if (!isOver)
+    if (isOver)
+        QCOMPARE(m_dialog->result(),
+                 int(from == kLastSlide ? QDialog::Accepted : QDialog::Rejected));
+    else
         QCOMPARE(slide(), to);
     QCOMPARE(Tr::currentLang, Lang::En);
 }
