@@ -30,6 +30,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -40,6 +42,11 @@ constexpr int kPillScrollMargin = 24;
 /// The strip as wide as it is in the window, which a pill may not exceed.
 constexpr int kStripWidth =
     MainWindow::WINDOW_WIDTH_GRID - 2 * FramelessWindow::SHADOW_MARGIN - 2 * Theme::Sp_Md;
+/// Pills are widgets with a style sheet each. Up to so many are all made, of more only those in
+/// view and as far from it as the reserve goes, so that they are not made anew at every turn of a
+/// wheel.
+constexpr int kPillsAtOnce = 60;
+constexpr int kStripReserve = 2000;
 constexpr int kEmptyButtonPadding = 2 * (16 + 1); // px around its text, see the button styles
 constexpr int kTilePoints = 9;
 constexpr int kMinCellWidth = 72;
@@ -176,21 +183,101 @@ HomeView::~HomeView()
 void HomeView::refreshCategories(int preferredIndex, bool keepActionsPanel)
 {
     endStaleReorder();
-    clearPills();
     const QString current = m_model->currentCategory();
+    m_stripSections.clear();
     for (const QString& section : m_model->data().categories) {
-        if (!m_mainWindow->tourShowsCategory(section))
-            continue;
-        GlyphButton* pill = addPill(section);
-        if (section == current)
-            m_selectedCatBtn = pill;
+        if (m_mainWindow->tourShowsCategory(section))
+            m_stripSections.append(section);
     }
-    m_catLayout->addStretch();
+    measureStrip();
+    const int place = int(m_stripSections.indexOf(current));
+    fillStrip(place < 0 || isStripWhole() ? 0 : m_pillRow.left(place));
     m_catScroll->setAccessibleName(RowPainting::visiblePart(current, kSpokenLength));
-    applySelectedCatPillStyle();
     scrollToSelectedPill();
     if (!m_mainWindow->isItemEditorOpen())
         refreshUI(preferredIndex, keepActionsPanel);
+}
+
+bool HomeView::isStripWhole() const
+{
+    return m_stripSections.size() <= kPillsAtOnce;
+}
+
+/// Finds out where each pill stands, unless all of them are made anyway.
+void HomeView::measureStrip()
+{
+    if (isStripWhole()) {
+        m_pillRow = {};
+        return;
+    }
+    if (m_pillWidths.size() > 2 * m_stripSections.size())
+        m_pillWidths.clear(); // most of them are of names that are no more
+    const std::unique_ptr<GlyphButton> gauge(makePill(m_stripSections.constFirst()));
+    const QFontMetrics metrics = gauge->fontMetrics();
+    const auto textWidth = [&metrics](const QString& label) {
+        return metrics.size(Qt::TextShowMnemonic, label).width();
+    };
+    // A pill is measured once: setting each text on it would take many times as long.
+    gauge->setText(QStringLiteral("X"));
+    const int padding = gauge->minimumSizeHint().width() - textWidth(gauge->text());
+    QVector<int> widths;
+    widths.reserve(m_stripSections.size());
+    for (const QString& section : std::as_const(m_stripSections)) {
+        int& width = m_pillWidths[section];
+        if (width == 0) {
+            const QString line = labelLine(*gauge, section, kStripWidth - kPillPadding);
+            width = padding + textWidth(Keys::withoutShortcut(line));
+        }
+        widths.append(width);
+    }
+    m_pillRow.layOut(widths, m_catLayout->spacing());
+}
+
+/// Makes the pills of the strip: all of them or, of very many, those around a place, which is
+/// `left` pixels from its left end, and that of the current section. Room is left for the others.
+void HomeView::fillStrip(int left)
+{
+    clearPills();
+    m_madePills = {0, int(m_stripSections.size())};
+    if (!isStripWhole())
+        m_madePills = m_pillRow.within(left - kStripReserve, left + kStripWidth + kStripReserve);
+    const int current = int(m_stripSections.indexOf(m_model->currentCategory()));
+    int next = 0;
+    const auto add = [&](int index) {
+        addRoom({next, index});
+        GlyphButton* pill = addPill(m_stripSections.at(index));
+        if (index == current)
+            m_selectedCatBtn = pill;
+        next = index + 1;
+    };
+    if (current >= 0 && current < m_madePills.first)
+        add(current);
+    for (int index = m_madePills.first; index < m_madePills.end; ++index)
+        add(index);
+    if (current >= m_madePills.end)
+        add(current);
+    addRoom({next, int(m_stripSections.size())});
+    m_catLayout->addStretch();
+    applySelectedCatPillStyle();
+}
+
+/// In the place of pills that are not made.
+void HomeView::addRoom(const PillRow::Range& pills)
+{
+    if (pills.first < pills.end)
+        m_catLayout->addSpacing(m_pillRow.room(pills));
+}
+
+/// Makes the pills that have come into view and have not been made.
+void HomeView::followStripScroll(int left)
+{
+    if (isStripWhole())
+        return;
+    const PillRow::Range seen = m_pillRow.within(left, left + kStripWidth);
+    if (seen.first >= m_madePills.first && seen.end <= m_madePills.end)
+        return;
+    fillStrip(left);
+    m_catLayout->activate(); // or they would be painted before they have a place
 }
 
 void HomeView::clearPills()

@@ -6,10 +6,13 @@
 #include "ActionsPanel.h"
 #include "Delegates.h"
 #include "GlyphWidgets.h"
+#include "PillRow.h"
 
 #include <QEvent>
+#include <QHash>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 #include <QWidget>
 
@@ -157,6 +160,12 @@ private:
     void connectCard();
     void connectActions();
 
+    /// Whether all pills are made, as they are but for very many sections.
+    bool isStripWhole() const;
+    void measureStrip();
+    void fillStrip(int left);
+    void addRoom(const PillRow::Range& pills);
+    void followStripScroll(int left);
     void clearPills();
     GlyphButton* makePill(const QString& section);
     GlyphButton* addPill(const QString& section);
@@ -189,7 +198,7 @@ private:
     void followFocus(const QObject* obj, QEvent::Type type);
 
     void refuseReorder(const char* titleKey, const char* textKey);
-    QVector<GlyphButton*> pills() const;
+    QVector<QRect> pillRects() const;
     QPixmap picturePill(const QString& section, const QSize& size, bool lit);
     void handleReorderKey(int key);
     void beginReorder(ReorderTarget target);
@@ -213,6 +222,10 @@ private:
     QScrollArea* m_catScroll = nullptr; ///< takes the keyboard for all the pills
     QWidget* m_catContainer = nullptr;
     QHBoxLayout* m_catLayout = nullptr;
+    QStringList m_stripSections;      ///< those that have a pill, in its order
+    PillRow m_pillRow;                ///< of them; empty if all pills are made
+    PillRow::Range m_madePills;       ///< that of the current section may be another one
+    QHash<QString, int> m_pillWidths; ///< by section; the strip's font stays what it is
     QPointer<GlyphButton> m_selectedCatBtn;
     GlyphButton* m_homeSettingsBtn = nullptr;
     GlyphButton* m_homeAddBtn = nullptr;

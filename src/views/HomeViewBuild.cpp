@@ -447,6 +447,8 @@ void HomeView::connectHeader()
         m_searchQuery = text;
         refreshUI(-1, false);
     });
+    connect(m_catScroll->horizontalScrollBar(), &QScrollBar::valueChanged, this,
+            &HomeView::followStripScroll);
     connect(m_homeAddBtn, &QPushButton::clicked, this,
             [this] { m_mainWindow->showAddActionsMenu(); });
     connect(m_homeTemplateBtn, &QPushButton::clicked, this,

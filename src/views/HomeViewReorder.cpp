@@ -132,12 +132,11 @@ void HomeView::enterSectionReorderMode()
         refuseReorder("actions.reorder_sections", "reorder.err_single_section");
         return;
     }
-    const QVector<GlyphButton*> shown = pills();
-    if (shown.size() != sections.size())
+    if (m_stripSections != sections)
         return;
     QVector<SectionReorderOverlay::TileSource> sources;
-    for (const GlyphButton* pill : shown) {
-        const QRect rect(pill->mapTo(m_catScroll->viewport(), QPoint(0, 0)), pill->size());
+    sources.reserve(sections.size());
+    for (const QRect& rect : pillRects()) {
         const QString& name = sections.at(sources.size());
         const auto picture = [this, name, size = rect.size()](bool lit) {
             return picturePill(name, size, lit);
@@ -166,14 +165,23 @@ QPixmap HomeView::picturePill(const QString& section, const QSize& size, bool li
     return grabPillWithRoundedCorners(pill.get());
 }
 
-QVector<GlyphButton*> HomeView::pills() const
+/// Where the pills stand in the viewport of the strip, those that are not made among them.
+QVector<QRect> HomeView::pillRects() const
 {
-    QVector<GlyphButton*> result;
-    for (int i = 0; i < m_catLayout->count(); ++i) {
-        if (auto* pill = qobject_cast<GlyphButton*>(m_catLayout->itemAt(i)->widget()))
-            result.append(pill);
+    const QPoint origin = m_catContainer->pos();
+    QVector<QRect> rects;
+    rects.reserve(m_stripSections.size());
+    if (isStripWhole()) {
+        for (int i = 0; i < m_catLayout->count(); ++i) {
+            if (const QWidget* pill = m_catLayout->itemAt(i)->widget())
+                rects.append(pill->geometry().translated(origin));
+        }
+        return rects;
     }
-    return result;
+    for (int i = 0; i < m_pillRow.count(); ++i)
+        rects.append(
+            QRect(m_pillRow.left(i), 0, m_pillRow.width(i), CatPillHeight).translated(origin));
+    return rects;
 }
 
 void HomeView::reorderArrow(int key)

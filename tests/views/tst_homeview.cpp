@@ -42,6 +42,16 @@ LauncherData documentOf(const QStringList& names)
     return document;
 }
 
+/// So many that not every one has a pill, with names of different lengths.
+LauncherData manySections(int count)
+{
+    LauncherData document;
+    for (int i = 0; i < count; ++i)
+        document.categories.append(QStringLiteral("S & %1%2").arg(i).arg(QString(i % 7 * 4, u'w')));
+    document.defaultCategory = document.categories.constFirst();
+    return document;
+}
+
 QStringList numbered(int count)
 {
     QStringList names;
@@ -77,6 +87,8 @@ private slots:
     void clickOnAPillBuildsTheRowsTwice();
     void contextMenuOfAPill();
     void selectedPillIsScrolledIntoView();
+    void manySectionsHaveTheirPillsInView();
+    void manySectionsByKeys();
     void wheelScrollsTheStrip_data();
     void wheelScrollsTheStrip();
     void stepCategory_data();
@@ -431,6 +443,67 @@ void HomeViewTest::selectedPillIsScrolledIntoView()
     model()->setCurrentCategory("Alpha");
     home()->refreshCategories(-1, false);
     QTRY_COMPARE(bar->value(), 0);
+}
+
+void HomeViewTest::manySectionsHaveTheirPillsInView()
+{
+    constexpr int kCount = 500;
+    open(manySections(kCount));
+    const QStringList sections = model()->data().categories;
+    const QScrollArea* area = home()->categoryStrip();
+    QScrollBar* bar = area->horizontalScrollBar();
+    QTRY_VERIFY(bar->maximum() > kCount * 28);
+    QCoreApplication::processEvents(); // which scrolls to the current one
+    const int end = bar->maximum();
+    QHash<QString, int> places;
+    for (int left = 0; left <= end; left = left == end ? end + 1 : std::min(left + 300, end)) {
+        bar->setValue(left);
+        QCoreApplication::processEvents();
+        QCOMPARE(bar->maximum(), end);
+        QVERIFY(pills().size() < 200);
+        QVERIFY(home()->selectedCategoryButton());
+        QCOMPARE(home()->selectedCategoryButton()->label(), sections.constFirst());
+        int x = -1;
+        qsizetype index = -1;
+        for (const GlyphButton* button : pills()) {
+            if (button->geometry().right() < left || button->x() > left + kStripWidth)
+                continue;
+            // Each has its place, side by side with the next, and without a gap on either side.
+            QCOMPARE(places.value(button->label(), button->x()), button->x());
+            places.insert(button->label(), button->x());
+            if (x < 0)
+                QVERIFY(button->x() <= left + 8 || button->label() == sections.constFirst());
+            else
+                QCOMPARE(button->x(), x);
+            QCOMPARE(sections.indexOf(button->label()),
+                     index < 0 ? sections.indexOf(button->label()) : index);
+            index = sections.indexOf(button->label()) + 1;
+            x = button->geometry().right() + 1 + 8;
+        }
+        QVERIFY(x >= left + kStripWidth || index == kCount);
+    }
+    QCOMPARE(places.size(), kCount);
+    QCOMPARE(places.value(sections.constLast()) + pills().constLast()->width(),
+             named("catContainer")->width());
+}
+
+void HomeViewTest::manySectionsByKeys()
+{
+    open(manySections(500));
+    const QStringList sections = model()->data().categories;
+    for (int i = 1; i < 150; ++i) {
+        QTest::keyClick(strip(), Qt::Key_Right);
+        QCOMPARE(model()->currentCategory(), sections.at(i));
+        QVERIFY(home()->selectedCategoryButton());
+        QCOMPARE(home()->selectedCategoryButton()->label(), sections.at(i));
+    }
+    QCoreApplication::processEvents();
+    const QWidget* viewport = home()->categoryStrip()->viewport();
+    QTRY_VERIFY(viewport->rect().contains(rectIn(*viewport, home()->selectedCategoryButton())));
+    model()->setCurrentCategory(sections.constLast());
+    home()->refreshCategories(-1, false);
+    QTRY_VERIFY(viewport->rect().contains(rectIn(*viewport, home()->selectedCategoryButton())));
+    QCOMPARE(home()->selectedCategoryButton()->label(), sections.constLast());
 }
 
 void HomeViewTest::wheelScrollsTheStrip_data()

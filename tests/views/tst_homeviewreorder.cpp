@@ -27,6 +27,7 @@ class HomeViewReorderTest : public HomePageFixture
     Q_OBJECT
 
 private slots:
+    void manySectionsAreReordered();
     void menuBeginsTheMode();
     void menuBeginsTheModeOfSections();
     void cursorBeginsOnTheCurrentRow();
@@ -128,6 +129,13 @@ private:
         sendMouse(overlay(), QEvent::MouseMove, to);
         sendMouse(overlay(), QEvent::MouseButtonRelease, to);
     }
+    static LauncherData manySections(int count)
+    {
+        LauncherData document = standardDocument();
+        for (int i = 0; i < count; ++i)
+            document.categories.append(QStringLiteral("Section %1").arg(i));
+        return document;
+    }
     static LauncherData manyItems(int count)
     {
         LauncherData document = standardDocument();
@@ -188,6 +196,26 @@ private:
         goToRow(0);
     }
 };
+
+void HomeViewReorderTest::manySectionsAreReordered()
+{
+    open(manySections(300));
+    QStringList wanted = sections();
+    wanted.move(0, 1);
+    const QRect third = rectIn(*home()->categoryStrip()->viewport(), shownPills().at(2));
+    home()->enterSectionReorderMode();
+    QCOMPARE(overlay()->slotCount(), int(wanted.size()));
+    QTRY_VERIFY(isAtRest());
+    // Where the pills are, of which not all have been made.
+    QCOMPARE(tile(2)->geometry().adjusted(SectionReorderOverlay::TilePad, 0,
+                                          -SectionReorderOverlay::TilePad, 0),
+             third);
+    press(Qt::Key_Space);
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    QCOMPARE(sections(), wanted);
+    QCOMPARE(onDisk().categories, wanted);
+}
 
 void HomeViewReorderTest::menuBeginsTheMode()
 {
