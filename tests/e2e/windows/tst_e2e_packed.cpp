@@ -6,6 +6,7 @@
 #include "NativeDesktop.h"
 #include "OnboardingDialog.h"
 #include "Profile.h"
+#include "SingleInstance.h"
 #include "SpotlightWindow.h"
 #include "TourOverlay.h"
 
@@ -104,14 +105,19 @@ public:
     NativeDesktop::Window tourCard() const { return windowOfWidth(TourOverlay::CardWidth); }
     /// Its visible windows, the menus among them.
     qsizetype windowCount() const { return NativeDesktop::windowsOf(m_process.processId()).size(); }
-    /// The place of a menu over the home page; null without one.
-    QRect menu() const
+    /// Whether a menu is up over the home page and nothing else, another than that one. The
+    /// keyboard stays with the page meanwhile.
+    bool isMenuUp(quintptr notThis = 0) const
     {
-        QRect found;
+        return home().isForeground && windowCount() == 2 && menuHandle() != notThis;
+    }
+    quintptr menuHandle() const
+    {
+        const quintptr page = home().handle;
         for (const NativeDesktop::Window& window : NativeDesktop::windowsOf(m_process.processId()))
-            found =
-                window.geometry.width() == MainWindow::WINDOW_WIDTH_GRID ? found : window.geometry;
-        return found;
+            if (window.handle != page)
+                return window.handle;
+        return 0;
     }
     /// Whether the keyboard is with a window of the program that is neither of the two.
     bool isDialogUp() const { return dialog().exists(); }
@@ -244,6 +250,7 @@ private slots:
 
     void bothHotkeysFire();
     void snippetLandsOnTheClipboard();
+    void lockHasItsName();
     void secondStartWakesTheFirst();
     void secondStartRaisesWhatIsShown();
     void copyElsewhereRunsBesideIt();
@@ -376,6 +383,24 @@ void E2ePacked::snippetLandsOnTheClipboard()
     const QJsonObject usage = QJsonDocument::fromJson(read(QStringLiteral("usage.json"))).object();
     const QJsonObject record = usage.value(QStringLiteral("id-Greeting")).toObject();
     QCOMPARE(record.value(QStringLiteral("c")).toInt(), 1);
+}
+
+void E2ePacked::lockHasItsName()
+{
+    const QString key = SingleInstance::instanceKey(QFileInfo(packedFolder()).absoluteFilePath());
+    const QString name = QStringLiteral("Orlimo_Vestrel_SingleInstanceMutex_") + key;
+    const auto isThere = [&name] {
+        const HANDLE mutex =
+            OpenMutexW(SYNCHRONIZE, FALSE, reinterpret_cast<LPCWSTR>(name.utf16()));
+        return mutex != nullptr && CloseHandle(mutex) != 0;
+    };
+    {
+        QVERIFY(!isThere());
+        const Program program;
+        QTRY_VERIFY_WITH_TIMEOUT(program.home().exists(), kPatienceMs);
+        QVERIFY(isThere());
+    }
+    QTRY_VERIFY(!isThere()); // it goes with the process
 }
 
 void E2ePacked::secondStartWakesTheFirst()
@@ -893,7 +918,7 @@ void E2ePacked::sectionSavedAsTemplateAndUsedByKeys()
         QTRY_VERIFY_WITH_TIMEOUT(program.home().isForeground, kPatienceMs);
         // From the pills by way of the search to the button of templates.
         press({up, left, enter});
-        QTRY_VERIFY(program.menu().isValid());
+        QTRY_VERIFY(program.isMenuUp());
         press({down, enter});
         QTRY_VERIFY(program.isDialogUp());
         press({QStringLiteral("Ctrl+A")});
@@ -905,11 +930,11 @@ void E2ePacked::sectionSavedAsTemplateAndUsedByKeys()
     const Program again;
     QTRY_VERIFY_WITH_TIMEOUT(again.home().isForeground, kPatienceMs);
     press({up, left, enter});
-    QTRY_VERIFY(again.menu().isValid());
-    const QRect first = again.menu();
+    QTRY_VERIFY(again.isMenuUp());
+    const quintptr first = again.menuHandle();
     press({down, down, enter});
     // The templates, of which there is but one.
-    QTRY_VERIFY(again.menu().isValid() && again.menu() != first);
+    QTRY_VERIFY(again.isMenuUp(first));
     press({down, enter});
     QTRY_VERIFY(again.isDialogUp());
     press({enter}); // with the name that is suggested
