@@ -118,8 +118,11 @@ void HomePage::type(const QString& text) const
 void HomePage::click(const QPoint& place, uint8_t button) const
 {
     m_desktop.client().click(m_program.homeWindow().geometry.topLeft() + place, button);
-    m_program.waitForKeysToBeHandled();
+    // The window manager holds a click back for a moment, and it counts for where the pointer is
+    // when it is let go.
+    m_program.settledScreenshot();
     m_desktop.client().movePointer(kCorner);
+    m_program.waitForKeysToBeHandled();
 }
 
 void HomePage::takeWithPointer(const QPoint& place) const
