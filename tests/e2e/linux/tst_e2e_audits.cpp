@@ -7,7 +7,12 @@
 #include <QFile>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
+
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -29,6 +34,7 @@ private slots:
 
     void colors_data();
     void colors();
+    void fileInAClosedDirectory();
     void contrast_data();
     void contrast();
     void besideARunningInstance();
@@ -110,6 +116,40 @@ void E2eAudits::colors()
     QCOMPARE(file.readAll().count('\n'), kColorLines);
     QCOMPARE(QFile::exists(beside), report.isEmpty());
     QVERIFY2(log().contains("AUDIT WARNA ditulis ke"), log().constData());
+}
+
+/// A report that may be written, though nothing may be put beside it.
+void E2eAudits::fileInAClosedDirectory()
+{
+    // Nothing is closed to the superuser.
+    const uid_t user = ::geteuid() == 0 ? 65533 : ::geteuid();
+    QFile::setPermissions(m_desktop->path(QString()),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeOther);
+    const QString dir = m_desktop->path(QStringLiteral("closed"));
+    const QString path = dir + QStringLiteral("/report.txt");
+    QVERIFY(QDir().mkpath(dir));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("what stood there before\n") > 0);
+    file.close();
+    for (const QString& owned : {path, dir})
+        QCOMPARE(::chown(QFile::encodeName(owned).constData(), user, user), 0);
+    QCOMPARE(::chmod(QFile::encodeName(dir).constData(), 0555), 0);
+
+    QProcess process;
+    process.setProcessEnvironment(m_desktop->environment());
+    process.setChildProcessModifier([user] {
+        if (::geteuid() == 0 &&
+            (::setresgid(user, user, user) != 0 || ::setresuid(user, user, user) != 0))
+            ::_exit(EXIT_FAILURE);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    });
+    process.start(copyOfProgram(), {QStringLiteral("--audit-color"), path});
+    QVERIFY(process.waitForFinished(kPatienceMs));
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll().count('\n'), kColorLines);
+    QCOMPARE(::chmod(QFile::encodeName(dir).constData(), 0755), 0);
 }
 
 void E2eAudits::contrast_data()
