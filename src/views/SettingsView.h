@@ -39,7 +39,8 @@ public:
 
     /// Gives the focus to the list. \returns true, for the key that has led there is consumed.
     bool focusCategoryPane();
-    /// Goes to the first category, where each visit begins.
+    /// Goes to the first category, where each show of the window begins. A visit by key or button
+    /// finds the category that the one before has left.
     void resetToTop();
     /// Goes to the category that bears this text, which is a translated one, and into its page.
     /// \returns false if there is none.
