@@ -93,6 +93,21 @@ inline int largestDifference(const QImage& a, const QImage& b)
     return largest;
 }
 
+/// Paints the handle that a choice of colour is made with: a sample in a white ring, and a dark
+/// hairline around that.
+inline void drawHandle(QImage& image, const QPointF& centre, const QColor& fill, qreal ringRadius,
+                       qreal hairlineRadius)
+{
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(fill);
+    painter.setPen(QPen(QColor(255, 255, 255, 235), 2));
+    painter.drawEllipse(centre, ringRadius, ringRadius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(0, 0, 0, 55), 1));
+    painter.drawEllipse(centre, hairlineRadius, hairlineRadius);
+}
+
 } // namespace Pixels
 
 /// Counts how often a widget paints itself.

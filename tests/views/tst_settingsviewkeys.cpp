@@ -329,8 +329,8 @@ void SettingsViewKeysTest::listAlwaysHasACategory()
 {
     openSettings(2);
     categories()->setCurrentRow(-1);
-    backButton()->setFocus();
-    categories()->setFocus();
+    QFocusEvent focusIn(QEvent::FocusIn);
+    QVERIFY(!settings()->handleEvent(categories(), &focusIn)); // before the list itself hears of it
     QCOMPARE(categories()->currentRow(), 0);
     QCOMPARE(pages()->currentIndex(), 0);
     // What is current but no longer selected is so again, with its page.

@@ -179,6 +179,12 @@ void HueSliderTest::marksTheChoice()
     QVERIFY(Pixels::isNear(image.pixelColor(x, 11), QColor::fromHsv(hue, 255, 255), 2));
     for (const QPoint& ring : {QPoint(8, 0), QPoint(-9, 0), QPoint(0, 8), QPoint(0, -9)})
         QVERIFY(image.pixelColor(QPoint(x, 11) + ring).lightness() > 200);
+    slider.setHue(hue < 180 ? 359 : 0);
+    QImage other = Pixels::imageOf(slider);
+    const QRect place(x - 11, 0, 22, 22);
+    Pixels::drawHandle(other, QPointF(hue / 359.0 * (381 - 22) + 11, 11),
+                       QColor::fromHsv(hue, 255, 255), 9, 10);
+    QVERIFY(Pixels::largestDifference(image.copy(place), other.copy(place)) <= 2);
     // The hairline around the ring ends inside the widget.
     const QRect ink = Pixels::inkBox(image);
     QVERIFY(slider.rect().contains(ink));

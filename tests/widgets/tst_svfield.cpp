@@ -60,6 +60,7 @@ private slots:
     void paintsAnotherSizeAnew();
     void marksTheChoice_data();
     void marksTheChoice();
+    void markerHasItsMeasures();
     void paintsInTinySizes_data();
     void paintsInTinySizes();
     void everyPixelHasItsColor();
@@ -277,6 +278,21 @@ void SvFieldTest::marksTheChoice()
     const QPoint away = centre + (centre.x() < 125 ? QPoint(10, 0) : QPoint(-11, 0));
     QCOMPARE(image.pixelColor(away), other.pixelColor(away));
     QVERIFY(image.copy(place) != other.copy(place));
+}
+
+void SvFieldTest::markerHasItsMeasures()
+{
+    SvField field;
+    field.resize(250, 150);
+    field.setHue(200);
+    field.setSv(0, 0); // far from where it is looked at
+    QImage expected = Pixels::imageOf(field);
+    const QPointF centre(250 * 102 / 255.0, 150 * (1 - 127 / 255.0));
+    Pixels::drawHandle(expected, centre, QColor::fromHsv(200, 102, 127), 6.5, 8);
+    field.setSv(102, 127);
+    const QRect place(centre.toPoint() - QPoint(12, 12), QSize(25, 25));
+    const QImage image = Pixels::imageOf(field).copy(place);
+    QVERIFY(Pixels::largestDifference(image, expected.copy(place)) <= 2);
 }
 
 void SvFieldTest::paintsInTinySizes_data()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Orlimo authors
 // SPDX-License-Identifier: MIT
 
+#include "FontResource.h"
 #include "IconHelper.h"
 #include "Pixels.h"
 #include "SettingsCatDelegate.h"
@@ -26,6 +27,7 @@ public:
     static void initMain() { TestHome::install(); }
 
 private slots:
+    void initTestCase() { loadTextFont(); }
     void init() { Theme::forceTheme = 1; }
     void height();
     void paintsTheStates_data();
