@@ -11,6 +11,8 @@
 namespace Platform
 {
 
+class TreeWatcher;
+
 /// What a directory holds under a name.
 struct DirectoryItem
 {
@@ -39,17 +41,22 @@ public:
     virtual ~DirectoryReader() = default;
 
     /// \param root where the walk begins.
-    static std::unique_ptr<DirectoryReader> create(const QString& root);
+    /// \param watcher of the same root, which must outlive the reader; or null. From then on it
+    /// watches each directory that is listed, from just before it is read, so that nothing is
+    /// missed. Whoever lists a directory then has to list all that he wants to know below it as
+    /// well, as long as the reader lives: whatever isn't listed again is no longer watched.
+    static std::unique_ptr<DirectoryReader> create(const QString& root,
+                                                   TreeWatcher* watcher = nullptr);
 
     /// Visits what `directory` (the root or below it, with native separators) holds, in the order
     /// of the file system. Links to directories are not visited. \returns false if it can't be
     /// read.
     virtual bool list(const QString& directory, const Visitor& visit) = 0;
-};
 
-/// What a walk that begins at `root` would list at an absolute path, which lies below it; both with
-/// native separators. Any thread.
-PathKind kindOfPath(const QString& path, const QString& root);
+    /// What a walk would list at an absolute path, which lies below the root; with native
+    /// separators. Sets no watch.
+    virtual PathKind kindOf(const QString& path) = 0;
+};
 
 /// Name of the folder in a home directory in which programs keep their own files, which nobody
 /// searches for.
