@@ -15,6 +15,7 @@
 #include <QStringView>
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -36,7 +37,9 @@ bool isDeparture(const TreeChange& change)
 class Applier
 {
 public:
-    explicit Applier(FileStore& store) : m_store(store) {}
+    explicit Applier(FileStore& store)
+        : m_store(store), m_reader(Platform::DirectoryReader::create(store.root()))
+    {}
 
     FileChanges::Outcome apply(const QVector<TreeChange>& changes);
 
@@ -54,6 +57,7 @@ private:
     static QString keyOf(const QString& rel);
 
     FileStore& m_store;
+    std::unique_ptr<Platform::DirectoryReader> m_reader;
     QHash<QString, Entry> m_entries;      ///< at the places of the changes, as of now
     std::vector<FileStore::Id> m_removed; ///< to be taken out in one go
     FileChanges::Outcome m_outcome;
@@ -125,7 +129,7 @@ FileStore::Folder Applier::folderFor(QStringView rel)
 void Applier::add(const TreeChange& change, Entry& entry)
 {
     const QString full = m_store.root() % QDir::separator() % change.rel;
-    switch (Platform::kindOfPath(full, m_store.root())) {
+    switch (m_reader->kindOf(full)) {
     case Platform::PathKind::Missing:
         break;
     case Platform::PathKind::Directory:

@@ -75,8 +75,8 @@ void FileIndex::build()
     QObject::connect(app, &QCoreApplication::aboutToQuit, app, &FileIndex::shutdown);
     // An application whose event loop never ran doesn't say that it is about to quit.
     qAddPostRoutine(&FileIndex::shutdown);
-    startScan();
     startWatcher();
+    startScan();
 }
 
 bool FileIndex::isReady()
@@ -182,9 +182,10 @@ void FileIndex::startScan()
         return;
     state().scanning = true;
     auto found = std::make_shared<FileStore>();
-    state().scanThread = QThread::create([found, &cancel = std::as_const(state().cancel)] {
-        *found = FileScan::read(rootPath(), ExpectedEntries, cancel);
-    });
+    state().scanThread = QThread::create(
+        [found, watcher = state().watcher, &cancel = std::as_const(state().cancel)] {
+            *found = FileScan::read(rootPath(), ExpectedEntries, watcher.get(), cancel);
+        });
     // Handed over by the thread's last signal and not by a call from within it: a scan that is
     // stuck beyond the shutdown's patience must not touch an application that may be going away.
     QObject::connect(state().scanThread, &QThread::finished, QCoreApplication::instance(), [found] {
@@ -204,8 +205,6 @@ void FileIndex::deliver(FileStore&& found)
     state().search.forgetAll();
     state().ready = true;
     state().scanning = false;
-    if (state().watcher)
-        state().watcher->allowWalk();
     // Off this thread: to give a large list back takes longer than a frame.
     if (outdated->size() > 0)
         QThreadPool::globalInstance()->start(
@@ -215,7 +214,7 @@ void FileIndex::deliver(FileStore&& found)
 
 void FileIndex::startWatcher()
 {
-    state().watcher = Platform::TreeWatcher::create();
+    state().watcher = Platform::TreeWatcher::create(rootPath());
     if (!state().watcher)
         return;
     state().watchThread = QThread::create([watcher = state().watcher] { watchLoop(*watcher); });
@@ -228,8 +227,7 @@ void FileIndex::watchLoop(Platform::TreeWatcher& watcher)
 {
     if (rootPath().isEmpty())
         return;
-    watcher.run(rootPath(),
-                {&FileScan::isExcludedDir, &FileIndex::postChanges, &FileIndex::postRescan});
+    watcher.run({&FileIndex::postChanges, &FileIndex::postRescan});
 }
 
 void FileIndex::postChanges(QVector<Change>&& batch)

@@ -48,14 +48,15 @@ bool FileScan::isExcludedPath(const QString& rel)
     return std::any_of(parts.begin(), parts.end(), &FileScan::isExcludedDir);
 }
 
-FileStore FileScan::read(const QString& root, qsizetype expected, const std::atomic<bool>& cancel)
+FileStore FileScan::read(const QString& root, qsizetype expected, Platform::TreeWatcher* watcher,
+                         const std::atomic<bool>& cancel)
 {
     FileStore found(root);
     if (root.isEmpty())
         return found;
     found.reserve(expected);
     const std::unique_ptr<Platform::DirectoryReader> reader =
-        Platform::DirectoryReader::create(root);
+        Platform::DirectoryReader::create(root, watcher);
     std::vector<Due> stack = {{root, FileStore::Root}};
     Due walked;
     const Platform::DirectoryReader::Visitor visit = [&](Platform::DirectoryItem&& item) {

@@ -9,6 +9,11 @@
 
 #include <atomic>
 
+namespace Platform
+{
+class TreeWatcher;
+}
+
 /// Reads what the file index holds from the disk. Any thread.
 namespace FileScan
 {
@@ -23,7 +28,9 @@ bool isExcludedPath(const QString& rel);
 /// All files and folders below `root`; what can't be read is left out. The last folder found is the
 /// first one that is walked into.
 /// \param expected so many entries, for which the list is prepared; there may be more.
+/// \param watcher of the root, which watches each folder before it is read; null for none.
 /// \param cancel ends the walk when it is set; the list is of no use then.
-FileStore read(const QString& root, qsizetype expected, const std::atomic<bool>& cancel);
+FileStore read(const QString& root, qsizetype expected, Platform::TreeWatcher* watcher,
+               const std::atomic<bool>& cancel);
 
 } // namespace FileScan

@@ -36,8 +36,8 @@ private slots:
     void wholeTreeIsFound();
     void directoriesInAnyOrder();
     void manyNamesInOneDirectory();
-    void kindOfPath_data();
-    void kindOfPath();
+    void kindOf_data();
+    void kindOf();
     void programDataFolderIsAName();
     void caseSensitivityIsThatOfTheSystem();
 };
@@ -265,7 +265,7 @@ void DirectoryReaderTest::manyNamesInOneDirectory()
     QCOMPARE(listing.size(), Count);
 }
 
-void DirectoryReaderTest::kindOfPath_data()
+void DirectoryReaderTest::kindOf_data()
 {
     QTest::addColumn<QString>("rel");
     QTest::addColumn<PathKind>("kind");
@@ -277,13 +277,21 @@ void DirectoryReaderTest::kindOfPath_data()
     QTest::newRow("below a file") << "dir/file/file" << PathKind::Missing;
 }
 
-void DirectoryReaderTest::kindOfPath()
+void DirectoryReaderTest::kindOf()
 {
     QFETCH(QString, rel);
     makeDirectory("dir/.hidden");
     makeFile("dir/file");
-    QTEST(Platform::kindOfPath(path(rel), root()), "kind");
-    QCOMPARE(Platform::kindOfPath(QString(), root()), PathKind::Missing);
+    const std::unique_ptr<DirectoryReader> reader = DirectoryReader::create(root());
+    QTEST(reader->kindOf(path(rel)), "kind");
+    // Another time, and between listings, with the same reader.
+    Listing listing;
+    QVERIFY(listInto(*reader, path("dir"), listing));
+    QTEST(reader->kindOf(path(rel)), "kind");
+    QVERIFY(listInto(*reader, path("dir"), listing));
+    QCOMPARE(listing.size(), 2);
+    QCOMPARE(reader->kindOf(root()), PathKind::Directory);
+    QCOMPARE(reader->kindOf(QString()), PathKind::Missing);
 }
 
 void DirectoryReaderTest::programDataFolderIsAName()

@@ -3,45 +3,48 @@
 
 #pragma once
 
+#include "DirectoryReader.h"
 #include "TreeWatcher.h"
 
 #include <QDir>
 #include <QFile>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QSet>
 #include <QTest>
 #include <QThread>
 
 #include <algorithm>
 #include <memory>
 
-/// Watches a tree on a thread of its own and keeps what it reports. Ends with the object.
+/// Reads a tree, watches it on a thread of its own, and keeps what is reported and what is there by
+/// now: a path of which something is told is looked at again, with all that is below it. Ends with
+/// the object.
 class WatchRun
 {
 public:
-    /// \param beforeReport called on the watching thread before a batch is kept.
+    /// \param beforeReport called on the watching thread before a batch is looked at.
     explicit WatchRun(const QString& root, std::function<void()> beforeReport = {})
-        : m_root(root), m_watcher(Platform::TreeWatcher::create())
+        : m_root(root), m_watcher(Platform::TreeWatcher::create(root))
     {
         Platform::TreeWatcher::Handlers handlers;
-        handlers.isExcludedDir = [](const QString& name) {
-            return name.compare(QLatin1String("node_modules"), Qt::CaseInsensitive) == 0;
-        };
         handlers.changes = [this, beforeReport](QVector<Platform::TreeChange>&& batch) {
             if (beforeReport)
                 beforeReport();
+            look(batch);
             const QMutexLocker locker(&m_mutex);
             m_isBatchEmpty = m_isBatchEmpty || batch.isEmpty();
             m_changes += batch;
         };
         handlers.overflow = [this] {
+            readAll();
             const QMutexLocker locker(&m_mutex);
             ++m_overflows;
         };
         if (!m_watcher)
             return;
-        m_thread.reset(QThread::create([this, handlers] { m_watcher->run(m_root, handlers); }));
-        m_watcher->allowWalk();
+        readAll();
+        m_thread.reset(QThread::create([this, handlers] { m_watcher->run(handlers); }));
         m_thread->start();
     }
     ~WatchRun()
@@ -52,6 +55,7 @@ public:
     WatchRun(const WatchRun&) = delete;
     WatchRun& operator=(const WatchRun&) = delete;
 
+    Platform::TreeWatcher& watcher() { return *m_watcher; }
     void stop() { m_watcher->stop(); }
     bool hasEnded() const { return m_thread->isFinished(); }
 
@@ -108,6 +112,13 @@ public:
         return m_changes;
     }
 
+    /// All that is there as far as it was told, relative to the root.
+    QSet<QString> copy() const
+    {
+        const QMutexLocker locker(&m_mutex);
+        return m_copy;
+    }
+
     int overflows() const
     {
         const QMutexLocker locker(&m_mutex);
@@ -130,12 +141,84 @@ public:
 private:
     bool hasSeen(const QString& rel) const { return !actionsOf(rel).isEmpty(); }
 
+    static bool isExcluded(const QString& name)
+    {
+        return name.compare(QLatin1String("node_modules"), Qt::CaseInsensitive) == 0;
+    }
+
+    /// What is below a directory, as far as it can be read; empty for the root.
+    QStringList read(Platform::DirectoryReader& reader, const QString& rel) const
+    {
+        QStringList found;
+        QStringList due = {rel};
+        while (!due.isEmpty()) {
+            const QString directory = due.takeLast();
+            const QString prefix = directory.isEmpty() ? QString() : directory + QDir::separator();
+            reader.list(m_root + (directory.isEmpty() ? QString() : QDir::separator() + directory),
+                        [&](Platform::DirectoryItem&& item) {
+                            found.append(prefix + item.name);
+                            if (item.enter && !isExcluded(item.name))
+                                due.append(found.constLast());
+                        });
+        }
+        return found;
+    }
+
+    void readAll()
+    {
+        const QStringList found =
+            read(*Platform::DirectoryReader::create(m_root, m_watcher.get()), {});
+        const QMutexLocker locker(&m_mutex);
+        m_copy = QSet<QString>(found.cbegin(), found.cend());
+    }
+
+    void look(const QVector<Platform::TreeChange>& batch)
+    {
+        QStringList paths;
+        for (const Platform::TreeChange& change : batch)
+            paths.append(change.rel);
+        paths.sort();
+        paths.removeDuplicates();
+        const auto reader = Platform::DirectoryReader::create(m_root, m_watcher.get());
+        QString known;
+        QStringList gone;
+        for (const QString& rel : std::as_const(paths)) {
+            const QStringList names = rel.split(QDir::separator());
+            const bool isOutside = std::any_of(names.cbegin(), names.cend() - 1, isExcluded);
+            if (isOutside || (!known.isEmpty() && rel.startsWith(known)))
+                continue;
+            known = rel + QDir::separator();
+            const Platform::PathKind kind = reader->kindOf(m_root + QDir::separator() + rel);
+            QStringList found;
+            if (kind != Platform::PathKind::Missing)
+                found.append(rel);
+            if (kind == Platform::PathKind::Directory && !isExcluded(names.constLast()))
+                found += read(*reader, rel);
+            else
+                gone.append(rel);
+            replace(rel, found);
+        }
+        // Behind the reading, so that what has been moved keeps its watch.
+        for (const QString& rel : std::as_const(gone))
+            m_watcher->forget(rel);
+    }
+
+    void replace(const QString& rel, const QStringList& found)
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_copy.removeIf([&](const QString& each) {
+            return each == rel || each.startsWith(rel + QDir::separator());
+        });
+        m_copy.unite(QSet<QString>(found.cbegin(), found.cend()));
+    }
+
     QString m_root;
     std::unique_ptr<Platform::TreeWatcher> m_watcher;
     std::unique_ptr<QThread> m_thread;
     mutable QMutex m_mutex; ///< guards what follows
     QVector<Platform::TreeChange> m_changes;
     int m_overflows = 0;
+    QSet<QString> m_copy;
     bool m_isBatchEmpty = false;
     int m_probes = 0; ///< of the testing thread alone
 };

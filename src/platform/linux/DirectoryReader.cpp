@@ -6,12 +6,15 @@
 #include "DirectoryAccess.h"
 #include "LinkTarget.h"
 #include "MountTable.h"
+#include "TreeWatch.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -39,13 +42,25 @@ unsigned char typeIn(int directory, const char* name)
 class ReaddirReader final : public Platform::DirectoryReader
 {
 public:
-    explicit ReaddirReader(const QString& root) : m_root(Platform::pathBytes(root)) {}
+    /// \param watch null if nothing is to be watched.
+    ReaddirReader(const QString& root, Platform::TreeWatch* watch)
+        : m_root(Platform::pathBytes(root)), m_watch(watch)
+    {
+        if (m_watch)
+            m_watch->beginReading();
+    }
+    ~ReaddirReader() override
+    {
+        if (m_watch)
+            m_watch->endReading();
+    }
 
     bool list(const QString& directory, const Visitor& visit) override;
-    Platform::PathKind kindOf(const QString& path);
+    Platform::PathKind kindOf(const QString& path) override;
 
 private:
-    int open(const QByteArray& path);
+    int open(const QByteArray& path, qsizetype longestKept);
+    int reach(const QByteArray& path, qsizetype longestKept);
     int openRoot();
     bool lookAtMounts();
     void noteRemote();
@@ -55,13 +70,20 @@ private:
     {
         return m_canonicalRoot + path.mid(m_root->size());
     }
+    /// Of the directory being listed.
+    std::string_view relativePath() const
+    {
+        const std::string_view path(m_path.constData(), static_cast<size_t>(m_path.size()));
+        return path.substr(std::min(static_cast<size_t>(m_root->size()) + 1, path.size()));
+    }
     bool leadsToFile(const char* link) const
     {
         return Platform::linkLeadsToFile(m_directory, canonical(m_path), link, m_mounts.table());
     }
 
     std::optional<QByteArray> m_root; ///< nothing if it can't be a path
-    QByteArray m_canonicalRoot;       ///< as the mount table names it
+    Platform::TreeWatch* m_watch;
+    QByteArray m_canonicalRoot; ///< as the mount table names it
     Platform::CurrentMounts m_mounts;
     int m_untilLook = 0;           ///< directories until the next look at the mounts
     bool m_isRemoteAround = false; ///< a remote file system is mounted below the root
@@ -75,9 +97,13 @@ private:
 bool ReaddirReader::list(const QString& directory, const Visitor& visit)
 {
     const std::optional<QByteArray> path = Platform::pathBytes(directory);
-    m_directory = path ? open(*path) : -1;
+    // Itself it would have been read to its end already.
+    m_directory = path ? open(*path, path->size() - 1) : -1;
     if (m_directory < 0)
         return false;
+    // Before it is read: what is made after that is told by the watch.
+    if (m_watch)
+        m_watch->watch(m_directory, relativePath());
     m_holdsRemote = m_isRemoteAround && m_mounts.table().holdsRemote(canonical(m_path));
     return m_buffer.read(
         m_directory,
@@ -95,7 +121,7 @@ Platform::PathKind ReaddirReader::kindOf(const QString& path)
         return openRoot() < 0 ? PathKind::Missing : PathKind::Directory;
     const qsizetype slash = bytes->lastIndexOf('/');
     const QByteArray name = bytes->mid(slash + 1);
-    m_directory = open(bytes->left(slash));
+    m_directory = open(bytes->left(slash), slash);
     if (m_directory < 0)
         return PathKind::Missing;
     if (m_isRemoteAround && m_mounts.table().isRemote(canonical(*bytes)))
@@ -106,25 +132,38 @@ Platform::PathKind ReaddirReader::kindOf(const QString& path)
     return type == DT_DIR ? PathKind::Directory : PathKind::File;
 }
 
-/// \returns negative also if the way to the directory goes through a remote file system.
-int ReaddirReader::open(const QByteArray& path)
+/// \param longestKept of directories that are still open, those of a longer path are opened anew.
+int ReaddirReader::open(const QByteArray& path, qsizetype longestKept)
 {
+    const int opened = reach(path, longestKept);
+    if (opened < 0 && m_watch && Platform::isOutOfMeans(errno))
+        m_watch->noteLoss();
+    return opened;
+}
+
+/// \returns negative with `errno` set, also if the way to the directory goes through a remote file
+/// system.
+int ReaddirReader::reach(const QByteArray& path, qsizetype longestKept)
+{
+    errno = ENOENT;
     if (!m_root || (path != *m_root && !path.startsWith(*m_root + '/')))
         return -1;
     const auto mismatch = std::mismatch(path.cbegin(), path.cend(), m_path.cbegin(), m_path.cend());
     const qsizetype common = mismatch.first - path.cbegin();
     m_path = path;
-    // Those above the wanted one only: itself it would have been read to its end already.
     int reached = m_chain.shorten([&](qsizetype length) {
-        return length <= common && length < path.size() && path.at(length) == '/';
+        return length <= std::min(common, longestKept) &&
+               (length == path.size() || path.at(length) == '/');
     });
     if (reached < 0)
         reached = openRoot();
     if (reached < 0 || !lookAtMounts())
         return -1;
     // The walk doesn't enter one that it knows of, but it may have been mounted since.
-    if (m_isRemoteAround && m_mounts.table().isBehindRemote(canonical(path), m_canonicalRoot))
+    if (m_isRemoteAround && m_mounts.table().isBehindRemote(canonical(path), m_canonicalRoot)) {
+        errno = ENOENT;
         return -1;
+    }
     // One name at a time, so that no directory that was replaced by a link lets the walk out.
     while (reached >= 0 && m_chain.lastKey() < path.size()) {
         const qsizetype begin = m_chain.lastKey() + 1;
@@ -148,8 +187,8 @@ int ReaddirReader::openRoot()
     return m_chain.append(m_root->size(), std::move(root));
 }
 
-/// \returns false if nothing is known of the mounts for want of means: what is entered then might
-/// never answer.
+/// \returns false if nothing is known of the mounts for want of means, as `errno` then says: what
+/// is entered then might never answer.
 bool ReaddirReader::lookAtMounts()
 {
     if (m_untilLook-- > 0)
@@ -159,6 +198,8 @@ bool ReaddirReader::lookAtMounts()
         noteRemote();
     const bool isKnown = news != Platform::CurrentMounts::News::Unknown;
     m_untilLook = isKnown ? kDirectoriesPerLook : 0;
+    if (!isKnown)
+        errno = EMFILE;
     return isKnown;
 }
 
@@ -191,6 +232,7 @@ void ReaddirReader::visitEntry(std::string_view name, unsigned char type, const 
 bool ReaddirReader::isDirectoryListed(const QByteArray& name)
 {
     bool isDirectory = true;
+    ::lseek(m_directory, 0, SEEK_SET); // another name may have been looked for in it
     const auto compare = [&](std::string_view listed, unsigned char type) {
         if (name == listed.data())
             isDirectory = canCoverDirectory(type);
@@ -201,14 +243,10 @@ bool ReaddirReader::isDirectoryListed(const QByteArray& name)
 
 } // namespace
 
-std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root)
+std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root,
+                                                                             TreeWatcher* watcher)
 {
-    return std::make_unique<ReaddirReader>(root);
-}
-
-Platform::PathKind Platform::kindOfPath(const QString& path, const QString& root)
-{
-    return ReaddirReader(root).kindOf(path);
+    return std::make_unique<ReaddirReader>(root, dynamic_cast<TreeWatch*>(watcher));
 }
 
 QString Platform::programDataFolderName()

@@ -5,26 +5,21 @@
 
 #include <algorithm>
 
-Platform::WatchedDirectory* Platform::WatchedTree::addRoot(int watch)
-{
-    m_root = &m_byWatch[watch];
-    m_root->watch = watch;
-    return m_root;
-}
-
-Platform::WatchedDirectory* Platform::WatchedTree::add(int watch, Directory* parent,
-                                                       std::string_view name)
-{
-    Directory* directory = &m_byWatch[watch];
-    directory->watch = watch;
-    attach(directory, parent, name);
-    return directory;
-}
-
 Platform::WatchedDirectory* Platform::WatchedTree::find(int watch)
 {
     const auto found = m_byWatch.find(watch);
     return found == m_byWatch.end() ? nullptr : &found->second;
+}
+
+Platform::WatchedDirectory* Platform::WatchedTree::at(std::string_view rel) const
+{
+    Directory* directory = m_root;
+    while (directory && !rel.empty()) {
+        const size_t slash = std::min(rel.find('/'), rel.size());
+        directory = child(directory, rel.substr(0, slash));
+        rel.remove_prefix(std::min(slash + 1, rel.size()));
+    }
+    return directory;
 }
 
 Platform::WatchedDirectory* Platform::WatchedTree::child(Directory* parent,
@@ -34,54 +29,66 @@ Platform::WatchedDirectory* Platform::WatchedTree::child(Directory* parent,
     return found == m_byPlace.end() ? nullptr : *found;
 }
 
+bool Platform::WatchedTree::put(int watch, Directory* parent, std::string_view name)
+{
+    Directory* directory = find(watch);
+    if (directory && isAtOrAbove(directory, parent))
+        return false;
+    Directory* previous = parent ? child(parent, name) : m_root;
+    if (!directory || directory != previous) {
+        if (directory)
+            unlink(directory);
+        else
+            directory = &m_byWatch[watch];
+        if (previous)
+            detach(previous);
+        directory->watch = watch;
+        directory->name = name;
+        attach(directory, parent);
+    }
+    detachChildren(directory);
+    return true;
+}
+
 void Platform::WatchedTree::detach(Directory* directory)
 {
-    Directory* parent = directory->parent;
-    if (!parent)
-        return;
-    m_byPlace.erase(directory);
-    if (directory->previous)
-        directory->previous->next = directory->next;
-    else
-        parent->firstChild = directory->next;
-    if (directory->next)
-        directory->next->previous = directory->previous;
-    directory->parent = directory->previous = directory->next = nullptr;
+    unlink(directory);
+    attach(directory, &m_detached);
 }
 
-void Platform::WatchedTree::move(Directory* directory, Directory* parent, std::string_view name)
+void Platform::WatchedTree::detachChildren(Directory* directory)
 {
-    detach(directory);
-    attach(directory, parent, name);
+    while (directory->firstChild)
+        detach(directory->firstChild);
 }
 
-void Platform::WatchedTree::attach(Directory* directory, Directory* parent, std::string_view name)
+std::optional<int> Platform::WatchedTree::takeDetached()
 {
-    directory->name = name;
-    directory->parent = parent;
-    directory->next = parent->firstChild;
-    if (directory->next)
-        directory->next->previous = directory;
-    parent->firstChild = directory;
-    m_byPlace.insert(directory);
+    Directory* directory = m_detached.firstChild;
+    if (!directory)
+        return std::nullopt;
+    const int watch = directory->watch;
+    remove(directory);
+    return watch;
 }
 
-bool Platform::WatchedTree::isAtOrAbove(const Directory* directory, const Directory* other)
+void Platform::WatchedTree::remove(Directory* directory)
 {
-    while (other && other != directory)
-        other = other->parent;
-    return other && directory;
+    detachChildren(directory);
+    unlink(directory);
+    m_byWatch.erase(directory->watch);
 }
 
-std::string Platform::WatchedTree::path(const Directory* directory) const
+std::optional<std::string> Platform::WatchedTree::path(const Directory* directory) const
 {
     size_t size = 0;
-    for (const Directory* at = directory; at != m_root; at = at->parent)
-        size += at->name.size() + 1;
-    if (size == 0)
-        return std::string();
+    const Directory* top = directory;
+    for (; top->parent; top = top->parent)
+        size += top->name.size() + 1;
+    if (top != m_root)
+        return std::nullopt;
     // Filled from its end: otherwise the names had to be gathered first.
-    std::string path(size - 1, '/');
+    std::string path(std::max<size_t>(size, 1) - 1, '/');
     size_t end = path.size();
     for (const Directory* at = directory; at != m_root; at = at->parent) {
         end -= at->name.size();
@@ -91,34 +98,87 @@ std::string Platform::WatchedTree::path(const Directory* directory) const
     return path;
 }
 
-std::vector<Platform::WatchedDirectory*> Platform::WatchedTree::unseen(uint32_t walk) const
+std::vector<Platform::WatchedDirectory*> Platform::WatchedTree::largest(size_t count) const
 {
     std::vector<Directory*> found;
-    for (Directory* directory : m_byPlace) {
-        if (directory->seen != walk && directory->parent->seen == walk)
-            found.push_back(directory);
+    for (Directory* each = m_root ? m_root->firstChild : nullptr; each; each = each->next)
+        found.push_back(each);
+    const auto weightOf = [weights = weights()](const Directory* each) { return weights.at(each); };
+    std::stable_sort(found.begin(), found.end(), [&](const Directory* a, const Directory* b) {
+        return weightOf(a) > weightOf(b);
+    });
+    size_t used = 0;
+    for (size_t sum = 0; used < found.size() && sum < count; ++used) {
+        Directory*& directory = found[used];
+        for (Directory* each = directory->firstChild; each;) {
+            const bool isMostOfIt = weightOf(each) > weightOf(directory) / 2;
+            if (isMostOfIt && weightOf(each) >= count - sum)
+                directory = each;
+            each = directory == each ? each->firstChild : each->next;
+        }
+        sum += weightOf(directory);
     }
+    found.resize(used);
     return found;
 }
 
-void Platform::WatchedTree::remove(Directory* directory,
-                                   const std::function<void(Directory*)>& forget)
+/// Numbers of watches in the directories of the tree, themselves included.
+std::unordered_map<const Platform::WatchedDirectory*, size_t> Platform::WatchedTree::weights() const
 {
-    detach(directory);
-    std::vector<Directory*> gone{directory};
-    for (size_t i = 0; i < gone.size(); ++i) {
-        for (Directory* child = gone[i]->firstChild; child; child = child->next)
-            gone.push_back(child);
+    std::vector<const Directory*> fromAbove;
+    if (m_root)
+        fromAbove.push_back(m_root);
+    for (size_t i = 0; i < fromAbove.size(); ++i) {
+        for (const Directory* each = fromAbove[i]->firstChild; each; each = each->next)
+            fromAbove.push_back(each);
     }
-    // From below, so that the place of each can still be told when it is forgotten.
-    std::reverse(gone.begin(), gone.end());
-    for (Directory* each : gone) {
-        forget(each);
-        m_byPlace.erase(each);
-        if (each == m_root)
-            m_root = nullptr;
-        m_byWatch.erase(each->watch);
+    std::unordered_map<const Directory*, size_t> weights;
+    for (auto it = fromAbove.crbegin(); it != fromAbove.crend(); ++it) {
+        const size_t weight = ++weights[*it];
+        if ((*it)->parent)
+            weights[(*it)->parent] += weight;
     }
+    return weights;
+}
+
+/// \param parent null for the root.
+void Platform::WatchedTree::attach(Directory* directory, Directory* parent)
+{
+    directory->parent = parent;
+    if (!parent) {
+        m_root = directory;
+        return;
+    }
+    directory->next = parent->firstChild;
+    if (directory->next)
+        directory->next->previous = directory;
+    parent->firstChild = directory;
+    if (parent != &m_detached)
+        m_byPlace.insert(directory);
+}
+
+void Platform::WatchedTree::unlink(Directory* directory)
+{
+    if (directory == m_root) {
+        m_root = nullptr;
+        return;
+    }
+    if (directory->parent != &m_detached)
+        m_byPlace.erase(directory);
+    if (directory->previous)
+        directory->previous->next = directory->next;
+    else
+        directory->parent->firstChild = directory->next;
+    if (directory->next)
+        directory->next->previous = directory->previous;
+    directory->parent = directory->previous = directory->next = nullptr;
+}
+
+bool Platform::WatchedTree::isAtOrAbove(const Directory* directory, const Directory* other)
+{
+    while (other && other != directory)
+        other = other->parent;
+    return other;
 }
 
 size_t Platform::WatchedTree::Hash::operator()(const Place& place) const

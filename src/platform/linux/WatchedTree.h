@@ -4,8 +4,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,7 +18,6 @@ namespace Platform
 struct WatchedDirectory
 {
     int watch = -1;
-    uint32_t seen = 0; ///< number of the walk that last came here
     WatchedDirectory* parent = nullptr;
     WatchedDirectory* firstChild = nullptr;
     WatchedDirectory* previous = nullptr;
@@ -27,8 +25,8 @@ struct WatchedDirectory
     std::string name;
 };
 
-/// The directories of a tree that have a watch, by watch and by place. Part of them may be detached
-/// for a while, with all that is below.
+/// The directories of a tree that have a watch, by watch and by place. Some may be detached, which
+/// is to have no place in the tree, with all that is below them.
 class WatchedTree
 {
 public:
@@ -38,40 +36,41 @@ public:
     WatchedTree(const WatchedTree&) = delete;
     WatchedTree& operator=(const WatchedTree&) = delete;
 
-    /// Null before the first `addRoot`.
+    /// Number of watches, also of those that are detached.
+    size_t size() const { return m_byWatch.size(); }
+
+    /// Null if there is none.
     Directory* root() const { return m_root; }
-
-    Directory* addRoot(int watch);
-
-    /// The watch must be unknown so far, and the place free.
-    Directory* add(int watch, Directory* parent, std::string_view name);
 
     /// Null if no directory has that watch.
     Directory* find(int watch);
 
-    /// Null if no watched directory is there.
-    Directory* child(Directory* parent, std::string_view name) const;
+    /// \param rel path below the root; empty for the root. Null if no watched directory is there.
+    Directory* at(std::string_view rel) const;
 
-    /// Takes a directory from its place, if it has one. It stays known by its watch.
+    /// Puts the directory of a watch, be it known or not, to a place, from which the one that was
+    /// there is detached, and detaches all that is in it. \param parent null for the root.
+    /// \returns false if it would come to be below itself; then nothing has changed.
+    bool put(int watch, Directory* parent, std::string_view name);
+
+    /// Takes a directory from its place.
     void detach(Directory* directory);
+    void detachChildren(Directory* directory);
 
-    /// Puts a directory to a place that must be free and not below itself.
-    void move(Directory* directory, Directory* parent, std::string_view name);
+    /// Forgets one of the detached directories, of which those in it become others.
+    /// \returns its watch; nothing if none is detached.
+    std::optional<int> takeDetached();
 
-    /// Whether `directory` is `other` or above it.
-    static bool isAtOrAbove(const Directory* directory, const Directory* other);
+    /// Forgets a directory, and detaches those in it.
+    void remove(Directory* directory);
 
-    bool isAttached(const Directory* directory) const { return isAtOrAbove(m_root, directory); }
+    /// Path below the root; empty for the root. Nothing if the directory is detached.
+    std::optional<std::string> path(const Directory* directory) const;
 
-    /// Path below the root; empty for the root. The directory must be attached.
-    std::string path(const Directory* directory) const;
-
-    /// Attached directories that the walk of that number has not come to, the highest of each
-    /// branch only.
-    std::vector<Directory*> unseen(uint32_t walk) const;
-
-    /// Forgets a directory and all below it. Calls `forget` for each before it is gone.
-    void remove(Directory* directory, const std::function<void(Directory*)>& forget);
+    /// Directories that have at least `count` watches together with what is below them, if the tree
+    /// without its root has as many; no root, and none below another. As few as possible, the
+    /// largest first: of one that consists of little but one of its children, that child.
+    std::vector<Directory*> largest(size_t count) const;
 
 private:
     struct Place
@@ -100,9 +99,14 @@ private:
         bool operator()(const Directory* a, const Place& b) const { return (*this)(b, a); }
     };
 
-    void attach(Directory* directory, Directory* parent, std::string_view name);
+    Directory* child(Directory* parent, std::string_view name) const;
+    std::unordered_map<const Directory*, size_t> weights() const;
+    void attach(Directory* directory, Directory* parent);
+    void unlink(Directory* directory);
+    static bool isAtOrAbove(const Directory* directory, const Directory* other);
 
     Directory* m_root = nullptr;
+    Directory m_detached; ///< parent of the detached ones
     std::unordered_map<int, Directory> m_byWatch;
     std::unordered_set<Directory*, Hash, Equal> m_byPlace; ///< all but the root and detached ones
 };

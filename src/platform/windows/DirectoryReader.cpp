@@ -44,24 +44,26 @@ public:
         } while (FindNextFileW(find.get(), &found));
         return GetLastError() == ERROR_NO_MORE_FILES;
     }
+
+    Platform::PathKind kindOf(const QString& path) override
+    {
+        using Platform::PathKind;
+        const QString native = Platform::extendedPath(path);
+        const DWORD attributes = GetFileAttributesW(reinterpret_cast<LPCWSTR>(native.utf16()));
+        if (attributes == INVALID_FILE_ATTRIBUTES)
+            return PathKind::Missing;
+        return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::Directory : PathKind::File;
+    }
 };
 
 } // namespace
 
-std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root)
+std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root,
+                                                                             TreeWatcher* watcher)
 {
-    Q_UNUSED(root); // each directory tells by itself what it holds
+    Q_UNUSED(root);    // each path tells by itself what stands there
+    Q_UNUSED(watcher); // it watches the whole tree by itself
     return std::make_unique<WindowsDirectoryReader>();
-}
-
-Platform::PathKind Platform::kindOfPath(const QString& path, const QString& root)
-{
-    Q_UNUSED(root); // each path tells by itself what stands there
-    const DWORD attributes =
-        GetFileAttributesW(reinterpret_cast<LPCWSTR>(extendedPath(path).utf16()));
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        return PathKind::Missing;
-    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::Directory : PathKind::File;
 }
 
 QString Platform::programDataFolderName()

@@ -114,21 +114,25 @@ private:
 class WindowsTreeWatcher : public Platform::TreeWatcher
 {
 public:
-    explicit WindowsTreeWatcher(Handle stopEvent) : m_stopEvent(std::move(stopEvent)) {}
+    WindowsTreeWatcher(const QString& root, Handle stopEvent)
+        : m_root(root), m_stopEvent(std::move(stopEvent))
+    {}
 
-    void run(const QString& root, const Handlers& handlers) override
+    void run(const Handlers& handlers) override
     {
-        if (root.isEmpty())
+        if (m_root.isEmpty())
             return;
-        DirectoryWatch watch(root, m_stopEvent.get());
+        DirectoryWatch watch(m_root, m_stopEvent.get());
         if (!watch.isOpen())
             return;
         while (watch.read())
             report(watch, handlers);
     }
 
-    void allowWalk() override {} // the system watches the whole tree by itself
     void stop() override { SetEvent(m_stopEvent.get()); }
+    // The system watches the whole tree by itself.
+    void forget(const QString& rel) override { Q_UNUSED(rel); }
+    QStringList unwatched() const override { return {}; }
 
 private:
     static void report(const DirectoryWatch& watch, const Handlers& handlers)
@@ -142,13 +146,14 @@ private:
             handlers.changes(std::move(changes));
     }
 
+    QString m_root;
     Handle m_stopEvent;
 };
 
 } // namespace
 
-std::unique_ptr<Platform::TreeWatcher> Platform::TreeWatcher::create()
+std::unique_ptr<Platform::TreeWatcher> Platform::TreeWatcher::create(const QString& root)
 {
     Handle stopEvent = createEvent();
-    return stopEvent ? std::make_unique<WindowsTreeWatcher>(std::move(stopEvent)) : nullptr;
+    return stopEvent ? std::make_unique<WindowsTreeWatcher>(root, std::move(stopEvent)) : nullptr;
 }

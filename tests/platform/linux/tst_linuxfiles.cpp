@@ -230,6 +230,11 @@ bool canMount()
            EXIT_SUCCESS;
 }
 
+PathKind kindOf(const QString& path, const QString& root)
+{
+    return DirectoryReader::create(root)->kindOf(path);
+}
+
 void printListing(const QString& root)
 {
     const Listing listing = listingOf(root);
@@ -239,7 +244,7 @@ void printListing(const QString& root)
 
 void printKind(const QString& rel, const QString& root)
 {
-    switch (Platform::kindOfPath(root + '/' + rel, root)) {
+    switch (kindOf(root + '/' + rel, root)) {
     case PathKind::Missing:
         std::putchar('M');
         break;
@@ -335,7 +340,7 @@ int watchWhileMounting(const QStringList& arguments)
     if (!QDir().mkdir(directory + "/blocks"))
         return 3;
     hasCome.acquire();
-    // A file that moves is looked for, and so is a new directory.
+    // Of what is told, each is looked for.
     if (!QFile::rename(name, directory + "/inner/moved") || !QDir().mkdir(directory + "/inner/new"))
         return 4;
     if (way == "above")
@@ -355,36 +360,51 @@ int watchWhileMounting(const QStringList& arguments)
     return 0;
 }
 
-/// Mounts over all directories that a watcher's first walk hasn't come to yet.
-int walkWhileMounting(const QStringList& arguments)
+/// Mounts when a watcher has been made, but not yet begun.
+int mountBeforeTheWatch(const QStringList& arguments)
 {
     const QString root = arguments.at(0);
-    std::vector<Platform::FileDescriptor> connections;
     std::atomic<int> overflows{0};
-    std::atomic<bool> hasSeenFile{false};
-    Platform::TreeWatcher::Handlers handlers;
-    handlers.isExcludedDir = [&](const QString& name) {
-        for (const QString rel : {"alive", "dead", "other"}) {
-            if (connections.size() < 2 && rel != name)
-                connections.push_back(mountDead(root + '/' + rel));
-        }
-        return false;
-    };
-    handlers.changes = [&](QVector<Platform::TreeChange>&&) { hasSeenFile = true; };
-    handlers.overflow = [&] { ++overflows; };
-    const auto watcher = Platform::TreeWatcher::create();
-    const std::unique_ptr<QThread> thread(QThread::create([&] { watcher->run(root, handlers); }));
-    watcher->allowWalk();
+    const auto watcher = Platform::TreeWatcher::create(root);
+    const Platform::FileDescriptor connection =
+        arguments.at(1) == "mount" ? mountDead(root + "/dead") : Platform::FileDescriptor();
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        watcher->run(
+            {[&](QVector<Platform::TreeChange>&&) { watcher->stop(); }, [&] { ++overflows; }});
+    }));
     thread->start();
-    const bool hasLost = QTest::qWaitFor([&] { return overflows > 0; }, 10000);
-    const bool isMade = QDir().mkdir(root + "/new");
-    const bool isTold = QTest::qWaitFor([&] { return hasSeenFile.load(); }, 10000);
-    watcher->stop();
-    if (!thread->wait(10000))
+    // Until something else is told.
+    const bool hasEnded = QTest::qWaitFor(
+        [&] {
+            static int number = 0;
+            QDir().mkdir(root + "/alive" + QString::number(++number));
+            return thread->isFinished();
+        },
+        10000);
+    if (!hasEnded)
         std::_Exit(1);
     std::printf("%d", overflows.load());
-    const bool isMounted = connections.size() == 2 && connections[0].isOpen();
-    return hasLost && isMade && isTold && isMounted ? 0 : 2;
+    return 0;
+}
+
+/// Unmounts what is watched.
+int unmountWatched(const QStringList& arguments)
+{
+    const QString root = arguments.at(0);
+    const QByteArray disk = QFile::encodeName(root + "/other");
+    if (::mount("none", disk.constData(), "tmpfs", 0, nullptr) != 0 ||
+        !QDir().mkpath(root + "/other/a/b"))
+        return 1;
+    WatchRun watch(root);
+    if (!watch.isWatched("other/a/b"))
+        return 2;
+    // Would fail if anything were still open in it.
+    if (::umount(disk.constData()) != 0)
+        return 3;
+    if (!QTest::qWaitFor([&] { return watch.overflows() > 0; }, 10000))
+        return 4;
+    std::printf("%d%d", watch.copy().contains("other"), watch.copy().contains("other/a"));
+    return watch.isWatched("other") ? 0 : 5;
 }
 
 } // namespace
@@ -446,7 +466,7 @@ void LinuxFilesTest::links()
     QVERIFY(!listing["link"].isDir);
     QVERIFY(!listing["link"].enter);
     QVERIFY(listing.contains("file"));
-    QCOMPARE(Platform::kindOfPath(path("tree/link"), path("tree")),
+    QCOMPARE(kindOf(path("tree/link"), path("tree")),
              isListed ? PathKind::File : PathKind::Missing);
     // The same without a look at the system's own table, and with a step at a time.
     const Platform::FileDescriptor tree = Platform::openPath(bytes("tree"), O_PATH | O_DIRECTORY);
@@ -494,9 +514,9 @@ void LinuxFilesTest::specialFilesAreFiles()
     QCOMPARE(listing.keys(), QStringList({"pipe", "socket"}));
     for (const QString name : {"pipe", "socket"}) {
         QVERIFY(!listing[name].isDir);
-        QCOMPARE(Platform::kindOfPath(path(name), root()), PathKind::File);
+        QCOMPARE(kindOf(path(name), root()), PathKind::File);
     }
-    QCOMPARE(Platform::kindOfPath("/dev/null", "/"), PathKind::File);
+    QCOMPARE(kindOf("/dev/null", "/"), PathKind::File);
 }
 
 void LinuxFilesTest::namesThatAreNoTextArePassedOver_data()
@@ -546,8 +566,8 @@ void LinuxFilesTest::namesOfAnyOtherKind()
     makeDirectory(name);
     makeFile(name + '/' + name);
     QCOMPARE(walk(root()), QStringList({path(name), path(name) + '/' + name}));
-    QCOMPARE(Platform::kindOfPath(path(name), root()), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(path(name) + '/' + name, root()), PathKind::File);
+    QCOMPARE(kindOf(path(name), root()), PathKind::Directory);
+    QCOMPARE(kindOf(path(name) + '/' + name, root()), PathKind::File);
 }
 
 void LinuxFilesTest::pathsBeyondTheLimit()
@@ -565,17 +585,16 @@ void LinuxFilesTest::pathsBeyondTheLimit()
     QCOMPARE(found.size(), 63);
     found.sort();
     QCOMPARE(found.mid(59), QStringList({end, end + "/dir", end + "/file", end + "/to file"}));
-    QCOMPARE(Platform::kindOfPath(end, root()), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(end + "/file", root()), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(end + "/to file", root()), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(end + "/to dir", root()), PathKind::Missing);
-    QCOMPARE(Platform::kindOfPath(end + "/other", root()), PathKind::Missing);
-    QCOMPARE(Platform::kindOfPath('/' + QString(2 * PATH_MAX, 'x') + "/file", "/"),
-             PathKind::Missing);
+    QCOMPARE(kindOf(end, root()), PathKind::Directory);
+    QCOMPARE(kindOf(end + "/file", root()), PathKind::File);
+    QCOMPARE(kindOf(end + "/to file", root()), PathKind::File);
+    QCOMPARE(kindOf(end + "/to dir", root()), PathKind::Missing);
+    QCOMPARE(kindOf(end + "/other", root()), PathKind::Missing);
+    QCOMPARE(kindOf('/' + QString(2 * PATH_MAX, 'x') + "/file", "/"), PathKind::Missing);
     // With more slashes than it needs, at every place where it may be cut.
     const QString slashed = QString(end).replace('/', "///") + "//file//";
     for (int more = 0; more < names.constFirst().size() + 3; ++more)
-        QCOMPARE(Platform::kindOfPath(QString(more, '/') + slashed, "//"), PathKind::File);
+        QCOMPARE(kindOf(QString(more, '/') + slashed, "//"), PathKind::File);
     // As a root, and straight to the end.
     QCOMPARE(listingOf(end).keys(), QStringList({"dir", "file", "to file"}));
     Listing listing;
@@ -632,7 +651,7 @@ void LinuxFilesTest::unreadableDirectories()
     const bool isClosedRead = listInto(*reader, path("closed"), nothing);
     const bool isBelowClosedRead = listInto(*reader, path("closed/inner"), nothing);
     const bool isNamelessRead = listInto(*reader, path("no names"), nothing);
-    const PathKind belowClosed = Platform::kindOfPath(path("closed/inner"), root());
+    const PathKind belowClosed = kindOf(path("closed/inner"), root());
     const QStringList found = walk(root());
     ::setfsuid(static_cast<uid_t>(previous));
     QCOMPARE(::chmod(bytes("closed").constData(), 0700), 0);
@@ -681,9 +700,9 @@ void LinuxFilesTest::rootOfTheFileSystem()
     Listing dev;
     QVERIFY(listInto(*DirectoryReader::create("/"), "/dev", dev));
     QVERIFY(dev.contains("null"));
-    QCOMPARE(Platform::kindOfPath("/", "/"), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath("///", "/"), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath("/proc", "/"), PathKind::Directory);
+    QCOMPARE(kindOf("/", "/"), PathKind::Directory);
+    QCOMPARE(kindOf("///", "/"), PathKind::Directory);
+    QCOMPARE(kindOf("/proc", "/"), PathKind::Directory);
 }
 
 void LinuxFilesTest::pathsThatAreNone_data()
@@ -710,7 +729,7 @@ void LinuxFilesTest::pathsThatAreNone()
     QVERIFY(!listInto(*reader, directory, listing));
     QVERIFY(listInto(*reader, path("tree/"), listing));
     QVERIFY(!listInto(*DirectoryReader::create(""), directory, listing));
-    QCOMPARE(Platform::kindOfPath(path("tree/") + QChar(0xD800), root()), PathKind::Missing);
+    QCOMPARE(kindOf(path("tree/") + QChar(0xD800), root()), PathKind::Missing);
 }
 
 void LinuxFilesTest::mountTable_data()
@@ -823,7 +842,7 @@ void LinuxFilesTest::noDescriptorForTheMounts()
     const auto restore = qScopeGuard([] { s_areMountsBarred = false; });
     s_areMountsBarred = true;
     QCOMPARE(mounts.look(), CurrentMounts::News::Unknown);
-    QCOMPARE(Platform::kindOfPath(path("dir"), root()), PathKind::Missing);
+    QCOMPARE(kindOf(path("dir"), root()), PathKind::Missing);
     QVERIFY(!listInto(*reader, root(), listing));
     s_areMountsBarred = false;
     QCOMPARE(mounts.look(), CurrentMounts::News::Changed);
@@ -990,17 +1009,21 @@ void LinuxFilesTest::mountedMeanwhile_data()
     QTest::addColumn<QByteArray>("output");
     QTest::newRow("not at all, for comparison") << "scanWhileMounting"
                                                 << "nothing" << QByteArray("11");
+    QTest::newRow("not before the watch either") << "mountBeforeTheWatch"
+                                                 << "nothing" << QByteArray("0");
     if (canMount()) {
         QTest::newRow("while the tree is scanned") << "scanWhileMounting"
                                                    << "mount" << QByteArray("00");
+        QTest::newRow("before the tree is watched") << "mountBeforeTheWatch"
+                                                    << "mount" << QByteArray("1");
+        QTest::newRow("and taken away again") << "unmountWatched"
+                                              << "disk" << QByteArray("10");
         QTest::newRow("while events wait") << "watchWhileMounting"
                                            << "above" << QByteArray("1");
         QTest::newRow("where a moved file was") << "watchWhileMounting"
                                                 << "name" << QByteArray("1");
         QTest::newRow("before a link to it comes in the way") << "watchWhileMounting"
                                                               << "link" << QByteArray("0");
-        QTest::newRow("while the tree is walked") << "walkWhileMounting"
-                                                  << "mount" << QByteArray("1");
     }
 }
 
@@ -1067,7 +1090,8 @@ int main(int argc, char** argv)
                                                {"lookAtDeadMount", lookAtDeadMount},
                                                {"scanWhileMounting", scanWhileMounting},
                                                {"watchWhileMounting", watchWhileMounting},
-                                               {"walkWhileMounting", walkWhileMounting}});
+                                               {"mountBeforeTheWatch", mountBeforeTheWatch},
+                                               {"unmountWatched", unmountWatched}});
 }
 
 #include "tst_linuxfiles.moc"

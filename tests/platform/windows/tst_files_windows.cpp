@@ -252,7 +252,8 @@ class Watch : public QObject
     Q_OBJECT
 
 public:
-    explicit Watch(const QString& root) : m_root(root), m_watcher(Platform::TreeWatcher::create())
+    explicit Watch(const QString& root)
+        : m_root(root), m_watcher(Platform::TreeWatcher::create(root))
     {
         Platform::TreeWatcher::Handlers handlers;
         handlers.changes = [this](QVector<TreeChange>&& batch) {
@@ -265,7 +266,7 @@ public:
             QMetaObject::invokeMethod(
                 this, [this] { ++m_overflows; }, Qt::QueuedConnection);
         };
-        m_thread.reset(QThread::create([this, handlers] { m_watcher->run(m_root, handlers); }));
+        m_thread.reset(QThread::create([this, handlers] { m_watcher->run(handlers); }));
     }
     ~Watch() override { end(); }
 
@@ -544,9 +545,11 @@ void FilesTest::longPaths()
     const Listing listing = list(directory);
     QVERIFY(listing.isRead);
     QCOMPARE(listing.names, QStringList("file.txt"));
-    QCOMPARE(Platform::kindOfPath(directory + "\\file.txt", m_root), PathKind::File);
-    QCOMPARE(Platform::kindOfPath(directory, m_root), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(directory + "\\gone.txt", m_root), PathKind::Missing);
+    QCOMPARE(Platform::DirectoryReader::create(m_root)->kindOf(directory + "\\file.txt"),
+             PathKind::File);
+    QCOMPARE(Platform::DirectoryReader::create(m_root)->kindOf(directory), PathKind::Directory);
+    QCOMPARE(Platform::DirectoryReader::create(m_root)->kindOf(directory + "\\gone.txt"),
+             PathKind::Missing);
 }
 
 void FilesTest::oddNames_data()
@@ -568,8 +571,9 @@ void FilesTest::oddNames()
     QVERIFY(writeLiterally(path(name) + "\\inside"));
     QCOMPARE(list(m_root).names, QStringList(name + '\\'));
     QCOMPARE(list(path(name)).names, QStringList("inside"));
-    QCOMPARE(Platform::kindOfPath(path(name), m_root), PathKind::Directory);
-    QCOMPARE(Platform::kindOfPath(path(name) + "\\inside", m_root), PathKind::File);
+    QCOMPARE(Platform::DirectoryReader::create(m_root)->kindOf(path(name)), PathKind::Directory);
+    QCOMPARE(Platform::DirectoryReader::create(m_root)->kindOf(path(name) + "\\inside"),
+             PathKind::File);
     QVERIFY(DeleteFileW(wide("\\\\?\\" + path(name) + "\\inside")));
     QVERIFY(RemoveDirectoryW(wide("\\\\?\\" + path(name))));
 }
@@ -699,7 +703,7 @@ void FilesTest::kinds()
     for (const char* file : {"file", "hidden", "folder/inside"})
         writeFile(path(file));
     setAttributes(path("hidden"), FILE_ATTRIBUTE_HIDDEN);
-    QTEST(Platform::kindOfPath(path(name), m_root), "kind");
+    QTEST(Platform::DirectoryReader::create(m_root)->kindOf(path(name)), "kind");
 }
 
 void FilesTest::recordsAreRead_data()
