@@ -3,14 +3,12 @@
 
 #include "FileChanges.h"
 
-#include "CaseFold.h"
 #include "DirectoryReader.h"
 #include "FileScan.h"
 #include "FileStore.h"
 
 #include <QDir>
 #include <QHash>
-#include <QStringBuilder>
 #include <QStringList>
 #include <QStringView>
 
@@ -23,16 +21,6 @@ namespace
 {
 
 using Platform::TreeChange;
-
-bool isArrival(const TreeChange& change)
-{
-    return change.action == Platform::FileAdded || change.action == Platform::FileRenamedNewName;
-}
-
-bool isDeparture(const TreeChange& change)
-{
-    return change.action == Platform::FileRemoved || change.action == Platform::FileRenamedOldName;
-}
 
 class Applier
 {
@@ -51,10 +39,10 @@ private:
     FileStore::Folder folderFor(QStringView rel);
     void add(const TreeChange& change, Entry& entry);
     void remove(Entry& entry);
+    void addWhatStands(const QVector<TreeChange>& changes);
 
     static QStringView folderOf(const QString& rel);
     static QString nameOf(const QString& rel);
-    static QString keyOf(const QString& rel);
 
     FileStore& m_store;
     std::unique_ptr<Platform::DirectoryReader> m_reader;
@@ -67,16 +55,18 @@ FileChanges::Outcome Applier::apply(const QVector<TreeChange>& changes)
 {
     lookUp(changes);
     for (const TreeChange& change : changes) {
-        const auto entry = m_entries.find(keyOf(change.rel));
+        const auto entry = m_entries.find(FileScan::keyOf(change.rel));
         if (entry == m_entries.end())
             continue;
-        if (isArrival(change))
+        if (FileChanges::isArrival(change))
             add(change, *entry);
-        else if (isDeparture(change))
+        else if (FileChanges::isDeparture(change))
             remove(*entry);
-        if (m_outcome.needsScan)
+        if (m_outcome.needsReading)
             break;
     }
+    if (!m_outcome.needsReading)
+        addWhatStands(changes);
     m_store.remove(m_removed);
     return m_outcome;
 }
@@ -87,8 +77,9 @@ void Applier::lookUp(const QVector<TreeChange>& changes)
     QStringList keys;
     std::vector<FileStore::Place> places;
     for (const TreeChange& change : changes) {
-        const bool concernsTheList = isArrival(change) || isDeparture(change);
-        const QString key = keyOf(change.rel);
+        const bool concernsTheList =
+            FileChanges::isArrival(change) || FileChanges::isDeparture(change);
+        const QString key = FileScan::keyOf(change.rel);
         if (!concernsTheList || change.rel.isEmpty() || FileScan::isExcludedPath(change.rel) ||
             m_entries.contains(key))
             continue;
@@ -128,16 +119,18 @@ FileStore::Folder Applier::folderFor(QStringView rel)
 
 void Applier::add(const TreeChange& change, Entry& entry)
 {
-    const QString full = m_store.root() % QDir::separator() % change.rel;
-    switch (m_reader->kindOf(full)) {
+    switch (m_reader->kindOf(FileStore::pathIn(m_store.root(), change.rel))) {
     case Platform::PathKind::Missing:
         break;
     case Platform::PathKind::Directory:
-        m_outcome.needsScan = true;
+        m_outcome.needsReading = true;
         break;
     case Platform::PathKind::File:
-        if (entry)
+        if (entry) {
+            // In the place of a folder, of which all has to go.
+            m_outcome.needsReading = m_store.isDir(*entry);
             break;
+        }
         entry = m_store.append(folderFor(folderOf(change.rel)), nameOf(change.rel), false);
         m_outcome.hasChanged = true;
         break;
@@ -150,12 +143,23 @@ void Applier::remove(Entry& entry)
         return;
     if (m_store.isDir(*entry)) {
         // All that was below it has to go as well.
-        m_outcome.needsScan = true;
+        m_outcome.needsReading = true;
         return;
     }
     m_removed.push_back(*entry);
     entry.reset();
     m_outcome.hasChanged = true;
+}
+
+/// The order of changes is no more than a hint: of two files that changed places, a name may have
+/// gone last of all and be there all the same.
+void Applier::addWhatStands(const QVector<TreeChange>& changes)
+{
+    for (const TreeChange& change : changes) {
+        const auto entry = m_entries.find(FileScan::keyOf(change.rel));
+        if (entry != m_entries.end() && !*entry && FileChanges::isDeparture(change))
+            add(change, *entry);
+    }
 }
 
 QStringView Applier::folderOf(const QString& rel)
@@ -168,13 +172,17 @@ QString Applier::nameOf(const QString& rel)
     return rel.mid(rel.lastIndexOf(QDir::separator()) + 1);
 }
 
-/// The same for all paths that mean the same file.
-QString Applier::keyOf(const QString& rel)
+} // namespace
+
+bool FileChanges::isArrival(const TreeChange& change)
 {
-    return Platform::pathCaseSensitivity() == Qt::CaseSensitive ? rel : CaseFold::keyOf(rel);
+    return change.action == Platform::FileAdded || change.action == Platform::FileRenamedNewName;
 }
 
-} // namespace
+bool FileChanges::isDeparture(const TreeChange& change)
+{
+    return change.action == Platform::FileRemoved || change.action == Platform::FileRenamedOldName;
+}
 
 FileChanges::Outcome FileChanges::apply(FileStore& store, const QVector<TreeChange>& changes)
 {

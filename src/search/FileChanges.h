@@ -14,13 +14,19 @@ class FileStore;
 namespace FileChanges
 {
 
+/// Whether something came to that name.
+bool isArrival(const Platform::TreeChange& change);
+
+/// Whether something may have gone from that name.
+bool isDeparture(const Platform::TreeChange& change);
+
 struct Outcome
 {
-    bool hasChanged = false; ///< entries were added or removed
-    bool needsScan = false;  ///< a folder is concerned, of which only a scan tells what is in it
+    bool hasChanged = false;   ///< entries were added or removed
+    bool needsReading = false; ///< a folder is concerned, which has to be read
 };
 
-/// Applies a few changes in their order, up to the first one that needs a scan. What a change tells
+/// Applies a few changes in their order, up to the first one that needs more. What a change tells
 /// is looked up on the disk.
 Outcome apply(FileStore& store, const QVector<Platform::TreeChange>& changes);
 

@@ -5,10 +5,8 @@
 
 #include "FileSearch.h"
 #include "FileStore.h"
-#include "TreeWatcher.h"
 #include "Types.h"
 
-#include <QHash>
 #include <QIcon>
 #include <QString>
 #include <QStringList>
@@ -17,8 +15,6 @@
 #include <functional>
 #include <iterator>
 #include <utility>
-
-class QTimer;
 
 /// All files and folders under the user's home directory, in memory alone: read anew by a
 /// background thread at each start, kept up to date by a second one that watches the tree.
@@ -51,7 +47,7 @@ public:
             using reference = Entry;
 
             Iterator(const FileStore* store, FileStore::Id id) : m_store(store), m_id(id) {}
-            Entry operator*() const { return entryOf(*m_store, m_id); }
+            Entry operator*() const;
             Iterator& operator++()
             {
                 m_id = m_store->next(m_id);
@@ -71,28 +67,34 @@ public:
         Iterator begin() const { return {m_store, m_store->begin()}; }
         Iterator end() const { return {m_store, m_store->end()}; }
         /// There must be one.
-        Entry last() const { return entryOf(*m_store, m_store->last()); }
+        Entry last() const;
 
     private:
         const FileStore* m_store;
     };
-
-    using Change = Platform::TreeChange;
 
     /// What a search is after.
     enum Kind { Files = 0, Folders = 1 };
 
     static constexpr int ExpectedEntries = 90000; ///< of a usual home, reserved before a scan
     static constexpr int CoalesceMs = 800;        ///< of quiet, before changes are looked at
-    static constexpr int MaxIncremental = 32;     ///< changes at a time; more are a reason to scan
+    static constexpr int MaxIncremental = 32;     ///< changes at a time; more are a thread's task
     static constexpr int PoolPerTier = FileSearch::PoolPerTier;
     static constexpr int ShutdownWaitMs = 2000; ///< for each of the threads, at the most
+    /// Between two scans for changes that were lost, at the least.
+    static constexpr int LossPauseMs = 30000;
+    static constexpr int FreshMs =
+        60000; ///< for which `refresh()` takes what isn't watched as known
 
     FileIndex() = delete;
 
     /// Starts the first scan and the watching, which last until the application quits. No effect
     /// from the second call on, nor without an application object.
     static void build();
+
+    /// Has what the system can't watch read again, unless that was less than a minute ago. To be
+    /// called when somebody is about to search. Returns at once.
+    static void refresh();
 
     /// Whether a first scan has been delivered; true from then on.
     static bool isReady();
@@ -131,32 +133,4 @@ public:
 
     /// Lets the next search walk all entries. Due whenever these change.
     static void forgetNarrowing();
-
-private:
-    struct State;
-
-    static State& state();
-    static Entry entryOf(const FileStore& store, FileStore::Id id);
-
-    static void shutdown();
-
-    static void startScan();
-    static void deliver(FileStore&& found);
-
-    static void startWatcher();
-    static void watchLoop(Platform::TreeWatcher& watcher);
-    static void postChanges(QVector<Change>&& batch);
-    static void postRescan();
-
-    static void queueChanges(QVector<Change>&& batch);
-    static void armCoalesceTimer();
-    static QTimer* coalesceTimer();
-    static void flushChanges();
-    static bool applyPending();
-    static void notifyReady();
-
-    static QString nameOfPath(const QString& path);
-    static QString suffixOf(const Entry& entry);
-    static QHash<QString, QIcon>& iconCache();
-    static QIcon shellIconFor(const QString& key, bool isDir);
 };

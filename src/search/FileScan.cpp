@@ -3,12 +3,15 @@
 
 #include "FileScan.h"
 
+#include "CaseFold.h"
 #include "DirectoryReader.h"
+#include "TreeWatcher.h"
 
 #include <QDir>
 #include <QLatin1String>
-#include <QStringBuilder>
+#include <QSet>
 #include <QStringList>
+#include <QStringView>
 
 #include <algorithm>
 #include <array>
@@ -24,11 +27,92 @@ constexpr std::array<QLatin1String, 5> kExcludedNames = {
     QLatin1String("AppData"), QLatin1String("node_modules"), QLatin1String(".git"),
     QLatin1String("__pycache__"), QLatin1String(".venv")};
 
-struct Due
+/// A walk over a tree, or parts of it.
+class Walk
 {
-    QString path;
-    FileStore::Folder folder;
+public:
+    explicit Walk(const FileScan::Tree& tree)
+        : m_tree(tree),
+          m_reader(Platform::DirectoryReader::create(tree.root, tree.watcher)),
+          m_found(tree.root)
+    {}
+
+    FileStore& found() { return m_found; }
+    void readBelow(const QString& path, FileStore::Folder folder);
+    FileStore::Finding lookAt(const QString& rel);
+
+private:
+    struct Due
+    {
+        QString path;
+        FileStore::Folder folder;
+    };
+
+    FileStore::Folder folderFor(QStringView rel);
+
+    const FileScan::Tree& m_tree;
+    std::unique_ptr<Platform::DirectoryReader> m_reader;
+    FileStore m_found;
 };
+
+void Walk::readBelow(const QString& path, FileStore::Folder folder)
+{
+    std::vector<Due> stack = {{path, folder}};
+    Due walked;
+    const Platform::DirectoryReader::Visitor visit = [&](Platform::DirectoryItem&& item) {
+        // Here too, because a single directory can hold a million files.
+        if (m_tree.cancel || (item.isDir && FileScan::isExcludedDir(item.name)))
+            return;
+        if (item.enter) {
+            stack.push_back({FileStore::pathIn(walked.path, item.name),
+                             m_found.addFolder(walked.folder, item.name)});
+        }
+        m_found.append(walked.folder, item.name, item.isDir);
+    };
+    while (!stack.empty() && !m_tree.cancel) {
+        walked = std::move(stack.back());
+        stack.pop_back();
+        // One that can't be read is left out, like all that is below it.
+        m_reader->list(walked.path, visit);
+    }
+}
+
+FileStore::Finding Walk::lookAt(const QString& rel)
+{
+    const qsizetype nameBegin = rel.lastIndexOf(QDir::separator()) + 1;
+    const QString name = rel.mid(nameBegin);
+    const FileStore::Folder parent = folderFor(QStringView(rel).first(nameBegin));
+    const QString path = FileStore::pathIn(m_tree.root, rel);
+    const Platform::PathKind kind = m_reader->kindOf(path);
+    FileStore::Finding finding{{parent, name}, std::nullopt};
+    if (kind != Platform::PathKind::Missing)
+        finding.entry = m_found.append(parent, name, kind == Platform::PathKind::Directory);
+    if (kind == Platform::PathKind::Directory)
+        readBelow(path, m_found.addFolder(parent, name));
+    return finding;
+}
+
+FileStore::Folder Walk::folderFor(QStringView rel)
+{
+    FileStore::Folder folder = FileStore::Root;
+    for (const QStringView name : rel.split(QDir::separator(), Qt::SkipEmptyParts)) {
+        const auto known = m_found.childOf(folder, name);
+        folder = known ? *known : m_found.addFolder(folder, name);
+    }
+    return folder;
+}
+
+/// Whether a folder on the way to the path is in the set.
+bool isBelowAny(const QString& rel, const QSet<QString>& keys)
+{
+    const QString key = FileScan::keyOf(rel);
+    for (qsizetype end = key.lastIndexOf(QDir::separator()); end > 0;
+         end = key.lastIndexOf(QDir::separator(), end - 1)) {
+        if (keys.contains(key.first(end)))
+            return true;
+    }
+    return false;
+}
 
 } // namespace
 
@@ -48,33 +132,48 @@ bool FileScan::isExcludedPath(const QString& rel)
     return std::any_of(parts.begin(), parts.end(), &FileScan::isExcludedDir);
 }
 
-FileStore FileScan::read(const QString& root, qsizetype expected, Platform::TreeWatcher* watcher,
-                         const std::atomic<bool>& cancel)
+QString FileScan::keyOf(const QString& path)
 {
-    FileStore found(root);
-    if (root.isEmpty())
-        return found;
-    found.reserve(expected);
-    const std::unique_ptr<Platform::DirectoryReader> reader =
-        Platform::DirectoryReader::create(root, watcher);
-    std::vector<Due> stack = {{root, FileStore::Root}};
-    Due walked;
-    const Platform::DirectoryReader::Visitor visit = [&](Platform::DirectoryItem&& item) {
-        // Here too, because a single directory can hold a million files.
-        if (cancel || (item.isDir && isExcludedDir(item.name)))
-            return;
-        if (item.enter) {
-            stack.push_back({walked.path % QDir::separator() % item.name,
-                             found.addFolder(walked.folder, item.name)});
-        }
-        found.append(walked.folder, item.name, item.isDir);
-    };
-    while (!stack.empty() && !cancel) {
-        walked = std::move(stack.back());
-        stack.pop_back();
-        // One that can't be read is left out, like all that is below it.
-        reader->list(walked.path, visit);
+    return Platform::pathCaseSensitivity() == Qt::CaseSensitive ? path : CaseFold::keyOf(path);
+}
+
+FileStore FileScan::read(const Tree& tree, qsizetype expected)
+{
+    if (tree.root.isEmpty())
+        return FileStore();
+    Walk walk(tree);
+    walk.found().reserve(expected);
+    walk.readBelow(tree.root, FileStore::Root);
+    walk.found().squeeze();
+    return std::move(walk.found());
+}
+
+FileScan::Findings FileScan::readAgain(const Tree& tree, const QStringList& paths)
+{
+    QSet<QString> keys;
+    for (const QString& rel : paths) {
+        if (!isExcludedPath(rel))
+            keys.insert(keyOf(rel));
     }
-    found.squeeze();
-    return found;
+    Walk walk(tree);
+    Findings findings;
+    QStringList without; // a folder
+    for (const QString& rel : paths) {
+        if (tree.cancel)
+            break;
+        if (!keys.contains(keyOf(rel)) || isBelowAny(rel, keys))
+            continue;
+        findings.places.push_back(walk.lookAt(rel));
+        const auto entry = findings.places.back().entry;
+        if (!entry || !walk.found().isDir(*entry))
+            without.append(rel);
+    }
+    // Only now, since what has been moved from there stays watched once its new place was read.
+    if (tree.watcher) {
+        for (const QString& rel : std::as_const(without))
+            tree.watcher->forget(rel);
+    }
+    walk.found().squeeze();
+    findings.store = std::move(walk.found());
+    return findings;
 }

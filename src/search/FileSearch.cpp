@@ -8,9 +8,6 @@
 #include "NameMatcher.h"
 #include "UsageStats.h"
 
-#include <QDir>
-#include <QStringBuilder>
-
 #include <algorithm>
 #include <array>
 #include <tuple>
@@ -116,7 +113,7 @@ std::vector<FileSearch::Candidate> FileSearch::candidates(const FileStore& store
         if (!m_accepted.accepts(folder))
             continue;
         ++count;
-        const QString path = folderPath.of(folder) % QDir::separator() % store.name(hit.id);
+        const QString path = FileStore::pathIn(folderPath.of(folder), store.name(hit.id));
         candidates.push_back(
             {hit.id, tier, UsageStats::scoreFor(path), store.lowerName(hit.id).size()});
         if (std::all_of(counts.begin(), counts.end(), isFull))

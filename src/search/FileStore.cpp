@@ -3,11 +3,12 @@
 
 #include "FileStore.h"
 
-#include "DirectoryReader.h"
+#include "FileStorePlaces.h"
 #include "NameBytes.h"
 #include "NameMatcher.h"
 
 #include <QDir>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <cstddef>
@@ -19,31 +20,12 @@ namespace
 
 using Header = quint32; // of a record: size of the lower-case name, and in the lowest bit its kind
 
-Qt::CaseSensitivity pathCase()
-{
-    static const Qt::CaseSensitivity caseSensitivity = Platform::pathCaseSensitivity();
-    return caseSensitivity;
-}
+using StoredNames::hashOf;
+using StoredNames::isSame;
+using StoredNames::textOf;
+using StoredNames::viewOf;
 
-bool isSameName(const QString& left, QStringView right)
-{
-    // Looked at first: names that differ in case alone have one size.
-    return left.size() == right.size() && left.compare(right, pathCase()) == 0;
-}
-
-/// Of names that are the same to the system, the same.
-std::size_t hashOf(FileStore::Folder parent, QStringView name)
-{
-    constexpr std::size_t Factor = 0x9e3779b1; // odd, without a pattern in its bits
-    const bool isFolded = pathCase() == Qt::CaseInsensitive;
-    std::size_t hash = parent * Factor;
-    for (const QChar unit : name) {
-        // Halves of pairs would have to be folded together.
-        if (!isFolded || !unit.isSurrogate())
-            hash = (hash ^ (isFolded ? unit.toCaseFolded() : unit).unicode()) * Factor;
-    }
-    return hash ^ (hash >> 16);
-}
+constexpr std::size_t kFewestBuckets = 16;
 
 bool isAscii(QStringView name)
 {
@@ -72,27 +54,48 @@ qsizetype sizeIn(Header header)
 
 } // namespace
 
-FileStore::FileStore(QString root) : m_root(std::move(root))
+FileStore::FileStore(QString root) : m_root(std::move(root)), m_buckets(kFewestBuckets, Root)
 {
-    m_folders.push_back({Root, 0});
+    m_folders.push_back({Root, 0, 0, Root});
+}
+
+QString FileStore::pathIn(const QString& folder, QStringView name)
+{
+    const QChar separator = QDir::separator();
+    if (folder.endsWith(separator)) // the root of a file system
+        return folder % name;
+    return folder % separator % name;
 }
 
 FileStore::Folder FileStore::addFolder(Folder parent, QStringView name)
 {
-    const auto folder = folderCount();
-    m_folders.push_back({parent, static_cast<quint32>(m_folderNames.size())});
     const QByteArray bytes = NameBytes::fromText(name);
-    m_folderNames.insert(m_folderNames.end(), bytes.begin(), bytes.end());
-    m_folderByHash.emplace(hashOf(parent, name), folder);
+    return addFolder(parent, viewOf(bytes), hashOf(viewOf(bytes)));
+}
+
+FileStore::Folder FileStore::addFolder(Folder parent, std::string_view name, quint32 hash)
+{
+    const auto folder = folderCount();
+    m_folders.push_back({parent, static_cast<quint32>(m_folderNames.size()), hash, Root});
+    m_folderNames.insert(m_folderNames.end(), name.begin(), name.end());
+    if (m_folders.size() > m_buckets.size())
+        growBuckets();
+    else
+        putIntoBucket(folder);
     return folder;
 }
 
-QString FileStore::folderName(Folder folder) const
+std::string_view FileStore::folderBytes(Folder folder) const
 {
     const std::size_t begin = m_folders[folder].nameBegin;
     const std::size_t end =
         folder + 1 < folderCount() ? m_folders[folder + 1].nameBegin : m_folderNames.size();
-    return NameBytes::toText(m_folderNames.data() + begin, static_cast<qsizetype>(end - begin));
+    return {m_folderNames.data() + begin, end - begin};
+}
+
+QString FileStore::folderName(Folder folder) const
+{
+    return textOf(folderBytes(folder));
 }
 
 QString FileStore::folderPath(Folder folder) const
@@ -102,19 +105,24 @@ QString FileStore::folderPath(Folder folder) const
         way.push_back(folder);
     QString path = m_root;
     std::reverse(way.begin(), way.end());
-    for (const Folder step : way) {
-        path += QDir::separator();
-        path += folderName(step);
-    }
+    for (const Folder step : way)
+        path = pathIn(path, folderName(step));
     return path;
 }
 
 void FileStore::addPlaces(const FolderTree& tree, std::vector<FolderTree::Place>& places) const
 {
-    if (places.empty())
-        places.push_back(tree.placeOf(m_root));
+    if (places.empty()) {
+        // The root of a file system ends with a separator, behind which no name of it lies.
+        const bool endsWithName = !m_root.endsWith(QDir::separator());
+        places.push_back(tree.placeOf(QStringView(m_root).chopped(endsWithName ? 0 : 1)));
+    }
     // Parents have the lower numbers.
     for (auto folder = static_cast<Folder>(places.size()); folder < folderCount(); ++folder) {
+        if (parentOf(folder) == NoFolder) {
+            places.emplace_back();
+            continue;
+        }
         const FolderTree::Place parent = places[parentOf(folder)];
         places.push_back(tree.hasNothingBelow(parent) ? FolderTree::Place{parent.node, false}
                                                       : tree.below(parent, folderName(folder)));
@@ -123,17 +131,68 @@ void FileStore::addPlaces(const FolderTree& tree, std::vector<FolderTree::Place>
 
 std::optional<FileStore::Folder> FileStore::childOf(Folder parent, QStringView name) const
 {
-    const auto [first, behind] = m_folderByHash.equal_range(hashOf(parent, name));
-    const auto child = std::find_if(first, behind, [&](const auto& known) {
-        return parentOf(known.second) == parent && isSameName(folderName(known.second), name);
-    });
-    return child == behind ? std::nullopt : std::optional(child->second);
+    const QByteArray bytes = NameBytes::fromText(name);
+    return childOf(parent, viewOf(bytes), hashOf(viewOf(bytes)));
+}
+
+std::optional<FileStore::Folder> FileStore::childOf(Folder parent, std::string_view name,
+                                                    quint32 hash) const
+{
+    std::optional<Folder> child;
+    for (Folder f = m_buckets[bucketOf(parent, hash)]; f != Root; f = m_folders[f].next) {
+        if (m_folders[f].hash != hash || parentOf(f) != parent)
+            continue;
+        if (folderBytes(f) == name)
+            return f;
+        if (isSame(folderBytes(f), name))
+            child = f;
+    }
+    return child;
+}
+
+std::size_t FileStore::bucketOf(Folder parent, quint32 hash) const
+{
+    constexpr quint32 Factor = 0x85ebca6b; // odd, without a pattern in its bits
+    quint32 mixed = (hash ^ parent) * Factor;
+    mixed ^= mixed >> 15;
+    return mixed & (m_buckets.size() - 1);
+}
+
+void FileStore::putIntoBucket(Folder folder)
+{
+    FolderRecord& record = m_folders[folder];
+    Folder& first = m_buckets[bucketOf(record.parent, record.hash)];
+    record.next = first;
+    first = folder;
+}
+
+void FileStore::takeFromBucket(Folder folder)
+{
+    const FolderRecord& record = m_folders[folder];
+    Folder* link = &m_buckets[bucketOf(record.parent, record.hash)];
+    while (*link != folder)
+        link = &m_folders[*link].next;
+    *link = record.next;
+}
+
+/// So that there are as many as folders, all of which it puts into their buckets.
+void FileStore::growBuckets()
+{
+    std::size_t count = kFewestBuckets;
+    while (count < m_folders.size())
+        count *= 2;
+    m_buckets.assign(count, Root);
+    for (Folder folder = Root + 1; folder < folderCount(); ++folder) {
+        if (parentOf(folder) != NoFolder)
+            putIntoBucket(folder);
+    }
 }
 
 FileStore::Id FileStore::append(Folder folder, QStringView name, bool isDir)
 {
     if (m_chunks.empty() || m_chunks.back().begins.size() == ChunkSize) {
-        squeeze();
+        if (!m_chunks.empty())
+            squeeze(m_chunks.back());
         m_chunks.emplace_back().text.resize(NameMatcher::Padding);
     }
     Chunk& chunk = m_chunks.back();
@@ -175,14 +234,10 @@ const char* FileStore::recordAt(const Chunk& chunk, std::size_t index)
 
 FileStore::Record FileStore::recordOf(Id id) const
 {
-    const Chunk& chunk = chunkOf(id);
-    const std::size_t index = indexIn(id);
-    const char* record = recordAt(chunk, index);
-    const char* end = index + 1 < chunk.begins.size()
-                          ? recordAt(chunk, index + 1)
-                          : chunk.text.data() + chunk.text.size() - NameMatcher::Padding;
-    const Header header = headerAt(record);
-    const char* lower = record + sizeof(Header);
+    const std::string_view bytes = bytesOf(id);
+    const char* end = bytes.data() + bytes.size();
+    const Header header = headerAt(bytes.data());
+    const char* lower = bytes.data() + sizeof(Header);
     const char* written = lower + sizeIn(header);
     if (written == end)
         written = lower;
@@ -191,7 +246,7 @@ FileStore::Record FileStore::recordOf(Id id) const
 
 QString FileStore::path(Id id) const
 {
-    return folderPath(folderOf(id)) + QDir::separator() + name(id);
+    return pathIn(folderPath(folderOf(id)), name(id));
 }
 
 QString FileStore::name(Id id) const
@@ -200,12 +255,21 @@ QString FileStore::name(Id id) const
     return NameBytes::toText(record.written, record.writtenSize);
 }
 
-bool FileStore::isWritten(Id id, const QByteArray& name) const
+std::string_view FileStore::writtenName(Id id) const
 {
     const Record record = recordOf(id);
-    return record.writtenSize == name.size() &&
-           std::memcmp(record.written, name.constData(), static_cast<std::size_t>(name.size())) ==
-               0;
+    return {record.written, static_cast<std::size_t>(record.writtenSize)};
+}
+
+/// All that the list keeps of an entry but its folder.
+std::string_view FileStore::bytesOf(Id id) const
+{
+    const Chunk& chunk = chunkOf(id);
+    const std::size_t index = indexIn(id);
+    const std::size_t end = index + 1 < chunk.begins.size()
+                                ? chunk.begins[index + 1]
+                                : chunk.text.size() - NameMatcher::Padding;
+    return {recordAt(chunk, index), end - chunk.begins[index]};
 }
 
 QString FileStore::lowerName(Id id) const
@@ -233,40 +297,38 @@ FileStore::Id FileStore::last() const
 std::vector<std::optional<FileStore::Id>> FileStore::find(std::span<const Place> places) const
 {
     std::vector<std::optional<Id>> found(places.size());
-    std::vector<bool> isWanted(m_folders.size());
-    std::vector<QByteArray> names;
-    for (const Place& place : places) {
-        isWanted[place.folder] = true;
-        names.push_back(NameBytes::fromText(place.name));
-    }
+    std::vector<bool> isSpelledAlike(places.size());
+    PlaceTable table(m_folders.size());
+    for (const Place& place : places)
+        table.add(place.folder, place.name);
     for (std::size_t c = 0; c < m_chunks.size(); ++c) {
         const std::vector<Folder>& folders = m_chunks[c].folders;
+        Folder folder = NoFolder;
+        bool isWanted = false;
         for (std::size_t i = 0; i < folders.size(); ++i) {
-            if (isWanted[folders[i]])
-                noteIfFound(idOf(c, i), places, names, found);
+            // Entries come folder by folder, so that most need no look into the table.
+            if (folders[i] != folder) {
+                folder = folders[i];
+                isWanted = table.hasIn(folder);
+            }
+            if (!isWanted)
+                continue;
+            const Id id = idOf(c, i);
+            table.visit(folders[i], writtenName(id), [&](std::size_t place, bool isAlike) {
+                if (found[place] && (isSpelledAlike[place] || !isAlike))
+                    return;
+                found[place] = id;
+                isSpelledAlike[place] = isAlike;
+            });
         }
     }
     return found;
 }
 
-/// \param names of the places, as bytes.
-void FileStore::noteIfFound(Id id, std::span<const Place> places,
-                            const std::vector<QByteArray>& names,
-                            std::vector<std::optional<Id>>& found) const
-{
-    // Where case counts, no name has to be put together.
-    const bool isExact = pathCase() == Qt::CaseSensitive;
-    const QString entry = isExact ? QString() : name(id);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        if (found[i] || places[i].folder != folderOf(id))
-            continue;
-        if (isExact ? isWritten(id, names[i]) : isSameName(entry, places[i].name))
-            found[i] = id;
-    }
-}
-
 void FileStore::remove(std::vector<Id> ids)
 {
+    if (ids.empty())
+        return;
     std::sort(ids.begin(), ids.end());
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     for (auto id = ids.begin(); id != ids.end();) {
@@ -278,30 +340,71 @@ void FileStore::remove(std::vector<Id> ids)
         keepOnly(chunk, isRemoved);
     }
     m_size -= static_cast<qsizetype>(ids.size());
-    std::erase_if(m_chunks, [](const Chunk& chunk) { return chunk.begins.empty(); });
+    joinSmallChunks();
 }
 
-/// Within the memory that the chunk has.
+/// What lies between two of those removed moves at once.
 void FileStore::keepOnly(Chunk& chunk, const std::vector<bool>& isRemoved)
 {
-    const std::size_t textEnd = chunk.text.size() - NameMatcher::Padding;
-    char* to = chunk.text.data();
+    const std::size_t count = isRemoved.size();
+    const auto beginOf = [&](std::size_t index) {
+        return index < count ? std::size_t(chunk.begins[index])
+                             : chunk.text.size() - NameMatcher::Padding;
+    };
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < isRemoved.size(); ++i) {
-        if (isRemoved[i])
+    std::size_t to = 0;
+    for (std::size_t first = 0; first < count;) {
+        if (isRemoved[first]) {
+            ++first;
             continue;
-        const char* record = recordAt(chunk, i);
-        const char* end =
-            i + 1 < isRemoved.size() ? recordAt(chunk, i + 1) : chunk.text.data() + textEnd;
-        chunk.begins[kept] = static_cast<quint32>(to - chunk.text.data());
-        chunk.folders[kept] = chunk.folders[i];
-        std::memmove(to, record, static_cast<std::size_t>(end - record));
-        to += end - record;
-        ++kept;
+        }
+        std::size_t behind = first;
+        while (behind < count && !isRemoved[behind])
+            ++behind;
+        const std::size_t from = beginOf(first);
+        const std::size_t size = beginOf(behind) - from;
+        std::memmove(chunk.text.data() + to, chunk.text.data() + from, size);
+        for (; first < behind; ++first, ++kept) {
+            chunk.begins[kept] = static_cast<quint32>(chunk.begins[first] - (from - to));
+            chunk.folders[kept] = chunk.folders[first];
+        }
+        to += size;
     }
     chunk.begins.resize(kept);
     chunk.folders.resize(kept);
-    chunk.text.resize(static_cast<std::size_t>(to - chunk.text.data()) + NameMatcher::Padding);
+    chunk.text.resize(to + NameMatcher::Padding);
+    if (chunk.text.size() < chunk.text.capacity() / 2)
+        squeeze(chunk);
+}
+
+/// Puts the entries of the next chunk to the end of this one.
+void FileStore::join(Chunk& chunk, const Chunk& next)
+{
+    const auto shift = static_cast<quint32>(chunk.text.size() - NameMatcher::Padding);
+    chunk.text.resize(shift);
+    chunk.text.insert(chunk.text.end(), next.text.begin(), next.text.end());
+    for (const quint32 begin : next.begins)
+        chunk.begins.push_back(begin + shift);
+    chunk.folders.insert(chunk.folders.end(), next.folders.begin(), next.folders.end());
+}
+
+/// Keeps the list from becoming one of a few entries here and there, each with the memory of a
+/// whole chunk.
+void FileStore::joinSmallChunks()
+{
+    std::size_t kept = 0;
+    for (Chunk& chunk : m_chunks) {
+        if (chunk.begins.empty())
+            continue;
+        if (kept > 0 && m_chunks[kept - 1].begins.size() + chunk.begins.size() <= ChunkSize / 2) {
+            join(m_chunks[kept - 1], chunk);
+            continue;
+        }
+        if (&m_chunks[kept] != &chunk)
+            m_chunks[kept] = std::move(chunk);
+        ++kept;
+    }
+    m_chunks.resize(kept);
 }
 
 std::vector<quint32> FileStore::countsByFolder() const
@@ -356,9 +459,14 @@ void FileStore::reserve(qsizetype entries)
 
 void FileStore::squeeze()
 {
-    if (m_chunks.empty())
-        return;
-    Chunk& chunk = m_chunks.back();
+    if (!m_chunks.empty())
+        squeeze(m_chunks.back());
+    m_folders.shrink_to_fit();
+    m_folderNames.shrink_to_fit();
+}
+
+void FileStore::squeeze(Chunk& chunk)
+{
     chunk.text.shrink_to_fit();
     chunk.begins.shrink_to_fit();
     chunk.folders.shrink_to_fit();

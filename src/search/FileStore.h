@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 class NameMatcher;
@@ -26,7 +26,7 @@ class NameMatcher;
 class FileStore
 {
 public:
-    /// A folder into which entries can be put. A number stays valid as long as the store.
+    /// A folder into which entries can be put. A number stays valid until folders are renumbered.
     using Folder = quint32;
     /// Place in the list, which counts on with gaps; valid until entries are removed.
     using Id = quint32;
@@ -50,6 +50,23 @@ public:
         QString name;
     };
 
+    /// What was found at a place that was looked at again.
+    struct Finding
+    {
+        Place place;             ///< in the numbers of the list in which the rest was put
+        std::optional<Id> entry; ///< in that list; none if nothing stands there
+    };
+
+    /// What a renewal has done to a list.
+    struct Renewal
+    {
+        bool hasChanged = false;           ///< entries came or went
+        bool areFoldersRenumbered = false; ///< the numbers of folders mean others now
+    };
+
+    /// The path of what lies in a folder; with native separators.
+    static QString pathIn(const QString& folder, QStringView name);
+
     /// \param root path of the folder with the number `Root`, with native separators.
     explicit FileStore(QString root = QString());
 
@@ -62,10 +79,12 @@ public:
     /// Puts an entry to the end of the list.
     Id append(Folder folder, QStringView name, bool isDir);
 
-    /// How many folders were added, and the root. Their numbers lie below it, and each lies above
-    /// that of its parent.
+    /// All numbers of folders lie below it, that of each above that of its parent. Some may be
+    /// those of folders that are gone.
     Folder folderCount() const { return static_cast<Folder>(m_folders.size()); }
+    /// The root has itself for a parent, and one that is gone none at all.
     Folder parentOf(Folder folder) const { return m_folders[folder].parent; }
+    static constexpr Folder NoFolder = ~Folder(0);
     QString folderName(Folder folder) const;
     QString folderPath(Folder folder) const;
 
@@ -74,7 +93,7 @@ public:
     void addPlaces(const FolderTree& tree, std::vector<FolderTree::Place>& places) const;
 
     /// The folder of that name in another one; none if no such folder was added. In the way of the
-    /// system, case counts or doesn't.
+    /// system, case counts or doesn't, but one that is spelled alike is preferred.
     std::optional<Folder> childOf(Folder parent, QStringView name) const;
 
     // Of an entry.
@@ -94,11 +113,19 @@ public:
     Id last() const;
 
     /// For each of the places the first entry there, in one walk over the list. In the way of the
-    /// system, case counts or doesn't.
+    /// system, case counts or doesn't, but one that is spelled alike is preferred.
     std::vector<std::optional<Id>> find(std::span<const Place> places) const;
 
     /// Takes entries from the list; the others keep their order.
     void remove(std::vector<Id> ids);
+
+    /// Brings the list up to date with what was found where it was looked again: what it knows of
+    /// these places and of all below them gives way to that. What is known already stays where it
+    /// is in the list, folder by folder; the rest comes to its end. \param found all that stands at
+    /// the places and below them, directory by directory, and nothing else; with the same root.
+    /// What this list has no use for is left in it. \param findings none of their places lies below
+    /// another one or is the root.
+    Renewal renew(FileStore& found, std::span<const Finding> findings);
 
     /// How many entries lie in each folder itself, by the folders' numbers.
     std::vector<quint32> countsByFolder() const;
@@ -141,7 +168,12 @@ private:
     {
         Folder parent;
         quint32 nameBegin; ///< in `m_folderNames`
+        quint32 hash;      ///< of the name; the same for names that are the same to the system
+        Folder next;       ///< in the same bucket; the root, which is in none, ends it
     };
+
+    class PlaceTable;
+    class Renewer;
 
     const Chunk& chunkOf(Id id) const { return m_chunks[id >> ChunkBits]; }
     static std::size_t indexIn(Id id) { return id & (ChunkSize - 1); }
@@ -153,15 +185,28 @@ private:
     static bool isHit(const char* record, Id id, const NameMatcher& matcher, Hit* hit);
     static void appendRecord(Chunk& chunk, QStringView name, bool isDir);
     static void keepOnly(Chunk& chunk, const std::vector<bool>& isRemoved);
+    static void join(Chunk& chunk, const Chunk& next);
+    void joinSmallChunks();
+    static void squeeze(Chunk& chunk);
     Record recordOf(Id id) const;
-    bool isWritten(Id id, const QByteArray& name) const;
-    void noteIfFound(Id id, std::span<const Place> places, const std::vector<QByteArray>& names,
-                     std::vector<std::optional<Id>>& found) const;
+    std::string_view bytesOf(Id id) const;
+    std::string_view writtenName(Id id) const;
+
+    std::string_view folderBytes(Folder folder) const;
+    Folder addFolder(Folder parent, std::string_view name, quint32 hash);
+    std::optional<Folder> childOf(Folder parent, std::string_view name, quint32 hash) const;
+    std::size_t bucketOf(Folder parent, quint32 hash) const;
+    void putIntoBucket(Folder folder);
+    void takeFromBucket(Folder folder);
+    void growBuckets();
+    void bury(Folder folder);
+    bool dropBuried();
 
     QString m_root;
     qsizetype m_size = 0;
     std::vector<Chunk> m_chunks;
     std::vector<FolderRecord> m_folders;
     std::vector<char> m_folderNames;
-    std::unordered_multimap<std::size_t, Folder> m_folderByHash; ///< of parent and name
+    std::vector<Folder> m_buckets; ///< the first folder in each; as many as a power of two
+    std::size_t m_buried = 0;      ///< numbers of folders that are gone
 };

@@ -205,6 +205,7 @@ void SpotlightWindow::startIndexing()
 
 void SpotlightWindow::prepareShow()
 {
+    FileIndex::refresh();
     m_anchorValid = false;
     m_panelHeight = -1;
     m_stripHeight = -1;

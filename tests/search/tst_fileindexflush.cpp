@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTextStream>
 #include <QThread>
@@ -41,25 +42,35 @@ private slots:
     void numbers();
     void excludedPaths_data();
     void excludedPaths();
-    void watcherIsToldWhatIsExcluded();
     void singleChanges_data();
     void singleChanges();
     void changesFollowTheirOrder_data();
     void changesFollowTheirOrder();
     void renamedFileGoesToTheEnd();
     void asManyAsTheLimitAreApplied();
-    void moreThanTheLimitIsAScan();
+    void moreThanTheLimitAreReadByAThread();
+    void lookedAtOnceAndFromAbove();
+    void readingBringsOnlyWhatIsNew();
+    void pathsBeyondAllMeasureAreAScan();
     void everyChangeCounts_data();
     void everyChangeCounts();
     void batchesAddUp();
     void emptyBatchIsNoNews();
     void everyBatchRestartsTheTimer();
-    void foldersCauseAScan_data();
-    void foldersCauseAScan();
+    void foldersAreReadByThemselves_data();
+    void foldersAreReadByThemselves();
+    void readingIsWatchedAndForgets();
+    void whatIsNoFolderAnyMore();
+    void filesThatChangePlaces();
     void overflowCausesAScan();
-    void changesBeforeAFolderStandUntilTheScan();
-    void changesDuringAScanAreDropped();
-    void oldListServesDuringAScan();
+    void overflowsCauseAScanAtATime();
+    void changesBeforeAFolderStandUntilItIsRead();
+    void changesDuringAReadingAreLookedAtBehindIt_data();
+    void changesDuringAReadingAreLookedAtBehindIt();
+    void changesDuringAScanAreLookedAtBehindIt();
+    void oldListServesDuringAReading();
+    void refreshReadsWhatIsNotWatched();
+    void refreshOfAllIsAScan();
     void deliveryIsCompleteWhenItIsTold();
     void callbackMayBeReplacedWithinACall();
 
@@ -105,14 +116,19 @@ bool isIndexed(const QString& path)
     return indexed().contains(path);
 }
 
-QTimer* coalesceTimer()
+QTimer* timerOf(const QString& name)
 {
     const QList<QTimer*> timers =
         QCoreApplication::instance()->findChildren<QTimer*>(Qt::FindDirectChildrenOnly);
-    const auto found = std::find_if(timers.begin(), timers.end(), [](const QTimer* timer) {
-        return timer->interval() == FileIndex::CoalesceMs || timer->interval() == 0;
+    const auto found = std::find_if(timers.begin(), timers.end(), [&name](const QTimer* timer) {
+        return timer->objectName() == name;
     });
     return found == timers.end() ? nullptr : *found;
+}
+
+QTimer* coalesceTimer()
+{
+    return timerOf("fileCoalesceTimer");
 }
 
 bool isFlushDue()
@@ -157,7 +173,7 @@ bool flush(const QVector<Changes>& batches)
     if (!waitFor(isFlushDue))
         return false;
     // All batches are on their way by now, or not needed: the last one answers.
-    FakeFileSystem::excluded({});
+    FakeFileSystem::awaitReports();
     QCoreApplication::sendPostedEvents();
     coalesceTimer()->start(0);
     return waitFor([] { return !isFlushDue(); });
@@ -173,8 +189,27 @@ void countReady()
 struct Mark
 {
     int scans = FakeFileSystem::scanCount();
+    int readings = FakeFileSystem::readingCount();
     int ready = s_readyCount;
 };
+
+/// Waits for one more reading of some paths than there were, and for its delivery; no scan.
+bool hasReadSince(const Mark& mark)
+{
+    return waitFor([&mark] {
+        return FakeFileSystem::readingCount() == mark.readings + 1 &&
+               s_readyCount == mark.ready + 1 && FakeFileSystem::scanCount() == mark.scans;
+    });
+}
+
+/// Lets the time pass for which lost changes cause no further scan.
+bool endPause()
+{
+    QTimer* pause = timerOf("fileLossTimer");
+    if (pause->isActive())
+        pause->start(0);
+    return waitFor([pause] { return !pause->isActive() || pause->interval() > 0; });
+}
 
 /// Waits for one more scan than there were, and for its delivery.
 bool hasScannedSince(const Mark& mark)
@@ -184,16 +219,17 @@ bool hasScannedSince(const Mark& mark)
     });
 }
 
-/// Whether there are no more scans than there were. They begin on a thread of their own, which may
-/// take its time to be counted, so this has a new file arrive: one that is under way swallows it,
-/// and one that isn't has been counted. The file stays at the end of the list.
-bool hasNotScannedSince(const Mark& mark)
+/// Whether nothing has been read by a thread. One may take its time to be counted, so this has a
+/// new file arrive: one that is under way puts it off, and one that isn't has been counted. The
+/// file stays at the end of the list.
+bool hasNotReadSince(const Mark& mark)
 {
     static int number = 0;
     const QString witness = QString("witness %1.txt").arg(++number);
     FakeFileSystem::add(witness);
     return flush({added({witness})}) && FileIndex::entries().last().path == full(witness) &&
-           FakeFileSystem::scanCount() == mark.scans;
+           FakeFileSystem::scanCount() == mark.scans &&
+           FakeFileSystem::readingCount() == mark.readings;
 }
 
 } // namespace
@@ -202,7 +238,7 @@ void FileIndexFlushTest::initMain()
 {
     TestHome::install();
     FileIndex::build(); // too early, and without effect
-    s_isBuiltWithoutApplication = FakeFileSystem::scanCount() > 0;
+    s_isBuiltWithoutApplication = FakeFileSystem::threadCount() > 0;
 }
 
 void FileIndexFlushTest::nothingIsThereBeforeTheBuild()
@@ -231,7 +267,6 @@ void FileIndexFlushTest::firstScanIsAwaited()
     FileIndex::build();
     QVERIFY(waitFor(&FakeFileSystem::isHeld));
     QVERIFY(waitFor(&FakeFileSystem::isWatching));
-    QVERIFY(!FakeFileSystem::isWalkAllowed()); // which would slow the scan down
     QVERIFY(!FileIndex::isReady());
     QVERIFY(FileIndex::search("b", 10, FileIndex::Files).isEmpty());
     QCOMPARE(s_readyCount, 0);
@@ -243,7 +278,8 @@ void FileIndexFlushTest::firstScanIsDelivered()
     QTRY_COMPARE(s_readyCount, 1);
     QVERIFY(!s_wasToldTooEarly);
     QVERIFY(FileIndex::isReady());
-    QVERIFY(FakeFileSystem::isWalkAllowed());
+    QVERIFY(FakeFileSystem::isListedUnderWatch(""));
+    QVERIFY(FakeFileSystem::isListedUnderWatch("Alpha/deep"));
     QCOMPARE(FileIndex::search("one", 10, FileIndex::Files),
              (QVector<Entry>{{full("Alpha/One.TXT"), "one.txt", false}}));
     QCOMPARE(FileIndex::search("alpha", 10, FileIndex::Folders),
@@ -267,7 +303,7 @@ void FileIndexFlushTest::buildsOnce()
     const Mark mark;
     QCOMPARE(mark.scans, 1);
     FileIndex::build();
-    QVERIFY(hasNotScannedSince(mark));
+    QVERIFY(hasNotReadSince(mark));
     QCOMPARE(FakeFileSystem::busyCount(), 1); // the one watch
 }
 
@@ -316,12 +352,6 @@ void FileIndexFlushTest::excludedPaths()
     QTEST(FileIndex::isExcludedPath(QDir::toNativeSeparators(path)), "isExcluded");
 }
 
-void FileIndexFlushTest::watcherIsToldWhatIsExcluded()
-{
-    QCOMPARE(FakeFileSystem::excluded({"a", "AppData", ".GIT", ".programs", "gitx"}),
-             (QVector<bool>{false, true, true, true, false}));
-}
-
 void FileIndexFlushTest::singleChanges_data()
 {
     QTest::addColumn<QString>("onDisk");
@@ -364,7 +394,7 @@ void FileIndexFlushTest::singleChanges()
     QVERIFY(flush({{{static_cast<quint32>(action), changed}}}));
     QCOMPARE(indexed(), readyCalls == 0 ? before : before + QStringList{changed});
     QCOMPARE(s_readyCount, mark.ready + readyCalls);
-    QVERIFY(hasNotScannedSince(mark));
+    QVERIFY(hasNotReadSince(mark));
 }
 
 void FileIndexFlushTest::changesFollowTheirOrder_data()
@@ -393,23 +423,30 @@ void FileIndexFlushTest::changesFollowTheirOrder_data()
         << QStringList{"x1 and a long ending.txt", "x3 and a long ending.txt"};
     QTest::newRow("case makes another file")
         << Changes{{add, "order/a"}, {add, "order/A"}, {remove, "order/a"}} << QStringList{"A"};
+    QTest::newRow("removed and there all the same")
+        << Changes{{add, "order/a"}, {add, "order/b"}, {remove, "order/a"}}
+        << QStringList{"b", "a"};
+    QTest::newRow("only told to be gone") << Changes{{remove, "order/a"}} << QStringList{"a"};
 }
 
 void FileIndexFlushTest::changesFollowTheirOrder()
 {
     QFETCH(Changes, changes);
-    FakeFileSystem::add({"order/a", "order/A", "order/b", "order/x1 and a long ending.txt",
-                         "order/x2 and a long ending.txt", "order/x3 and a long ending.txt"});
+    QFETCH(QStringList, names); // which are on the disk by then
+    for (const QString& name : std::as_const(names))
+        FakeFileSystem::add("order/" + name);
     QVERIFY(flush({changes}));
     const auto isInFolder = [](const QString& path) { return path.startsWith("order/"); };
-    QStringList names;
+    QStringList found;
     for (const QString& path : indexed()) {
         if (isInFolder(path))
-            names.append(path.mid(6));
+            found.append(path.mid(6));
     }
-    QTEST(names, "names");
-    for (const QString& name : std::as_const(names))
+    QCOMPARE(found, names);
+    for (const QString& name : std::as_const(names)) {
+        FakeFileSystem::remove("order/" + name);
         QVERIFY(flush({removed({"order/" + name})}));
+    }
     const QStringList left = indexed();
     QVERIFY(std::none_of(left.begin(), left.end(), isInFolder));
 }
@@ -438,27 +475,98 @@ void FileIndexFlushTest::asManyAsTheLimitAreApplied()
     QVERIFY(flush({numbered("limit/%1.txt", FileIndex::MaxIncremental)}));
     QVERIFY(isIndexed("limit/0.txt"));
     QVERIFY(isIndexed("limit/31.txt"));
-    // The folder isn't there, as nobody told of it: no scan has been made.
+    // The folder isn't there, as nobody told of it: nothing has been read.
     QVERIFY(!isIndexed("limit/"));
     QCOMPARE(s_readyCount, mark.ready + 1);
-    QVERIFY(hasNotScannedSince(mark));
+    QVERIFY(hasNotReadSince(mark));
 }
 
-void FileIndexFlushTest::moreThanTheLimitIsAScan()
+void FileIndexFlushTest::moreThanTheLimitAreReadByAThread()
 {
+    for (int i = 0; i < FileIndex::MaxIncremental; ++i)
+        FakeFileSystem::add(QString("beyond/%1.txt").arg(i));
     FakeFileSystem::add("beyond/first.txt");
     const Mark mark;
+    const QStringList before = indexed();
+    FakeFileSystem::looks();
+    FakeFileSystem::listings();
     FakeFileSystem::hold();
     QVERIFY(flush(
-        {numbered("beyond/%1.txt", FileIndex::MaxIncremental) + added({"beyond/first.txt"})}));
+        {added({"beyond/first.txt"}) + numbered("beyond/%1.txt", FileIndex::MaxIncremental)}));
     QVERIFY(waitFor(&FakeFileSystem::isHeld));
-    QVERIFY(!isIndexed("beyond/first.txt")); // not applied one by one
+    QCOMPARE(indexed(), before); // not applied one by one
     FakeFileSystem::release();
-    QVERIFY(hasScannedSince(mark));
-    QVERIFY(isIndexed("beyond/first.txt"));
-    QVERIFY(isIndexed("beyond/"));
+    QVERIFY(hasReadSince(mark));
+    QStringList expected = before;
+    expected.append("beyond/first.txt");
+    for (int i = 0; i < FileIndex::MaxIncremental; ++i)
+        expected.append(QString("beyond/%1.txt").arg(i));
+    QCOMPARE(indexed(), expected);
+    QCOMPARE(FakeFileSystem::looks().size(), FileIndex::MaxIncremental + 1);
+    QCOMPARE(FakeFileSystem::listings(), QStringList());
     QVERIFY(!isFlushDue());
-    QVERIFY(hasNotScannedSince(Mark())); // one was enough
+    QVERIFY(hasNotReadSince(Mark())); // one was enough
+}
+
+void FileIndexFlushTest::lookedAtOnceAndFromAbove()
+{
+    FakeFileSystem::add({"above/in/deep/x.txt", "above/y.txt", "above beside.txt"});
+    const Mark mark;
+    FakeFileSystem::looks();
+    FakeFileSystem::listings();
+    QVERIFY(flush({added({"above/in", "above/in/deep/x.txt", "above beside.txt", "above",
+                          "above/y.txt", "above/node_modules", "a/.git/b", "above"}) +
+                   removed({"above/gone.txt", "above beside.txt"})}));
+    QVERIFY(hasReadSince(mark));
+    QCOMPARE(FakeFileSystem::looks(), (QStringList{"above beside.txt", "above"}));
+    QCOMPARE(FakeFileSystem::listings(), (QStringList{"above", "above/in", "above/in/deep"}));
+    QCOMPARE(indexed().last(6),
+             (QStringList{"above beside.txt", "above/", "above/in/", "above/y.txt",
+                          "above/in/deep/", "above/in/deep/x.txt"}));
+}
+
+void FileIndexFlushTest::readingBringsOnlyWhatIsNew()
+{
+    FakeFileSystem::add({"again/a.txt", "again/in/b.txt", "again/in/e.txt", "again/out/d.txt"});
+    const Mark mark;
+    QVERIFY(flush({added({"again"})}));
+    QVERIFY(hasReadSince(mark));
+    const QStringList before = indexed();
+
+    // What was known already is no news, and stays where it was.
+    const Mark secondMark;
+    QVERIFY(flush({added({"again"})}));
+    QVERIFY(waitFor([&] { return FakeFileSystem::readingCount() == secondMark.readings + 1; }));
+    QVERIFY(hasNotReadSince({secondMark.scans, secondMark.readings + 1, 0}));
+    QCOMPARE(s_readyCount, secondMark.ready + 1); // the witness
+    QCOMPARE(indexed().first(before.size()), before);
+
+    FakeFileSystem::add("again/in/news.txt");
+    FakeFileSystem::remove("again/out");
+    const Mark thirdMark;
+    QVERIFY(flush({added({"again"})}));
+    QVERIFY(hasReadSince(thirdMark));
+    const QStringList after = indexed();
+    QCOMPARE(after.filter(QRegularExpression("^again")),
+             (QStringList{"again/", "again/a.txt", "again/in/", "again/in/b.txt", "again/in/e.txt",
+                          "again/in/news.txt"}));
+    QCOMPARE(FileIndex::search("news.t", 9, FileIndex::Files).size(), 1);
+}
+
+void FileIndexFlushTest::pathsBeyondAllMeasureAreAScan()
+{
+    FakeFileSystem::add("measure/x.txt");
+    const Mark mark;
+    constexpr int AtATime = 1000;
+    constexpr int Batches = 101;
+    QVector<Changes> batches;
+    for (int i = 0; i < Batches; ++i)
+        batches.append(numbered(QString("measure %1/%2.txt").arg(i).arg("%1"), AtATime));
+    QVERIFY(flush(batches));
+    QVERIFY(hasScannedSince(mark));
+    QCOMPARE(FakeFileSystem::readingCount(), mark.readings);
+    QVERIFY(isIndexed("measure/x.txt"));
+    QVERIFY(endPause());
 }
 
 void FileIndexFlushTest::everyChangeCounts_data()
@@ -484,12 +592,11 @@ void FileIndexFlushTest::everyChangeCounts()
     const Mark mark;
     QVERIFY(flush({as32.mid(1) + added({folder + "/a.txt"})}));
     QVERIFY(isIndexed(folder + "/a.txt"));
-    QVERIFY(!isIndexed(folder + '/'));
-    QVERIFY(hasNotScannedSince(mark));
+    QVERIFY(hasNotReadSince(mark));
     const Mark secondMark;
     QVERIFY(flush({as32 + added({folder + "/b.txt"})}));
-    QVERIFY(hasScannedSince(secondMark));
-    QVERIFY(isIndexed(folder + '/'));
+    QVERIFY(hasReadSince(secondMark));
+    QVERIFY(isIndexed(folder + "/b.txt"));
 }
 
 void FileIndexFlushTest::batchesAddUp()
@@ -497,21 +604,21 @@ void FileIndexFlushTest::batchesAddUp()
     FakeFileSystem::add("sum/x.txt");
     const Mark mark;
     QVERIFY(flush({numbered("sum/%1.txt", 20), numbered("sum/%1.txt", 12), added({"sum/x.txt"})}));
-    QVERIFY(hasScannedSince(mark));
-    QVERIFY(isIndexed("sum/"));
+    QVERIFY(hasReadSince(mark));
+    QVERIFY(isIndexed("sum/x.txt"));
 
     // They are gone then: a few more are applied again.
-    const Mark afterScan;
+    const Mark afterReading;
     FakeFileSystem::add("sum/y.txt");
     QVERIFY(flush({added({"sum/y.txt"})}));
     QCOMPARE(FileIndex::entries().last().path, full("sum/y.txt"));
-    QVERIFY(hasNotScannedSince(afterScan));
+    QVERIFY(hasNotReadSince(afterReading));
 }
 
 void FileIndexFlushTest::emptyBatchIsNoNews()
 {
     FakeFileSystem::report({Changes(), Changes()});
-    FakeFileSystem::excluded({}); // answered behind the batches
+    FakeFileSystem::awaitReports();
     QCoreApplication::sendPostedEvents();
     QVERIFY(!isFlushDue());
 }
@@ -533,7 +640,7 @@ void FileIndexFlushTest::everyBatchRestartsTheTimer()
     QVERIFY(isIndexed("quiet/a.txt"));
 }
 
-void FileIndexFlushTest::foldersCauseAScan_data()
+void FileIndexFlushTest::foldersAreReadByThemselves_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<int>("action");
@@ -543,37 +650,136 @@ void FileIndexFlushTest::foldersCauseAScan_data()
     QTest::newRow("old name") << "folders/renamed" << int(Platform::FileRenamedOldName);
 }
 
-void FileIndexFlushTest::foldersCauseAScan()
+void FileIndexFlushTest::foldersAreReadByThemselves()
 {
     QFETCH(QString, folder);
     QFETCH(int, action);
     const bool isNew = action == Platform::FileAdded || action == Platform::FileRenamedNewName;
     if (isNew)
-        FakeFileSystem::add(folder + "/within.txt");
+        FakeFileSystem::add({folder + "/within.txt", folder + "/deep/inner.txt"});
     else
         FakeFileSystem::remove(folder);
+    const QStringList before = indexed();
     const Mark mark;
+    FakeFileSystem::listings();
     QVERIFY(flush({{{static_cast<quint32>(action), folder}}}));
-    QVERIFY(hasScannedSince(mark));
-    QCOMPARE(isIndexed(folder + '/'), isNew);
-    QCOMPARE(isIndexed(folder + "/within.txt"), isNew);
+    QVERIFY(hasReadSince(mark));
+    const QStringList contents{folder + '/', folder + "/within.txt", folder + "/deep/",
+                               folder + "/deep/inner.txt"};
+    if (isNew) {
+        QCOMPARE(indexed(), before + contents);
+        QCOMPARE(FakeFileSystem::listings(), (QStringList{folder, folder + "/deep"}));
+    } else {
+        QStringList rest = before;
+        for (const QString& path : contents)
+            QVERIFY(rest.removeOne(path));
+        QCOMPARE(indexed(), rest);
+        QCOMPARE(FakeFileSystem::listings(), QStringList());
+    }
     QVERIFY(!isFlushDue());
+}
+
+void FileIndexFlushTest::readingIsWatchedAndForgets()
+{
+    FakeFileSystem::add({"forget/old/in/x.txt", "forget/y.txt"});
+    const Mark mark;
+    QVERIFY(flush({added({"forget"})}));
+    QVERIFY(hasReadSince(mark));
+    QVERIFY(FakeFileSystem::isListedUnderWatch("forget/old/in"));
+    QVERIFY(!FakeFileSystem::forgotten().contains("forget"));
+
+    FakeFileSystem::remove("forget/old");
+    FakeFileSystem::add("forget/new/in/x.txt");
+    const Mark secondMark;
+    FakeFileSystem::hold();
+    QVERIFY(flush({removed({"forget/old"}) + added({"forget/new"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    QCOMPARE(FakeFileSystem::forgotten(), QStringList()); // nothing before all was read
+    FakeFileSystem::release();
+    QVERIFY(hasReadSince(secondMark));
+    QVERIFY(FakeFileSystem::isListedUnderWatch("forget/new/in"));
+    QCOMPARE(FakeFileSystem::forgotten(), QStringList{"forget/old"});
+}
+
+void FileIndexFlushTest::whatIsNoFolderAnyMore()
+{
+    FakeFileSystem::add({"kinds/a/x.txt", "kinds/b"});
+    const Mark mark;
+    QVERIFY(flush({added({"kinds"})}));
+    QVERIFY(hasReadSince(mark));
+    FakeFileSystem::remove("kinds/a");
+    FakeFileSystem::remove("kinds/b");
+    FakeFileSystem::add({"kinds/a", "kinds/b/y.txt"});
+    // Told in an order in which neither would look like a folder.
+    const Mark secondMark;
+    QVERIFY(flush({added({"kinds/a"}) + removed({"kinds/b"})}));
+    QVERIFY(hasReadSince(secondMark));
+    QCOMPARE(indexed().filter(QRegularExpression("^kinds/.")),
+             (QStringList{"kinds/a", "kinds/b/", "kinds/b/y.txt"}));
+    QCOMPARE(FakeFileSystem::forgotten(), QStringList{"kinds/a"});
+    FakeFileSystem::remove("kinds/a");
+    QVERIFY(flush({removed({"kinds/a"})}));
+    QVERIFY(!isIndexed("kinds/a"));
+}
+
+void FileIndexFlushTest::filesThatChangePlaces()
+{
+    // In the order in which a system tells it: each name has gone once and come once.
+    FakeFileSystem::add({"places/a", "places/b"});
+    QVERIFY(flush({added({"places/a", "places/b"})}));
+    QVERIFY(flush({{{Platform::FileRenamedOldName, "places/a"},
+                    {Platform::FileRenamedNewName, "places/b"},
+                    {Platform::FileRenamedOldName, "places/b"},
+                    {Platform::FileRenamedNewName, "places/a"}}}));
+    QVERIFY(isIndexed("places/a"));
+    QVERIFY(isIndexed("places/b"));
 }
 
 void FileIndexFlushTest::overflowCausesAScan()
 {
     FakeFileSystem::add("overflow/x.txt");
     const Mark mark;
+    FakeFileSystem::looks();
     FakeFileSystem::reportOverflow();
     // Changes beside it aren't looked at, however few.
     QVERIFY(flush({added({"overflow/x.txt"})}));
     QVERIFY(hasScannedSince(mark));
     QVERIFY(isIndexed("overflow/"));
+    QCOMPARE(FakeFileSystem::looks(), QStringList());
     // It is over with one scan.
-    QVERIFY(hasNotScannedSince(Mark()));
+    QVERIFY(hasNotReadSince(Mark()));
 }
 
-void FileIndexFlushTest::changesBeforeAFolderStandUntilTheScan()
+void FileIndexFlushTest::overflowsCauseAScanAtATime()
+{
+    // The one before has begun the pause.
+    QTimer* pause = timerOf("fileLossTimer");
+    QVERIFY(pause->isActive());
+    QVERIFY(pause->isSingleShot());
+    QCOMPARE(pause->interval(), 30000);
+    FakeFileSystem::add({"losses/in/x.txt", "losses/y.txt"});
+    const Mark mark;
+    FakeFileSystem::reportOverflow();
+    // Until it is over, what is told is looked at all the same.
+    QVERIFY(flush({added({"losses/y.txt"})}));
+    QVERIFY(isIndexed("losses/y.txt"));
+    QVERIFY(hasNotReadSince({mark.scans, mark.readings, 0}));
+    const Mark secondMark;
+    FakeFileSystem::reportOverflow(); // once more is no more
+    QVERIFY(flush({}));
+    pause->start(0);
+    QVERIFY(hasScannedSince(secondMark));
+    QVERIFY(isIndexed("losses/in/x.txt"));
+    // And the next one has to wait again.
+    QVERIFY(pause->isActive());
+    QCOMPARE(pause->interval(), 30000);
+    const Mark thirdMark;
+    pause->start(0);
+    QVERIFY(waitFor([pause] { return !pause->isActive(); }));
+    QVERIFY(hasNotReadSince(thirdMark)); // nothing was lost since
+}
+
+void FileIndexFlushTest::changesBeforeAFolderStandUntilItIsRead()
 {
     FakeFileSystem::add({"stop/a.txt", "stop/b.txt", "stop/c.txt"});
     QVERIFY(flush({added({"stop/a.txt", "stop/b.txt", "stop/c.txt"})}));
@@ -594,37 +800,77 @@ void FileIndexFlushTest::changesBeforeAFolderStandUntilTheScan()
     QCOMPARE(FileIndex::search("c.txt", 9, FileIndex::Files),
              (QVector<Entry>{{full("stop/c.txt"), "c.txt", false}}));
     FakeFileSystem::release();
-    QVERIFY(hasScannedSince(mark));
+    QVERIFY(hasReadSince(mark));
     QVERIFY(!isIndexed("stop/b.txt"));
     QVERIFY(isIndexed("stop/folder/"));
 }
 
-void FileIndexFlushTest::changesDuringAScanAreDropped()
+void FileIndexFlushTest::changesDuringAReadingAreLookedAtBehindIt_data()
 {
+    QTest::addColumn<int>("count");
+    QTest::newRow("few") << 1;
+    QTest::newRow("more than the limit") << FileIndex::MaxIncremental + 1;
+}
+
+void FileIndexFlushTest::changesDuringAReadingAreLookedAtBehindIt()
+{
+    // The thread may have been past them by then.
+    QFETCH(int, count);
+    const QString folder = QString("during %1").arg(count);
+    FakeFileSystem::add(folder + '/');
     const Mark mark;
-    FakeFileSystem::add("during/");
     FakeFileSystem::hold();
-    QVERIFY(flush({added({"during"})}));
+    QVERIFY(flush({added({folder})}));
     QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    const QStringList before = indexed();
+    const Changes changes = numbered(folder + " outside %1.txt", count);
+    for (const Platform::TreeChange& change : changes)
+        FakeFileSystem::add(change.rel);
+    QVERIFY(flush({changes}));
+    QCOMPARE(indexed(), before);
+    QCOMPARE(s_readyCount, mark.ready);
+    FakeFileSystem::release();
+    QVERIFY(waitFor([&] { return s_readyCount == mark.ready + 1; }));
+    QCOMPARE(indexed(), before + QStringList{folder + '/'});
+    QVERIFY(isFlushDue());
+    QCOMPARE(coalesceTimer()->interval(), FileIndex::CoalesceMs);
+    coalesceTimer()->start(0);
+    QVERIFY(waitFor([&] { return s_readyCount == mark.ready + 2; }));
+    QVERIFY(isIndexed(changes.last().rel));
+    QCOMPARE(indexed().size(), before.size() + 1 + count);
+    QCOMPARE(FakeFileSystem::readingCount(), mark.readings + (count == 1 ? 1 : 2));
+    QVERIFY(!isFlushDue());
+    QVERIFY(hasNotReadSince(Mark()));
+}
+
+void FileIndexFlushTest::changesDuringAScanAreLookedAtBehindIt()
+{
+    QVERIFY(endPause());
+    const Mark mark;
+    FakeFileSystem::hold();
+    FakeFileSystem::reportOverflow();
+    QVERIFY(flush({}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    FakeFileSystem::remove("b.txt");
     QVERIFY(flush({removed({"b.txt"})}));
     QVERIFY(isIndexed("b.txt"));
-    QCOMPARE(s_readyCount, mark.ready);
-    QVERIFY(flush({numbered("during/%1.txt", 40)}));
     FakeFileSystem::reportOverflow();
     QVERIFY(flush({}));
     FakeFileSystem::release();
     QVERIFY(hasScannedSince(mark));
-    QVERIFY(isIndexed("b.txt"));
-    // Neither the number nor the overflow is left over for the next flush.
-    const Mark afterScan;
-    FakeFileSystem::add("during/late.txt");
-    QVERIFY(flush({added({"during/late.txt"})}));
-    QCOMPARE(FileIndex::entries().last().path, full("during/late.txt"));
-    QCOMPARE(s_readyCount, afterScan.ready + 1);
-    QVERIFY(hasNotScannedSince(afterScan));
+    QVERIFY(isFlushDue());
+    // The loss has to wait, and the change hasn't.
+    coalesceTimer()->start(0);
+    QVERIFY(waitFor([] { return !isFlushDue(); }));
+    QVERIFY(!isIndexed("b.txt"));
+    QCOMPARE(FakeFileSystem::scanCount(), mark.scans + 1);
+    const Mark secondMark;
+    QVERIFY(endPause());
+    QVERIFY(hasScannedSince(secondMark));
+    QVERIFY(hasNotReadSince(Mark()));
 }
 
-void FileIndexFlushTest::oldListServesDuringAScan()
+void FileIndexFlushTest::oldListServesDuringAReading()
 {
     const Mark mark;
     const QStringList before = indexed();
@@ -636,28 +882,88 @@ void FileIndexFlushTest::oldListServesDuringAScan()
     QCOMPARE(indexed(), before);
     QCOMPARE(FileIndex::search("one.txt", 9, FileIndex::Files).size(), 1);
     FakeFileSystem::release();
-    QVERIFY(hasScannedSince(mark));
+    QVERIFY(hasReadSince(mark));
     QVERIFY(isIndexed("serving/x.txt"));
+}
+
+void FileIndexFlushTest::refreshReadsWhatIsNotWatched()
+{
+    FakeFileSystem::add({".quiet/a.txt", ".quiet/b.txt", "loud/c.txt"});
+    const Mark mark;
+    QVERIFY(flush({added({".quiet", "loud"})}));
+    QVERIFY(hasReadSince(mark));
+    QTimer* fresh = timerOf("fileFreshTimer");
+    fresh->stop();
+    const Mark secondMark;
+    FileIndex::refresh(); // all is watched
+    QVERIFY(!fresh->isActive());
+    FakeFileSystem::setUnwatched({".quiet"});
+    FakeFileSystem::add({".quiet/new.txt", "loud/new.txt"});
+    FileIndex::refresh();
+    QVERIFY(hasReadSince(secondMark));
+    QVERIFY(isIndexed(".quiet/new.txt"));
+    QVERIFY(!isIndexed("loud/new.txt"));
+
+    // Not again for a minute.
+    QVERIFY(fresh->isActive());
+    QVERIFY(fresh->isSingleShot());
+    QCOMPARE(fresh->interval(), 60000);
+    const Mark thirdMark;
+    FakeFileSystem::add(".quiet/late.txt");
+    FileIndex::refresh();
+    QVERIFY(hasNotReadSince(thirdMark));
+    QVERIFY(!isIndexed(".quiet/late.txt"));
+
+    // While a thread reads, it waits.
+    const Mark fourthMark;
+    fresh->stop();
+    FakeFileSystem::add("loud/in/");
+    FakeFileSystem::hold();
+    QVERIFY(flush({added({"loud/in"})}));
+    QVERIFY(waitFor(&FakeFileSystem::isHeld));
+    FileIndex::refresh();
+    FakeFileSystem::release();
+    QVERIFY(waitFor([&] { return s_readyCount == fourthMark.ready + 1; }));
+    QVERIFY(isFlushDue());
+    coalesceTimer()->start(0);
+    QVERIFY(waitFor([] { return isIndexed(".quiet/late.txt"); }));
+    QCOMPARE(FakeFileSystem::readingCount(), fourthMark.readings + 2);
+    FakeFileSystem::setUnwatched({});
+}
+
+void FileIndexFlushTest::refreshOfAllIsAScan()
+{
+    QVERIFY(endPause());
+    timerOf("fileFreshTimer")->stop();
+    FakeFileSystem::setUnwatched({""});
+    FakeFileSystem::add("unseen.txt");
+    const Mark mark;
+    FileIndex::refresh();
+    QVERIFY(isFlushDue());
+    coalesceTimer()->start(0);
+    QVERIFY(hasScannedSince(mark));
+    QVERIFY(isIndexed("unseen.txt"));
+    FakeFileSystem::setUnwatched({});
 }
 
 void FileIndexFlushTest::deliveryIsCompleteWhenItIsTold()
 {
-    // Within the call the list is the new one, nothing is remembered of the old one, and a scan
+    // Within the call the list is the new one, nothing is remembered of the old one, and a thread
     // may begin again.
     const Mark mark;
-    FakeFileSystem::add("told/news.txt");
-    QVERIFY(FileIndex::search("news", 9, FileIndex::Files).isEmpty());
+    FakeFileSystem::add({"told/news.txt", "told later/x.txt"});
+    QVERIFY(FileIndex::search("told", 9, FileIndex::Folders).isEmpty());
     FakeFileSystem::hold();
     QVERIFY(flush({added({"told"})}));
     QVERIFY(waitFor(&FakeFileSystem::isHeld));
-    FakeFileSystem::reportOverflow(); // a reason to scan, which waits until the call
+    FakeFileSystem::report({added({"told later"})}); // which waits until the call
     QVERIFY(waitFor(isFlushDue));
     coalesceTimer()->stop();
     QVector<Entry> found;
     bool hasFlushed = false;
     FileIndex::setOnReady([&] {
         FileIndex::setOnReady(&countReady);
-        found = FileIndex::search("news.txt", 9, FileIndex::Files);
+        found = FileIndex::search("told", 9, FileIndex::Folders);
         coalesceTimer()->start(0);
         hasFlushed = waitFor([] { return !isFlushDue(); });
         countReady();
@@ -665,9 +971,10 @@ void FileIndexFlushTest::deliveryIsCompleteWhenItIsTold()
     FakeFileSystem::release();
     QVERIFY(waitFor([&mark] { return s_readyCount == mark.ready + 2; }));
     QVERIFY(hasFlushed);
-    QCOMPARE(found, (QVector<Entry>{{full("told/news.txt"), "news.txt", false}}));
-    QCOMPARE(FakeFileSystem::scanCount(), mark.scans + 2);
-    QVERIFY(hasNotScannedSince(Mark()));
+    QCOMPARE(found, (QVector<Entry>{{full("told"), "told", true}}));
+    QCOMPARE(FakeFileSystem::readingCount(), mark.readings + 2);
+    QVERIFY(isIndexed("told later/x.txt"));
+    QVERIFY(hasNotReadSince(Mark()));
 }
 
 void FileIndexFlushTest::callbackMayBeReplacedWithinACall()
@@ -711,6 +1018,7 @@ int runIgnoringCase(const QStringList&)
     if (!waitFor(&FileIndex::isReady))
         return 1;
     FakeFileSystem::add("C.txt");
+    FakeFileSystem::remove("b.txt");
     // Known under another case: nothing to add. Removed under another case: it goes.
     if (!flush({added({"a.TXT", "c.txt"}) + removed({"B.TXT"})}))
         return 1;
@@ -761,7 +1069,7 @@ void printRest()
 {
     print(QString("%1 busy, %2 scans")
               .arg(FakeFileSystem::busyCount())
-              .arg(FakeFileSystem::scanCount()));
+              .arg(FakeFileSystem::threadCount()));
     print(QString::number(s_quitting.elapsed()));
 }
 
@@ -778,7 +1086,7 @@ int quitApplication()
     if (!waitFor([] { return !isFlushDue(); }))
         return 1;
     // Nobody waits for a scan that begins only now, so this gives it time to be counted.
-    return QTest::qWaitFor([] { return FakeFileSystem::scanCount() > 1; }, kStartMs) ? 1 : code;
+    return QTest::qWaitFor([] { return FakeFileSystem::threadCount() > 1; }, kStartMs) ? 1 : code;
 }
 
 int runQuit(const QStringList& arguments)

@@ -8,11 +8,16 @@
 #include "TestHome.h"
 
 #include <QDir>
+#include <QMap>
 #include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
+#include <utility>
 #include <vector>
 
 class FileStoreTest : public QObject
@@ -37,6 +42,15 @@ private slots:
     void hitsTellTheirQuality();
     void narrowLooksAtTheHitsAlone();
     void behavesLikeAPlainList();
+    void rootOfAFileSystem();
+    void exactSpellingFirst();
+    void renewalKeepsWhatIsKnown();
+    void renewalTakesTheNewSpelling();
+    void renewalDropsNamesListedTwice();
+    void renewalOfThousandsOfFolders();
+    void renewalIsAFreshReading_data();
+    void renewalIsAFreshReading();
+    void removalsLeaveNoHoles();
 };
 
 namespace
@@ -319,6 +333,332 @@ void FileStoreTest::behavesLikeAPlainList()
     }
     QCOMPARE(id, store.end());
     QVERIFY(plain.size() > 100);
+}
+
+void FileStoreTest::rootOfAFileSystem()
+{
+    FileStore store(native("/"));
+    const FileStore::Folder etc = store.addFolder(FileStore::Root, u"etc");
+    QCOMPARE(store.folderPath(etc), native("/etc"));
+    QCOMPARE(store.path(store.append(etc, u"x", false)), native("/etc/x"));
+    QCOMPARE(store.path(store.append(FileStore::Root, u"y", false)), native("/y"));
+    std::vector<FolderTree::Place> places;
+    const FolderTree tree({native("/etc"), native("/")});
+    store.addPlaces(tree, places);
+    for (const FolderTree::Place place : places)
+        QVERIFY(tree.isUnderAny(place));
+    const FolderTree inner({native("/etc")});
+    places.clear();
+    store.addPlaces(inner, places);
+    QVERIFY(!inner.isUnderAny(places[FileStore::Root]));
+    QVERIFY(inner.isUnderAny(places[etc]));
+}
+
+void FileStoreTest::exactSpellingFirst()
+{
+    // Where case counts they are different things anyway.
+    FileStore store("/r");
+    const FileStore::Folder upper = store.addFolder(FileStore::Root, u"DIR");
+    const FileStore::Folder lower = store.addFolder(FileStore::Root, u"dir");
+    const FileStore::Folder mixed = store.addFolder(FileStore::Root, u"Dir");
+    QCOMPARE(store.childOf(FileStore::Root, u"DIR"), std::optional(upper));
+    QCOMPARE(store.childOf(FileStore::Root, u"dir"), std::optional(lower));
+    QCOMPARE(store.childOf(FileStore::Root, u"Dir"), std::optional(mixed));
+    const FileStore::Id first = store.append(FileStore::Root, u"FILE", false);
+    const FileStore::Id second = store.append(FileStore::Root, u"file", false);
+    const FileStore::Id third = store.append(FileStore::Root, u"File", false);
+    const std::vector<FileStore::Place> places{
+        {FileStore::Root, "File"}, {FileStore::Root, "file"}, {FileStore::Root, "FILE"}};
+    QCOMPARE(store.find(places), (std::vector<std::optional<FileStore::Id>>{third, second, first}));
+}
+
+namespace
+{
+
+/// A tree as a disk has it.
+struct Tree
+{
+    QMap<QString, bool> entries; ///< whether each path is that of a folder
+
+    QStringList in(const QString& folder) const
+    {
+        QStringList names;
+        const QString begin = folder.isEmpty() ? folder : folder + '/';
+        for (auto entry = entries.lowerBound(begin); entry != entries.end(); ++entry) {
+            if (!entry.key().startsWith(begin))
+                break;
+            const QString name = entry.key().mid(begin.size());
+            if (!name.isEmpty() && !name.contains('/'))
+                names.append(name);
+        }
+        return names;
+    }
+
+    void remove(const QString& path)
+    {
+        entries.remove(path);
+        entries.removeIf([&path](const auto& entry) { return entry.key().startsWith(path + '/'); });
+    }
+
+    QStringList folders() const
+    {
+        QStringList found{QString()};
+        for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+            if (entry.value())
+                found.append(entry.key());
+        }
+        return found;
+    }
+};
+
+QString joined(const QString& folder, const QString& name)
+{
+    return folder.isEmpty() ? name : folder + '/' + name;
+}
+
+/// Puts all below a folder into a list, directory by directory.
+void read(const Tree& tree, const QString& path, FileStore::Folder folder, FileStore& store)
+{
+    QVector<std::pair<QString, FileStore::Folder>> inner;
+    for (const QString& name : tree.in(path)) {
+        const bool isDir = tree.entries.value(joined(path, name));
+        store.append(folder, name, isDir);
+        if (isDir)
+            inner.append({joined(path, name), store.addFolder(folder, name)});
+    }
+    for (const auto& [below, number] : inner)
+        read(tree, below, number, store);
+}
+
+FileStore readAll(const Tree& tree)
+{
+    FileStore store("/r");
+    read(tree, QString(), FileStore::Root, store);
+    return store;
+}
+
+/// Looks at some paths, as the index does.
+FileStore::Renewal renew(FileStore& store, const Tree& tree, const QStringList& paths)
+{
+    FileStore found("/r");
+    std::vector<FileStore::Finding> findings;
+    for (const QString& path : paths) {
+        FileStore::Folder folder = FileStore::Root;
+        QStringList way = path.split('/');
+        const QString name = way.takeLast();
+        for (const QString& step : std::as_const(way)) {
+            const auto known = found.childOf(folder, step);
+            folder = known ? *known : found.addFolder(folder, step);
+        }
+        FileStore::Finding finding{{folder, name}, std::nullopt};
+        if (tree.entries.contains(path)) {
+            const bool isDir = tree.entries.value(path);
+            finding.entry = found.append(folder, name, isDir);
+            if (isDir)
+                read(tree, path, found.addFolder(folder, name), found);
+        }
+        findings.push_back(finding);
+    }
+    return store.renew(found, findings);
+}
+
+/// As relative paths, folders with "/" at their end.
+QStringList entriesIn(const FileStore& store)
+{
+    QStringList paths;
+    for (FileStore::Id id = store.begin(); id != store.end(); id = store.next(id))
+        paths.append(QDir::fromNativeSeparators(store.path(id).mid(3)) +
+                     (store.isDir(id) ? "/" : ""));
+    return paths;
+}
+
+QStringList sorted(QStringList list)
+{
+    list.sort();
+    return list;
+}
+
+QStringList entriesOf(const Tree& tree)
+{
+    QStringList paths;
+    for (auto entry = tree.entries.begin(); entry != tree.entries.end(); ++entry)
+        paths.append(entry.key() + (entry.value() ? "/" : ""));
+    return sorted(paths);
+}
+
+/// Every folder of the tree, and no other, is found by its way.
+bool hasFoldersOf(const FileStore& store, const Tree& tree)
+{
+    QSet<FileStore::Folder> numbers;
+    const QStringList folders = tree.folders();
+    for (const QString& path : folders) {
+        std::optional<FileStore::Folder> folder = FileStore::Root;
+        for (const QString& step : path.split('/', Qt::SkipEmptyParts))
+            folder = folder ? store.childOf(*folder, step) : std::nullopt;
+        if (!folder || store.folderPath(*folder) != native(path.isEmpty() ? "/r" : "/r/" + path))
+            return false;
+        numbers.insert(*folder);
+    }
+    return numbers.size() == folders.size();
+}
+
+} // namespace
+
+void FileStoreTest::renewalKeepsWhatIsKnown()
+{
+    Tree tree{{{"a", true}, {"a/1", false}, {"a/in", true}, {"a/in/2", false}, {"b", false}}};
+    FileStore store = readAll(tree);
+    const QStringList before = entriesIn(store);
+    const auto in = store.childOf(*store.childOf(FileStore::Root, u"a"), u"in");
+    QVERIFY(!renew(store, tree, {"a", "b", "never", "c/never"}).hasChanged);
+    QCOMPARE(entriesIn(store), before);
+    QVERIFY(!store.childOf(FileStore::Root, u"c"));
+
+    // A folder in which something changed comes to the end, and the others stay.
+    tree.entries.insert("a/0", false);
+    const FileStore::Renewal renewal = renew(store, tree, {"a"});
+    QVERIFY(renewal.hasChanged);
+    QVERIFY(!renewal.areFoldersRenumbered);
+    QCOMPARE(entriesIn(store), (QStringList{"a/", "b", "a/in/2", "a/0", "a/1", "a/in/"}));
+    QCOMPARE(store.childOf(*store.childOf(FileStore::Root, u"a"), u"in"), in);
+
+    tree.remove("a");
+    QVERIFY(renew(store, tree, {"a"}).hasChanged);
+    QCOMPARE(entriesIn(store), QStringList{"b"});
+    QVERIFY(!store.childOf(FileStore::Root, u"a"));
+    // A folder that is gone tells nothing of itself.
+    std::vector<FolderTree::Place> places;
+    const FolderTree chosen({native("/r/a")});
+    store.addPlaces(chosen, places);
+    QCOMPARE(places.size(), std::size_t(store.folderCount()));
+}
+
+void FileStoreTest::renewalTakesTheNewSpelling()
+{
+    Tree tree{{{"A", true}, {"A/x", false}, {"F", false}}};
+    FileStore store = readAll(tree);
+    tree = {{{"a", true}, {"a/x", false}, {"f", false}}};
+    const bool isIgnored = Platform::pathCaseSensitivity() == Qt::CaseInsensitive;
+    QVERIFY(renew(store, tree, {"a", "f"}).hasChanged);
+    QStringList expected{"a/", "f", "a/x"};
+    if (!isIgnored) // nobody told of what was called so
+        expected = QStringList{"A/", "F", "A/x"} + expected;
+    QCOMPARE(sorted(entriesIn(store)), sorted(expected));
+}
+
+void FileStoreTest::renewalDropsNamesListedTwice()
+{
+    // Some file systems do that while a directory changes.
+    FileStore store("/r");
+    const FileStore::Folder first = store.addFolder(FileStore::Root, u"a");
+    store.append(FileStore::Root, u"a", true);
+    store.append(first, u"x", false);
+    store.append(first, u"x", false);
+    store.append(FileStore::Root, u"f", false);
+    store.append(FileStore::Root, u"f", false);
+    const Tree tree{{{"a", true}, {"a/x", false}, {"f", false}}};
+    QVERIFY(renew(store, tree, {"a", "f"}).hasChanged);
+    QCOMPARE(sorted(entriesIn(store)), (QStringList{"a/", "a/x", "f"}));
+}
+
+void FileStoreTest::renewalOfThousandsOfFolders()
+{
+    // Numbers that nobody has any more don't pile up.
+    Tree tree;
+    tree.entries.insert("keep", true);
+    tree.entries.insert("keep/file", false);
+    FileStore store = readAll(tree);
+    bool hasRenumbered = false;
+    FileStore::Folder most = 0;
+    for (int round = 0; round < 12; ++round) {
+        QStringList paths;
+        for (int i = 0; i < 400; ++i) {
+            const QString path = QString("%1 %2").arg(round).arg(i);
+            tree.entries.insert(path, true);
+            tree.entries.insert(path + "/x", false);
+            paths.append(path);
+        }
+        QVERIFY(renew(store, tree, paths).hasChanged);
+        QVERIFY(hasFoldersOf(store, tree));
+        for (const QString& path : std::as_const(paths))
+            tree.remove(path);
+        const FileStore::Renewal renewal = renew(store, tree, paths);
+        hasRenumbered = hasRenumbered || renewal.areFoldersRenumbered;
+        most = std::max(most, store.folderCount());
+        QCOMPARE(entriesIn(store), (QStringList{"keep/", "keep/file"}));
+        QVERIFY(hasFoldersOf(store, tree));
+    }
+    QVERIFY(hasRenumbered);
+    QVERIFY(most < 2500);
+}
+
+void FileStoreTest::renewalIsAFreshReading_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 20; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void FileStoreTest::renewalIsAFreshReading()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    Tree tree;
+    FileStore store("/r");
+    const auto pickFolder = [&] {
+        const QStringList folders = tree.folders();
+        return folders.at(random.bounded(static_cast<int>(folders.size())));
+    };
+    const auto makeName = [&] { return QString("n%1%2").arg(random.bounded(9)).arg(QChar(0xe9)); };
+    for (int round = 0; round < 80; ++round) {
+        QStringList due;
+        for (int i = random.bounded(1, 12); i > 0; --i) {
+            const QString path = joined(pickFolder(), makeName());
+            const bool isKept = random.bounded(6) == 0;
+            if (!isKept)
+                tree.remove(path);
+            if (!isKept && random.bounded(3) > 0) {
+                tree.entries.insert(path, random.bounded(2) == 0);
+                for (int j = random.bounded(4); tree.entries.value(path) && j > 0; --j)
+                    tree.entries.insert(joined(path, makeName()), random.bounded(3) == 0);
+            }
+            due.append(path);
+        }
+        due.removeDuplicates();
+        const QStringList all = due;
+        due.removeIf([&all](const QString& path) {
+            return std::any_of(all.begin(), all.end(), [&path](const QString& above) {
+                return path.startsWith(above + '/');
+            });
+        });
+        const QStringList before = entriesIn(store);
+        const FileStore::Renewal renewal = renew(store, tree, due);
+        QCOMPARE(sorted(entriesIn(store)), entriesOf(tree));
+        QCOMPARE(store.size(), tree.entries.size());
+        QVERIFY(hasFoldersOf(store, tree));
+        QCOMPARE(renewal.hasChanged, entriesIn(store) != before);
+        QCOMPARE(found(store, QString("n1") + QChar(0xe9)).size(),
+                 entriesIn(store).filter(QRegularExpression("n1.\\/?$")).size());
+    }
+    QVERIFY(tree.entries.size() > 5);
+}
+
+void FileStoreTest::removalsLeaveNoHoles()
+{
+    // A list that has lost most of its entries is gone through as quickly as a short one.
+    FileStore store = numbered(kOverManyPieces);
+    QStringList expected;
+    std::vector<FileStore::Id> ids;
+    int number = 0;
+    for (FileStore::Id id = store.begin(); id != store.end(); id = store.next(id), ++number) {
+        if (number % 100 == 0)
+            expected.append(store.name(id));
+        else
+            ids.push_back(id);
+    }
+    store.remove(ids);
+    QCOMPARE(found(store, "file"), expected);
+    QCOMPARE(store.last(), static_cast<FileStore::Id>(store.size() - 1)); // in one piece
 }
 
 QTEST_MAIN(FileStoreTest)

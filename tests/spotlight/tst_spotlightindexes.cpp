@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 
 #include <memory>
@@ -31,6 +32,16 @@ QStringList withSuffix(QStringList names, const QString& suffix)
     for (QString& name : names)
         name += suffix;
     return names;
+}
+
+/// Files that are made, of which the index is told.
+void comes(const QStringList& paths)
+{
+    FakeFileSystem::Changes changes;
+    for (const QString& path : paths)
+        changes.append({Platform::FileAdded, path});
+    FakeFileSystem::add(paths);
+    FakeFileSystem::report({changes});
 }
 
 } // namespace
@@ -72,6 +83,7 @@ private slots:
     void filesElsewhereLeaveTheSelection();
     void changedFilesLeaveAHiddenWindow();
     void indexOutlivesTheWindow();
+    void showReadsWhatIsNotWatched();
 };
 
 void SpotlightIndexesTest::initTestCase()
@@ -385,14 +397,12 @@ void SpotlightIndexesTest::changedFilesRebuildTheRows()
     type("pear", {"File"});
     QCOMPARE(f->rows(), QStringList());
     QVERIFY(f->panel()->isHidden());
-    FakeFileSystem::add({"pear A.xls", "pear B.xls"});
-    FakeFileSystem::reportOverflow();
+    comes({"pear A.xls", "pear B.xls"});
     QTRY_COMPARE(f->rows(), QStringList({"# Files on this PC", "pear A.xls", "pear B.xls"}));
     QVERIFY(f->panel()->isVisible());
     QTest::keyClick(f->field(), Qt::Key_Down);
     QCOMPARE(f->selected(), QStringLiteral("pear B.xls"));
-    FakeFileSystem::add("pear C.xls");
-    FakeFileSystem::reportOverflow();
+    comes({"pear C.xls"});
     QTRY_COMPARE(f->rows().size(), 4);
     QCOMPARE(f->selected(), QStringLiteral("pear A.xls")); // a selection isn't kept
 }
@@ -415,17 +425,15 @@ void SpotlightIndexesTest::filesElsewhereLeaveTheSelection()
     QVERIFY(selected != rows.value(1));
     const qsizetype before = FileIndex::entries().size();
     const QString newcomer = QString("newcomer %1.xls").arg(scopes.size());
-    FakeFileSystem::add(newcomer);
-    FakeFileSystem::reportOverflow();
+    comes({newcomer});
     QTRY_COMPARE(FileIndex::entries().size(), before + 1);
     QCOMPARE(f->rows(), rows);
     QCOMPARE(f->selected(), selected);
     // One that goes is no longer shown, wherever the selection is.
-    FakeFileSystem::add("chart 0" + newcomer);
-    FakeFileSystem::reportOverflow();
+    comes({"chart 0" + newcomer});
     QTRY_COMPARE(FileIndex::entries().size(), before + 2);
     FakeFileSystem::remove("chart 0" + newcomer);
-    FakeFileSystem::reportOverflow();
+    FakeFileSystem::report({{{Platform::FileRemoved, "chart 0" + newcomer}}});
     QTRY_COMPARE(FileIndex::entries().size(), before + 1);
     QCOMPARE(f->rows(), rows);
 }
@@ -436,8 +444,7 @@ void SpotlightIndexesTest::changedFilesLeaveAHiddenWindow()
     const QStringList rows = f->rows();
     f->window.hide();
     const qsizetype before = FileIndex::entries().size();
-    FakeFileSystem::add("pear D.xls");
-    FakeFileSystem::reportOverflow();
+    comes({"pear D.xls"});
     QTRY_VERIFY(FileIndex::entries().size() != before);
     QCOMPARE(f->rows(), rows);
 }
@@ -447,12 +454,26 @@ void SpotlightIndexesTest::indexOutlivesTheWindow()
     type("pear", {"File"});
     f.reset();
     const qsizetype before = FileIndex::entries().size();
-    FakeFileSystem::add("pear E.xls");
-    FakeFileSystem::reportOverflow();
+    comes({"pear E.xls"});
     QTRY_VERIFY(FileIndex::entries().size() != before);
     f = std::make_unique<SpotlightFixture>(); // and serves the next one
     type("pear e", {"File"});
     QCOMPARE(f->rows(), QStringList({"# Files on this PC", "pear E.xls"}));
+}
+
+void SpotlightIndexesTest::showReadsWhatIsNotWatched()
+{
+    // As if the last reading had been a minute ago.
+    auto* fresh = QCoreApplication::instance()->findChild<QTimer*>("fileFreshTimer");
+    QVERIFY(fresh);
+    fresh->stop();
+    f->window.hide();
+    FakeFileSystem::setUnwatched({"unseen"});
+    FakeFileSystem::add("unseen/pear F.xls");
+    const qsizetype before = FileIndex::entries().size();
+    f->window.show();
+    QTRY_COMPARE(FileIndex::entries().size(), before + 2);
+    FakeFileSystem::setUnwatched({});
 }
 
 QTEST_MAIN(SpotlightIndexesTest)

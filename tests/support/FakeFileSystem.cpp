@@ -5,9 +5,11 @@
 
 #include "FileTypeIcon.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QHash>
-#include <QStandardPaths>
+#include <QSet>
+#include <QThread>
 
 #include <algorithm>
 #include <chrono>
@@ -37,7 +39,11 @@ struct State
     QVector<Item> items;
     Qt::CaseSensitivity caseSensitivity = Qt::CaseSensitive;
     int scanCount = 0;
+    int readingCount = 0;
+    int threadCount = 0;
     QStringList listings;
+    QStringList looks;
+    QSet<QString> watched;
     bool isHolding = false;
     int heldCount = 0;
 
@@ -45,8 +51,9 @@ struct State
     bool isBroken = false;
     bool isStuck = false;
     bool isStopped = false;
-    bool isWalkAllowed = false;
     bool isWatching = false;
+    QStringList forgotten;
+    QStringList unwatched;
     QVector<std::function<void(const Platform::TreeWatcher::Handlers&)>> orders; ///< to the watch
     FakeFileSystem::Changes endless;
     int busyCount = 0;
@@ -94,26 +101,42 @@ void addItem(const QString& path, Kind kind)
     items.append({path, kind});
 }
 
+bool isMainThread()
+{
+    const QCoreApplication* app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+QString parentOf(const QString& path)
+{
+    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+}
+
 class FakeReader : public Platform::DirectoryReader
 {
 public:
-    explicit FakeReader(const QString& root) : m_root(root) {}
+    FakeReader(const QString& root, bool isWatched) : m_root(root), m_isWatched(isWatched)
+    {
+        const std::lock_guard lock(state().mutex);
+        state().threadCount += m_isInBackground ? 1 : 0;
+    }
 
     bool list(const QString& directory, const Visitor& visit) override
     {
-        const QString folder =
-            QDir::fromNativeSeparators(directory.mid(m_root.size() + 1)); // behind the separator
+        const QString folder = relative(directory);
         QVector<Item> contents;
         {
             std::unique_lock lock(state().mutex);
             state().listings.append(folder);
-            ++state().heldCount;
-            state().hasChanged.wait(lock, [] { return !state().isHolding; });
-            --state().heldCount;
+            if (m_isWatched)
+                state().watched.insert(folder);
+            if (folder.isEmpty())
+                ++state().scanCount;
+            wait(lock);
             for (const Item& item : std::as_const(state().items)) {
                 if (item.path == folder && item.kind == Kind::Unreadable)
                     return false;
-                if (item.path.left(std::max<qsizetype>(item.path.lastIndexOf('/'), 0)) == folder)
+                if (parentOf(item.path) == folder)
                     contents.append(item);
             }
         }
@@ -125,18 +148,51 @@ public:
         return true;
     }
 
+    Platform::PathKind kindOf(const QString& path) override
+    {
+        const QString wanted = relative(path);
+        std::unique_lock lock(state().mutex);
+        if (m_isInBackground) {
+            state().looks.append(wanted);
+            if (std::exchange(m_isFirstLook, false))
+                ++state().readingCount;
+            wait(lock);
+        }
+        for (const Item& item : std::as_const(state().items)) {
+            if (item.path.compare(wanted, state().caseSensitivity) == 0)
+                return item.kind == Kind::File ? Platform::PathKind::File
+                                               : Platform::PathKind::Directory;
+        }
+        return Platform::PathKind::Missing;
+    }
+
 private:
+    /// Behind the separator.
+    QString relative(const QString& path) const
+    {
+        return QDir::fromNativeSeparators(path.mid(m_root.size() + 1));
+    }
+
+    static void wait(std::unique_lock<std::mutex>& lock)
+    {
+        ++state().heldCount;
+        state().hasChanged.wait(lock, [] { return !state().isHolding; });
+        --state().heldCount;
+    }
+
     Busy m_busy;
     QString m_root;
+    bool m_isWatched;
+    bool m_isInBackground = !isMainThread();
+    bool m_isFirstLook = true;
 };
 
 class FakeWatcher : public Platform::TreeWatcher
 {
 public:
-    void run(const QString& root, const Handlers& handlers) override
+    void run(const Handlers& handlers) override
     {
         const Busy busy;
-        Q_UNUSED(root)
         std::unique_lock lock(state().mutex);
         state().isWatching = true;
         while (!state().isBroken && (state().isStuck || !state().isStopped)) {
@@ -161,17 +217,23 @@ public:
         state().isWatching = false;
     }
 
-    void allowWalk() override
-    {
-        const std::lock_guard lock(state().mutex);
-        state().isWalkAllowed = true;
-    }
-
     void stop() override
     {
         const std::lock_guard lock(state().mutex);
         state().isStopped = true;
         state().hasChanged.notify_all();
+    }
+
+    void forget(const QString& rel) override
+    {
+        const std::lock_guard lock(state().mutex);
+        state().forgotten.append(QDir::fromNativeSeparators(rel));
+    }
+
+    QStringList unwatched() const override
+    {
+        const std::lock_guard lock(state().mutex);
+        return state().unwatched;
     }
 };
 
@@ -239,9 +301,24 @@ int FakeFileSystem::scanCount()
     return with([] { return state().scanCount; });
 }
 
+int FakeFileSystem::readingCount()
+{
+    return with([] { return state().readingCount; });
+}
+
+int FakeFileSystem::threadCount()
+{
+    return with([] { return state().threadCount; });
+}
+
 QStringList FakeFileSystem::listings()
 {
-    return with([] { return state().listings; });
+    return with([] { return std::exchange(state().listings, {}); });
+}
+
+QStringList FakeFileSystem::looks()
+{
+    return with([] { return std::exchange(state().looks, {}); });
 }
 
 void FakeFileSystem::hold()
@@ -279,9 +356,23 @@ bool FakeFileSystem::isWatching()
     return with([] { return state().isWatching; });
 }
 
-bool FakeFileSystem::isWalkAllowed()
+bool FakeFileSystem::isListedUnderWatch(const QString& folder)
 {
-    return with([] { return state().isWalkAllowed; });
+    return with([&] { return state().watched.contains(folder); });
+}
+
+QStringList FakeFileSystem::forgotten()
+{
+    return with([] { return std::exchange(state().forgotten, {}); });
+}
+
+void FakeFileSystem::setUnwatched(const QStringList& paths)
+{
+    with([&] {
+        state().unwatched.clear();
+        for (const QString& path : paths)
+            state().unwatched.append(native(path));
+    });
 }
 
 void FakeFileSystem::report(const QVector<Changes>& batches)
@@ -303,23 +394,13 @@ void FakeFileSystem::reportWithoutEnd(const Changes& changes)
     with([&] { state().endless = nativeChanges(changes); });
 }
 
-QVector<bool> FakeFileSystem::excluded(const QStringList& names)
+void FakeFileSystem::awaitReports()
 {
-    QVector<bool> answers;
     bool isDone = false;
-    order([&](const Platform::TreeWatcher::Handlers& handlers) {
-        QVector<bool> found;
-        for (const QString& name : names)
-            found.append(handlers.isExcludedDir(name));
-        with([&] {
-            answers = found;
-            isDone = true;
-        });
-    });
+    order([&](const Platform::TreeWatcher::Handlers&) { with([&] { isDone = true; }); });
     std::unique_lock lock(state().mutex);
     while (!isDone)
         state().hasChanged.wait(lock);
-    return answers;
 }
 
 int FakeFileSystem::busyCount()
@@ -337,27 +418,10 @@ void FakeFileSystem::setIcon(const QString& suffix, const QIcon& icon)
     with([&] { state().icons.insert(suffix, icon); });
 }
 
-std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root)
+std::unique_ptr<Platform::DirectoryReader> Platform::DirectoryReader::create(const QString& root,
+                                                                             TreeWatcher* watcher)
 {
-    with([] { ++state().scanCount; });
-    return std::make_unique<FakeReader>(root);
-}
-
-Platform::PathKind Platform::kindOfPath(const QString& path, const QString& /*root*/)
-{
-    const QString root =
-        native(QStandardPaths::writableLocation(QStandardPaths::HomeLocation)) + QDir::separator();
-    if (path == root)
-        return PathKind::Directory;
-    const QString wanted =
-        path.startsWith(root) ? QDir::fromNativeSeparators(path.mid(root.size())) : QString();
-    return with([&] {
-        for (const Item& item : std::as_const(state().items)) {
-            if (item.path.compare(wanted, state().caseSensitivity) == 0)
-                return item.kind == Kind::File ? PathKind::File : PathKind::Directory;
-        }
-        return PathKind::Missing;
-    });
+    return std::make_unique<FakeReader>(root, watcher != nullptr);
 }
 
 QString Platform::programDataFolderName()
@@ -370,7 +434,7 @@ Qt::CaseSensitivity Platform::pathCaseSensitivity()
     return with([] { return state().caseSensitivity; });
 }
 
-std::unique_ptr<Platform::TreeWatcher> Platform::TreeWatcher::create()
+std::unique_ptr<Platform::TreeWatcher> Platform::TreeWatcher::create(const QString& /*root*/)
 {
     return with([]() -> std::unique_ptr<TreeWatcher> {
         if (state().isRefused)

@@ -36,14 +36,20 @@ public:
 
     static void setCaseSensitivity(Qt::CaseSensitivity caseSensitivity);
 
-    /// How often a scan has begun.
+    /// How often a scan of all has begun.
     static int scanCount();
-    /// The folders that scans have listed, in order; the root is an empty path.
+    /// How often a thread has begun to look at some paths.
+    static int readingCount();
+    /// How often a thread has begun to read, be it one or the other.
+    static int threadCount();
+    /// The folders that have been listed since the last call, in order; the root is an empty path.
     static QStringList listings();
-    /// Lets every scan wait within its next directory until `release()`.
+    /// The paths that a thread has looked at since the last call, in order.
+    static QStringList looks();
+    /// Lets every thread that reads wait within its next step until `release()`.
     static void hold();
     static void release();
-    /// Whether a scan is waiting.
+    /// Whether such a thread is waiting.
     static bool isHeld();
 
     /// Lets the system have no means left to watch anything.
@@ -53,15 +59,19 @@ public:
     /// Lets the watch go on whoever stops it, as long as the process lives.
     static void jamWatch();
     static bool isWatching();
-    /// Whether the watch has been told that it may walk through the tree.
-    static bool isWalkAllowed();
+    /// Whether a folder has ever been listed by a reader that had the watch.
+    static bool isListedUnderWatch(const QString& folder);
+    /// What the watch was told to forget since the last call, in order.
+    static QStringList forgotten();
+    /// What the watch says that it doesn't cover.
+    static void setUnwatched(const QStringList& paths);
     /// Has the watch thread report changes. \param changes as many calls as there are lists.
     static void report(const QVector<Changes>& batches);
     static void reportOverflow();
     /// Has the watch thread report again and again, until it is stopped.
     static void reportWithoutEnd(const Changes& changes);
-    /// Asks the handler of the watch, on its thread, for each name.
-    static QVector<bool> excluded(const QStringList& names);
+    /// Returns when the watch thread has reported all that it was to report.
+    static void awaitReports();
 
     /// Readers and watches in use, and so threads of the program that still run.
     static int busyCount();
