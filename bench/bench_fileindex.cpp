@@ -2,16 +2,20 @@
 // SPDX-License-Identifier: MIT
 
 // The file index over home directories with generated trees of 10,000, 100,000 and, if the
-// arguments say so, other numbers of entries: the first scan beside `find` over the same tree, the
-// memory of an entry, a keystroke for each letter and the next one after it, the counts of what
-// lies below a few folders and below many, the longest time for which the GUI thread is busy at 32
-// changes and at 10,000, the wake-ups of an idle process, and the way out of a scan that has just
-// begun. Every tree has a process of its own, since an index lasts as long. All that is made and
-// removed lies in one folder of a private home.
+// arguments say so, other numbers of entries: the first scan, with and without watches, beside
+// `find` over the same tree, the memory of an entry, a keystroke for each letter and the next one
+// after it, the counts of what lies below a few folders and below many, the longest time for which
+// the GUI thread is busy at 32 changes, at 10,000, at 1,000 folders that come and go, and when the
+// folder that holds everything is renamed, with the memory that it takes meanwhile, the wake-ups of
+// an idle process, and the way out of a scan that has just begun. Then what other programs that
+// find files by name need on the same tree, if they are installed. Every tree has a process of its
+// own, since an index lasts as long. All that is made and removed lies in one folder of a private
+// home.
 //
 //     bench_fileindex [entries...]
 
 #include "FileIndex.h"
+#include "FileScan.h"
 #include "FreshProcess.h"
 #include "TestHome.h"
 
@@ -21,6 +25,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -29,7 +34,9 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -44,6 +51,7 @@ constexpr int kCap = 6; // of results for each kind
 constexpr int kUsualFolders = 8;
 constexpr int kManyFolders = 1000;
 constexpr int kBurst = 10000;
+constexpr int kFolders = 1000;
 constexpr int kTurnMs = 1;
 constexpr int kIdleMs = 30000;
 constexpr int kSettleMs = 3000; // beyond the coalescing time and the scan behind it
@@ -176,18 +184,43 @@ QHash<QString, qint64> waits()
     return counts;
 }
 
-/// The longest time for which the event loop doesn't come round while `isDone` is awaited.
-double longestBlock(const std::function<bool()>& isDone)
+double threadMs()
 {
-    double longest = 0.0;
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / kNsPerMs;
+}
+
+/// The longest time between two turns of the event loop.
+struct Block
+{
+    double ms = 0.0;
+    double ownMs = 0.0; ///< in which the thread really worked, and no other had the processor
+
+    QByteArray text() const
+    {
+        return QString("%1 ms at the most, %2 ms of them at work")
+            .arg(ms, 0, 'f', 1)
+            .arg(ownMs, 0, 'f', 1)
+            .toUtf8();
+    }
+};
+
+Block longestBlock(const std::function<bool()>& isDone)
+{
+    Block longest;
     QElapsedTimer sinceTurn;
     sinceTurn.start();
+    double atTurn = threadMs();
     QEventLoop loop;
     QTimer turns;
     QObject::connect(&turns, &QTimer::timeout, &loop, [&] {
-        longest = std::max(longest, msSince(sinceTurn) - kTurnMs);
+        longest.ms = std::max(longest.ms, msSince(sinceTurn) - kTurnMs);
+        longest.ownMs = std::max(longest.ownMs, threadMs() - atTurn);
+        const bool isOver = isDone(); // whose own work doesn't count
         sinceTurn.restart();
-        if (isDone())
+        atTurn = threadMs();
+        if (isOver)
             loop.quit();
     });
     turns.start(kTurnMs);
@@ -296,10 +329,10 @@ void measureFlush()
     for (int i = 1; i < FileIndex::MaxIncremental / 2; ++i)
         makeFile(corner() + QString("/zz new %1").arg(i));
     makeFile(last);
-    const double block = longestBlock([path = QDir::toNativeSeparators(last)] {
+    const Block block = longestBlock([path = QDir::toNativeSeparators(last)] {
         return FileIndex::entries().last().path == path;
     });
-    std::printf("  32 changes: GUI thread busy for %.1f ms at the most\n", block);
+    std::printf("  32 changes: GUI thread busy for %s\n", block.text().constData());
 }
 
 void measureBurst()
@@ -309,11 +342,84 @@ void measureBurst()
     const QString folder = corner() + "/zz burst";
     QProcess maker; // in a process of its own: this one's threads have enough to do
     FreshProcess::start(maker, "burst", {folder});
-    const double block = longestBlock(
+    const Block block = longestBlock(
         [&deliveries, &maker] { return deliveries > 0 && maker.state() == QProcess::NotRunning; });
     settle();
-    std::printf("  %d new files: GUI thread busy for %.1f ms at the most\n", kBurst, block);
+    std::printf("  %d new files: GUI thread busy for %s\n", kBurst, block.text().constData());
     FileIndex::setOnReady({});
+}
+
+double processorMs()
+{
+    return static_cast<double>(std::clock()) * 1000.0 / CLOCKS_PER_SEC;
+}
+
+bool isIndexed(const QString& path)
+{
+    return !FileIndex::search(QFileInfo(path).fileName(), 1, FileIndex::Folders).isEmpty();
+}
+
+/// Has a process make or remove many folders with a file in each, and waits until that is known.
+void measureFolders(const QString& task)
+{
+    const QString last = corner() + QString("/zz folders/zz folder %1").arg(kFolders - 1);
+    const bool isMaking = task == "make folders";
+    int deliveries = 0;
+    FileIndex::setOnReady([&deliveries] { ++deliveries; });
+    const double before = processorMs();
+    QProcess maker;
+    FreshProcess::start(maker, task, {QFileInfo(last).path()});
+    int seen = -1;
+    const Block block = longestBlock([&] {
+        if (maker.state() != QProcess::NotRunning || deliveries == seen)
+            return false;
+        seen = deliveries;
+        return isIndexed(last) == isMaking;
+    });
+    const double spent = processorMs() - before;
+    FileIndex::setOnReady({});
+    std::printf("  %d folders %s: GUI thread busy for %s; %.0f ms of processor time in all\n",
+                kFolders, isMaking ? "made" : "removed", block.text().constData(), spent);
+}
+
+int runMakeFolders(const QStringList& arguments)
+{
+    QDir().mkpath(arguments.first());
+    for (int i = 0; i < kFolders; ++i) {
+        const QString folder = arguments.first() + QString("/zz folder %1").arg(i);
+        QDir().mkdir(folder);
+        makeFile(folder + "/file.txt");
+    }
+    return 0;
+}
+
+int runRemoveFolders(const QStringList& arguments)
+{
+    for (int i = 0; i < kFolders; ++i)
+        QDir(arguments.first() + QString("/zz folder %1").arg(i)).removeRecursively();
+    return 0;
+}
+
+/// Everything under another name: the most that can be read at once while the old list serves.
+void measureMove()
+{
+    QFile reset("/proc/self/clear_refs"); // of the peak
+    if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1)
+        return;
+    reset.close();
+    const qint64 before = residentBytes();
+    const double processorBefore = processorMs();
+    int deliveries = 0;
+    FileIndex::setOnReady([&deliveries] { ++deliveries; });
+    QDir().rename(corner(), corner() + " moved");
+    const Block block = longestBlock([&deliveries] { return deliveries > 0; });
+    const qint64 peak = numberBehind("/proc/self/status", "VmHWM:") * 1024;
+    std::printf("  everything renamed: GUI thread busy for %s; %.0f ms of processor time in all, "
+                "memory %.2f times that before\n",
+                block.text().constData(), processorMs() - processorBefore,
+                static_cast<double>(peak) / static_cast<double>(before));
+    FileIndex::setOnReady({});
+    QDir().rename(corner() + " moved", corner());
 }
 
 /// What the two figures before are worth on this machine.
@@ -321,8 +427,8 @@ void measureNothing()
 {
     QElapsedTimer timer;
     timer.start();
-    std::printf("  nothing to do for %d s: GUI thread kept away for %.1f ms at the most\n",
-                kSettleMs / 1000, longestBlock([&timer] { return timer.elapsed() > kSettleMs; }));
+    std::printf("  nothing to do for %d s: GUI thread kept away for %s\n", kSettleMs / 1000,
+                longestBlock([&timer] { return timer.elapsed() > kSettleMs; }).text().constData());
 }
 
 void measureIdle()
@@ -371,10 +477,21 @@ int runScan(const QStringList&)
     return 0;
 }
 
-/// An index is built once for each process.
-double scanTime()
+int runPlainScan(const QStringList&)
 {
-    const FreshProcess::Outcome outcome = FreshProcess::run("scan", {});
+    const std::atomic<bool> cancel = false;
+    const double scan = timed([&cancel] {
+        FileScan::read({QDir::toNativeSeparators(home()), nullptr, cancel},
+                       FileIndex::ExpectedEntries);
+    });
+    std::printf("%.3f", scan);
+    return 0;
+}
+
+/// An index is built once for each process.
+double scanTime(const QString& task)
+{
+    const FreshProcess::Outcome outcome = FreshProcess::run(task, {});
     return outcome.output.toDouble();
 }
 
@@ -383,13 +500,18 @@ void measureScan()
     findTime(); // fills the caches of the system
     std::vector<double> finds;
     std::vector<double> scans;
+    std::vector<double> plainScans;
     for (int round = 0; round < kRounds; ++round) { // in turn, so that both meet the same machine
         finds.push_back(findTime());
-        scans.push_back(scanTime());
+        scans.push_back(scanTime("scan"));
+        plainScans.push_back(scanTime("plain scan"));
     }
     const double find = median(finds);
     const double scan = median(scans);
-    std::printf("  first scan: %.0f ms, find: %.0f ms, ratio %.2f\n", scan, find, scan / find);
+    const double plain = median(plainScans);
+    std::printf("  first scan: %.0f ms, find: %.0f ms, ratio %.2f; without watches: %.0f ms, ratio "
+                "%.2f\n",
+                scan, find, scan / find, plain, plain / find);
 }
 
 int runMeasurement(const QStringList&)
@@ -405,7 +527,13 @@ int runMeasurement(const QStringList&)
     measureFlush();
     settle();
     measureBurst();
+    settle();
+    measureFolders("make folders");
+    settle();
+    measureFolders("remove folders");
+    settle();
     measureNothing();
+    measureMove();
     return 0;
 }
 
@@ -429,6 +557,46 @@ int runQuit(const QStringList&)
     return QCoreApplication::exec();
 }
 
+/// The time of a command, if there is such a program; negative otherwise.
+double commandTime(const QString& program, const QStringList& arguments)
+{
+    if (QStandardPaths::findExecutable(program).isEmpty())
+        return -1.0;
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    return medianTime([] {},
+                      [&] {
+                          process.start(program, arguments);
+                          process.waitForFinished(kPatienceMs);
+                      });
+}
+
+void printOther(const char* name, double ms, const QString& remark = {})
+{
+    if (ms >= 0.0)
+        std::printf("    %-34s %9.1f ms  %s\n", name, ms, qPrintable(remark));
+}
+
+/// What others need to find files by a part of their name, on the same tree.
+void measureOthers(int entries)
+{
+    const QString wanted = QStringLiteral("budget");
+    const QString pattern = '*' + wanted + '*';
+    const QString database = TestHome::path() + QStringLiteral("/plocate.db");
+    std::printf("  others, looking for \"%s\":\n", qPrintable(wanted));
+    printOther("find", commandTime("find", {home(), "-iname", pattern}));
+    printOther("fd", commandTime("fdfind", {"--unrestricted", "--ignore-case", wanted, home()}));
+    QStringList update{"--database-root",      home(), "--output", database,
+                       "--require-visibility", "no"};
+    const double updating =
+        commandTime("updatedb.plocate", update + QStringList{"--prunepaths", ""});
+    printOther("plocate: making the database", updating,
+               QString("%1 bytes an entry")
+                   .arg(static_cast<double>(QFileInfo(database).size()) / entries, 0, 'f', 1));
+    printOther("plocate: a query", commandTime("plocate", {"-d", database, "-i", wanted}));
+    QFile::remove(database);
+}
+
 void measureTree(int entries)
 {
     if (!QDir().mkdir(corner()))
@@ -444,6 +612,7 @@ void measureTree(int entries)
         std::printf("%s", process.readAllStandardOutput().constData());
         std::fflush(stdout);
     }
+    measureOthers(entries);
     if (!QDir(corner()).removeRecursively())
         qFatal("cannot remove %s", qPrintable(corner()));
 }
@@ -455,6 +624,9 @@ int main(int argc, char** argv)
     if (FreshProcess::isTask(argc, argv)) {
         return FreshProcess::runTask(argc, argv,
                                      {{"scan", runScan},
+                                      {"plain scan", runPlainScan},
+                                      {"make folders", runMakeFolders},
+                                      {"remove folders", runRemoveFolders},
                                       {"measure", runMeasurement},
                                       {"quit", runQuit},
                                       {"burst", runBurst}});

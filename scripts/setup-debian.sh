@@ -4,7 +4,7 @@
 #
 # Installs what is missing of the named groups of packages; quick when nothing is.
 #
-#   scripts/setup-debian.sh [build] [run] [check] [windows]     (default: the first three)
+#   scripts/setup-debian.sh [build] [run] [check] [windows] [bench]     (default: the first three)
 #
 # ORLIMO_SKIP_SETUP=1 takes the machine as it is, for systems whose packages have other names.
 
@@ -27,14 +27,18 @@ windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev patch xz-utils perl
     g++ cmake ninja-build qt6-base-dev
     wine wine64 zip unzip)
 
+# What the file index is measured beside; without them those lines are left out.
+bench_packages=(fd-find plocate)
+
 packages_of() {
     case $1 in
         build) printf '%s\n' "${build_packages[@]}" ;;
         run) printf '%s\n' "${run_packages[@]}" ;;
         check) printf '%s\n' "${check_packages[@]}" ;;
         windows) printf '%s\n' "${windows_packages[@]}" ;;
+        bench) printf '%s\n' "${bench_packages[@]}" ;;
         *)
-            echo "setup-debian.sh: unknown group '$1'; known: build run check windows" >&2
+            echo "setup-debian.sh: unknown group '$1'; known: build run check windows bench" >&2
             return 2
             ;;
     esac
