@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 
 /// Reads a tree, watches it on a thread of its own, and keeps what is reported and what is there by
 /// now: a path of which something is told is looked at again, with all that is below it. Ends with
@@ -116,7 +117,7 @@ public:
     QSet<QString> copy() const
     {
         const QMutexLocker locker(&m_mutex);
-        return m_copy;
+        return QSet<QString>(m_copy.cbegin(), m_copy.cend());
     }
 
     int overflows() const
@@ -169,7 +170,7 @@ private:
         const QStringList found =
             read(*Platform::DirectoryReader::create(m_root, m_watcher.get()), {});
         const QMutexLocker locker(&m_mutex);
-        m_copy = QSet<QString>(found.cbegin(), found.cend());
+        m_copy = std::set<QString>(found.cbegin(), found.cend());
     }
 
     void look(const QVector<Platform::TreeChange>& batch)
@@ -206,10 +207,12 @@ private:
     void replace(const QString& rel, const QStringList& found)
     {
         const QMutexLocker locker(&m_mutex);
-        m_copy.removeIf([&](const QString& each) {
-            return each == rel || each.startsWith(rel + QDir::separator());
-        });
-        m_copy.unite(QSet<QString>(found.cbegin(), found.cend()));
+        // All that begins with the path and a separator stands together in the order.
+        const QChar behindSeparator(QDir::separator().unicode() + 1);
+        m_copy.erase(m_copy.lower_bound(rel + QDir::separator()),
+                     m_copy.lower_bound(rel + behindSeparator));
+        m_copy.erase(rel);
+        m_copy.insert(found.cbegin(), found.cend());
     }
 
     QString m_root;
@@ -218,7 +221,7 @@ private:
     mutable QMutex m_mutex; ///< guards what follows
     QVector<Platform::TreeChange> m_changes;
     int m_overflows = 0;
-    QSet<QString> m_copy;
+    std::set<QString> m_copy;
     bool m_isBatchEmpty = false;
     int m_probes = 0; ///< of the testing thread alone
 };
