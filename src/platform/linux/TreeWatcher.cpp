@@ -135,7 +135,7 @@ private:
     void readEvents();
     void noteEvent(const inotify_event& event);
     int setWatch(int directory, std::string_view rel);
-    void put(int watch, std::string_view rel);
+    void put(int watch, Directory* parent, std::string_view rel);
     bool makeRoom();
     bool giveSomeBack();
     void leaveOut(std::string_view rel);
@@ -368,7 +368,10 @@ int InotifyWatcher::setWatch(int directory, std::string_view rel)
         return 0;
     }
     // Asked anew each time: what makes room may be a directory above this one.
-    while (rel.empty() || (m_tree.at(parentOf(rel)) && !m_leftOut.contains(rel))) {
+    for (;;) {
+        Directory* parent = rel.empty() ? nullptr : m_tree.at(parentOf(rel));
+        if (!rel.empty() && (!parent || m_leftOut.contains(rel)))
+            return 0;
         const uint32_t mask = rel.empty() ? kRootMask : kWatchMask;
         const int watch = Platform::watchDirectory(m_inotify.get(), directory, mask);
         int error = watch < 0 ? errno : 0;
@@ -377,22 +380,22 @@ int InotifyWatcher::setWatch(int directory, std::string_view rel)
             error = ENOSPC;
         }
         if (error == 0)
-            put(watch, rel);
+            put(watch, parent, rel);
         else if (rel.empty() || !Platform::isOutOfMeans(error) || !makeRoom())
             leaveOut(rel);
         else
             continue;
         return error;
     }
-    return 0;
 }
 
-void InotifyWatcher::put(int watch, std::string_view rel)
+/// \param parent null for the root.
+void InotifyWatcher::put(int watch, Directory* parent, std::string_view rel)
 {
     // Refused where a directory is mounted inside itself; it has its watch at the upper place.
-    m_tree.put(watch, rel.empty() ? nullptr : m_tree.at(parentOf(rel)), nameOf(rel));
+    m_tree.put(watch, parent, nameOf(rel));
     // What happened in the root so far was told by nobody.
-    if (rel.empty() && m_leftOut.erase(std::string()) > 0)
+    if (!parent && m_leftOut.erase(std::string()) > 0)
         m_news.hasLost = true;
 }
 
