@@ -13,6 +13,7 @@
 #include <QListWidget>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <numeric>
 #include <utility>
@@ -27,12 +28,17 @@ using Delegate = SpotlightResultDelegate;
 template <typename Entry, typename KeyOf>
 void sortByUsage(QVector<Entry>& entries, KeyOf keyOf)
 {
+    QVector<double> scores;
+    scores.reserve(entries.size());
+    for (const Entry& entry : std::as_const(entries))
+        scores.append(UsageStats::scoreFor(keyOf(entry)));
+    // Few things have ever been used, and there may be many thousand.
+    if (std::is_sorted(scores.cbegin(), scores.cend(), std::greater<>()))
+        return;
     QVector<std::pair<double, Entry>> scored;
     scored.reserve(entries.size());
-    for (Entry& entry : entries) {
-        const double score = UsageStats::scoreFor(keyOf(entry));
-        scored.append({score, std::move(entry)});
-    }
+    for (qsizetype i = 0; i < entries.size(); ++i)
+        scored.append({scores.at(i), std::move(entries[i])});
     std::stable_sort(scored.begin(), scored.end(),
                      [](const auto& a, const auto& b) { return a.first > b.first; });
     std::transform(scored.begin(), scored.end(), entries.begin(),
@@ -114,15 +120,15 @@ QVector<SpotlightWindow::Group> SpotlightWindow::ownItemGroups(const QString& te
 {
     QVector<Group> groups;
     QHash<QString, qsizetype> places; // a document may hold as many types as items
-    const QVector<SearchMatch> matches = SearchEngine::search(m_model->data(), text.trimmed());
-    for (const SearchMatch& match : matches) {
+    QVector<SearchMatch> matches = SearchEngine::search(m_model->data(), text.trimmed());
+    for (SearchMatch& match : matches) {
         const QString type = typeOf(match.el);
         const qsizetype place = places.value(type, groups.size());
         if (place == groups.size()) {
             places.insert(type, place);
             groups.append({type, {}});
         }
-        groups[place].matches.append(match);
+        groups[place].matches.append(std::move(match));
     }
     for (Group& group : groups)
         sortByUsage(group.matches, [](const SearchMatch& match) { return match.el.id; });

@@ -6,6 +6,7 @@
 #include <QListWidget>
 
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -23,6 +24,43 @@ std::unique_ptr<QListWidgetItem> makeSyntheticItem(const LauncherElement& elemen
     return item;
 }
 
+/// The row of a stored item. It holds the match and answers from that: there may be many thousand
+/// within a keystroke, in which filling in each role by itself would show.
+class ShortcutRow : public QListWidgetItem
+{
+public:
+    ShortcutRow(const SearchMatch& match, QString type) : m_match(match), m_type(std::move(type)) {}
+
+    QListWidgetItem* clone() const override { return new ShortcutRow(*this); }
+
+    QVariant data(int role) const override
+    {
+        switch (role) {
+        case Qt::DisplayRole:
+            return m_match.el.name;
+        case Delegate::RoleItemType:
+            return m_type;
+        case Delegate::RoleReserved:
+            return 0;
+        case Delegate::RoleIconToken:
+            return m_match.el.iconPath;
+        case Delegate::RoleOriginalIndex:
+            return m_match.originalIndex;
+        case Delegate::RoleElementId:
+        case SpotlightWindow::RoleUsageKey:
+            return m_match.el.id;
+        case Delegate::RoleCategory:
+            return m_match.category;
+        default:
+            return QListWidgetItem::data(role);
+        }
+    }
+
+private:
+    SearchMatch m_match;
+    QString m_type;
+};
+
 } // namespace
 
 void SpotlightWindow::addHeaderRow(const QString& text)
@@ -35,14 +73,7 @@ void SpotlightWindow::addHeaderRow(const QString& text)
 
 void SpotlightWindow::addShortcutRow(const SearchMatch& match, bool first, bool last)
 {
-    auto item = std::make_unique<QListWidgetItem>(match.el.name);
-    item->setData(Delegate::RoleItemType, typeOf(match.el));
-    item->setData(Delegate::RoleReserved, 0);
-    item->setData(Delegate::RoleIconToken, match.el.iconPath);
-    item->setData(Delegate::RoleOriginalIndex, match.originalIndex);
-    item->setData(Delegate::RoleElementId, match.el.id);
-    item->setData(Delegate::RoleCategory, match.category);
-    item->setData(RoleUsageKey, match.el.id);
+    auto item = std::make_unique<ShortcutRow>(match, typeOf(match.el));
     markGroupEdges(item.get(), first, last);
     m_resultsList->addItem(item.release());
 }
