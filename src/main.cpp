@@ -4,6 +4,7 @@
 #include "Console.h"
 #include "Display.h"
 #include "FontResource.h"
+#include "HotkeyBackend.h"
 #include "IconHelper.h"
 #include "InstanceLock.h"
 #include "Logging.h"
@@ -113,6 +114,7 @@ int runPrimary(const QString& instanceKey)
 {
     QLocalServer server;
     SingleInstance::listen(server, SingleInstance::ipcServerName(instanceKey));
+    HotkeyBackend::instance(); // it finds its way to the desktop while the fonts are loaded
     loadFonts();
     qApp->setStyleSheet(Theme::scrollBarStyle());
 
