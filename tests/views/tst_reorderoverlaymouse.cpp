@@ -21,6 +21,7 @@ private slots:
     void wheelAfterADragKeepsTheTilesTogether();
     void tileDroppedByAKeyDuringADrag();
     void hoverMovesTheCursor();
+    void hoverWhileATileIsLifted();
     void nearestSlotOnATie();
     void doublePressIsAPress();
     void nothingReachesWhatLiesBelow();
@@ -217,6 +218,28 @@ void ReorderOverlayMouseTest::hoverMovesTheCursor()
     move(overlay, QPoint(350, 290)); // beside all
     QCOMPARE(overlay->cursorSlot(), 10);
     QVERIFY(!overlay->hasLift());
+}
+
+/// The keys go on with what the pointer has come to, and the lifted tile stays where it is.
+void ReorderOverlayMouseTest::hoverWhileATileIsLifted()
+{
+    TestOverlay* overlay = make(grid(6, 3));
+    overlay->liftCursor();
+    m_clock->pass(500);
+    move(overlay, QPoint(150, 120));
+    QCOMPARE(overlay->cursorSlot(), 4);
+    QVERIFY(overlay->hasLift());
+    QVERIFY(!overlay->orderChanged());
+    overlay->moveLifted(1);
+    QCOMPARE(overlay->cursorSlot(), 5);
+    QCOMPARE(overlay->currentOrder(), QVector<int>({0, 1, 2, 3, 5, 4}));
+    m_clock->pass(500);
+    QCOMPARE(overlay->tile(0)->lift(), 1.0);
+    QCOMPARE(overlay->tile(0)->pos(), QPoint(0, 0));
+    overlay->dropLifted();
+    QVERIFY(!overlay->hasLift());
+    m_clock->pass(500);
+    QCOMPARE(overlay->tile(0)->lift(), 0.0);
 }
 
 void ReorderOverlayMouseTest::nearestSlotOnATie()
