@@ -117,7 +117,12 @@ void HomePage::type(const QString& text) const
 
 void HomePage::click(const QPoint& place, uint8_t button) const
 {
-    m_desktop.client().click(m_program.homeWindow().geometry.topLeft() + place, button);
+    clickOnScreen(m_program.homeWindow().geometry.topLeft() + place, button);
+}
+
+void HomePage::clickOnScreen(const QPoint& place, uint8_t button) const
+{
+    m_desktop.client().click(place, button);
     // The window manager holds a click back for a moment, and it counts for where the pointer is
     // when it is let go.
     m_program.settledScreenshot();

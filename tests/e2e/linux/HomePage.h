@@ -81,6 +81,8 @@ public:
     void chord(std::initializer_list<xcb_keysym_t> keys) const;
     void type(const QString& text) const;
     void click(const QPoint& place, uint8_t button = 1) const;
+    /// The same at a place of the screen.
+    void clickOnScreen(const QPoint& place, uint8_t button = 1) const;
 
     /// Presses the left button at a place, moves the pointer with it to others, and releases it
     /// where it is by then.

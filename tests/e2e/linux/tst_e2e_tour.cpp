@@ -97,7 +97,6 @@ const QString kThemeKey = QStringLiteral("Theme/ForceTheme");
 constexpr int kLight = 1;
 constexpr int kDark = 2;
 constexpr int kAboutCategory = 3;
-constexpr QPoint kCorner{2, 2};
 constexpr QPoint kGear = Program::SpotlightCard + QPoint(18 + 484 - 6 - 16, 18 + 22);
 
 // From the corner of the welcome.
@@ -191,12 +190,7 @@ QImage E2eTour::cardPicture() const
 
 void E2eTour::clickAt(const QPoint& place) const
 {
-    m_desktop->client().click(place);
-    // The window manager holds a click back for a moment, and it counts for where the pointer is
-    // when it is let go.
-    m_home->settledScreenshot();
-    m_desktop->client().movePointer(kCorner);
-    program().waitForKeysToBeHandled();
+    m_home->clickOnScreen(place);
 }
 
 QColor E2eTour::panel() const
