@@ -495,7 +495,8 @@ bool hasFoldersOf(const FileStore& store, const Tree& tree)
         std::optional<FileStore::Folder> folder = FileStore::Root;
         for (const QString& step : path.split('/', Qt::SkipEmptyParts))
             folder = folder ? store.childOf(*folder, step) : std::nullopt;
-        if (!folder || store.folderPath(*folder) != native(path.isEmpty() ? "/r" : "/r/" + path))
+        const QString expected = path.isEmpty() ? QString("/r") : "/r/" + path;
+        if (!folder || QDir::fromNativeSeparators(store.folderPath(*folder)) != expected)
             return false;
         numbers.insert(*folder);
     }
