@@ -134,11 +134,11 @@ int main(int argc, char** argv)
     Platform::detachFromConsole();
     if (isAuditWanted(argc, argv))
         return runAudits(argc, argv);
-    Platform::beginReadingFonts();
     const QString problem = Platform::prepareDisplay(argc, argv);
     if (!problem.isEmpty())
         return startWithoutDisplay(argc, argv, problem);
 
+    Platform::beginReadingFonts();
     QApplication app(argc, argv);
     Platform::watchDisplay();
     QApplication::setQuitOnLastWindowClosed(false);
