@@ -133,10 +133,11 @@ std::unordered_map<const Platform::WatchedDirectory*, size_t> Platform::WatchedT
             fromAbove.push_back(each);
     }
     std::unordered_map<const Directory*, size_t> weights;
-    for (auto it = fromAbove.crbegin(); it != fromAbove.crend(); ++it) {
-        const size_t weight = ++weights[*it];
-        if ((*it)->parent)
-            weights[(*it)->parent] += weight;
+    for (size_t i = fromAbove.size(); i-- > 0;) {
+        const Directory* each = fromAbove[i];
+        const size_t weight = ++weights[each];
+        if (each->parent)
+            weights[each->parent] += weight;
     }
     return weights;
 }
