@@ -13,6 +13,10 @@ namespace ChurnTools
 /// the watch begins.
 void allowWatches(int count);
 
+/// Whether what happens in a folder is told wherever that has come from. Wine knows the folders
+/// that it found and those that are made one at a time, but not where they go from there.
+bool isWatchedWherever();
+
 /// Exchanges two files or folders in one step. \returns false if that isn't possible.
 bool exchange(const QString& path, const QString& other);
 

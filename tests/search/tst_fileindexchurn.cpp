@@ -19,6 +19,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -49,6 +50,7 @@ namespace
 {
 
 constexpr int kPatienceMs = 60000;
+constexpr int kTellingMs = 500; // in which a change is told by a system that watches
 constexpr int kSeeds = 50;
 constexpr int kSeedsWithFewWatches = 10;
 constexpr int kFewWatches = 40;
@@ -148,34 +150,42 @@ void hurry()
 
 /// As `QTest::qWaitFor`, but looks whenever something has happened.
 template <typename Condition>
-bool waitFor(const Condition& condition)
+bool waitFor(const Condition& condition, int patienceMs = kPatienceMs)
 {
     QElapsedTimer timer;
     timer.start();
     QTimer turns;
     turns.start(kTurnMs);
     while (!condition()) {
-        if (timer.elapsed() > kPatienceMs)
+        if (timer.elapsed() > patienceMs)
             return false;
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;
 }
 
+/// Makes a file of that name and number, and tells whether the index takes it in before long.
+bool isToldOf(const char* name, int number, int patienceMs = kTellingMs)
+{
+    const QString marker =
+        QDir::toNativeSeparators(QString("%1/%2%3").arg(FileIndex::rootPath(), name).arg(number));
+    if (!TestFiles::write(marker))
+        return false;
+    const bool hasArrived = waitFor(
+        [&marker] {
+            hurry();
+            return isIndexed(marker);
+        },
+        patienceMs);
+    QFile::remove(marker);
+    return hasArrived;
+}
+
 /// Waits until what has happened so far is in the index.
 bool settle()
 {
     static int number = 0;
-    const QString marker =
-        QDir::toNativeSeparators(QString("%1/marker%2").arg(FileIndex::rootPath()).arg(++number));
-    if (!TestFiles::write(marker))
-        return false;
-    const bool hasArrived = waitFor([&marker] {
-        hurry();
-        return isIndexed(marker);
-    });
-    QFile::remove(marker);
-    return hasArrived;
+    return isToldOf("marker", ++number, kPatienceMs);
 }
 
 /// What the index and the disk differ in when all has settled; empty if in nothing.
@@ -213,7 +223,8 @@ public:
           m_outside(TestHome::path() + "/outside" + QString::number(seed))
     {
         QDir().mkpath(m_root);
-        QDir().mkpath(m_outside);
+        if (ChurnTools::isWatchedWherever())
+            QDir().mkpath(m_outside); // otherwise nothing goes there
     }
 
     /// The place in the home directory, and the one elsewhere.
@@ -222,7 +233,10 @@ public:
     void operate()
     {
         const QString folder = pickFolder();
-        switch (m_random.bounded(16)) {
+        int operation = m_random.bounded(16);
+        if (!ChurnTools::isWatchedWherever() && movesFolders(operation))
+            operation = 0;
+        switch (operation) {
         case 0:
         case 1:
         case 2:
@@ -277,6 +291,13 @@ public:
     QRandomGenerator& random() { return m_random; }
 
 private:
+    /// Or makes some at once, one in the other.
+    static bool movesFolders(int operation)
+    {
+        constexpr std::array kThose{4, 8, 11, 12, 14};
+        return std::find(kThose.begin(), kThose.end(), operation) != kThose.end();
+    }
+
     QString makeName()
     {
         static const QStringList special = {".git",  "node_modules", "AppData", "__pycache__",
@@ -408,6 +429,9 @@ void FileIndexChurnTest::initTestCase()
 {
     FileIndex::build();
     QTRY_VERIFY_WITH_TIMEOUT(FileIndex::isReady(), kPatienceMs);
+    // A system that watches whole trees by itself may begin to do so when the tree has been read.
+    int number = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(isToldOf("first", ++number), kPatienceMs);
 }
 
 void FileIndexChurnTest::churn_data()
