@@ -3,6 +3,7 @@
 
 #include "DirectoryReader.h"
 #include "FileStore.h"
+#include "FileTree.h"
 #include "NameBytes.h"
 #include "NameMatcher.h"
 #include "TestHome.h"
@@ -19,6 +20,15 @@
 #include <optional>
 #include <utility>
 #include <vector>
+
+using FileTree::entriesIn;
+using FileTree::entriesOf;
+using FileTree::hasFoldersOf;
+using FileTree::joined;
+using FileTree::renew;
+using FileTree::sorted;
+using FileTree::Tree;
+using FileTree::withoutNested;
 
 class FileStoreTest : public QObject
 {
@@ -372,139 +382,6 @@ void FileStoreTest::exactSpellingFirst()
     QCOMPARE(store.find(places), (std::vector<std::optional<FileStore::Id>>{third, second, first}));
 }
 
-namespace
-{
-
-/// A tree as a disk has it.
-struct Tree
-{
-    QMap<QString, bool> entries; ///< whether each path is that of a folder
-
-    QStringList in(const QString& folder) const
-    {
-        QStringList names;
-        const QString begin = folder.isEmpty() ? folder : folder + '/';
-        for (auto entry = entries.lowerBound(begin); entry != entries.end(); ++entry) {
-            if (!entry.key().startsWith(begin))
-                break;
-            const QString name = entry.key().mid(begin.size());
-            if (!name.isEmpty() && !name.contains('/'))
-                names.append(name);
-        }
-        return names;
-    }
-
-    void remove(const QString& path)
-    {
-        entries.remove(path);
-        entries.removeIf([&path](const auto& entry) { return entry.key().startsWith(path + '/'); });
-    }
-
-    QStringList folders() const
-    {
-        QStringList found{QString()};
-        for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-            if (entry.value())
-                found.append(entry.key());
-        }
-        return found;
-    }
-};
-
-QString joined(const QString& folder, const QString& name)
-{
-    return folder.isEmpty() ? name : folder + '/' + name;
-}
-
-/// Puts all below a folder into a list, directory by directory.
-void read(const Tree& tree, const QString& path, FileStore::Folder folder, FileStore& store)
-{
-    QVector<std::pair<QString, FileStore::Folder>> inner;
-    for (const QString& name : tree.in(path)) {
-        const bool isDir = tree.entries.value(joined(path, name));
-        store.append(folder, name, isDir);
-        if (isDir)
-            inner.append({joined(path, name), store.addFolder(folder, name)});
-    }
-    for (const auto& [below, number] : inner)
-        read(tree, below, number, store);
-}
-
-FileStore readAll(const Tree& tree)
-{
-    FileStore store("/r");
-    read(tree, QString(), FileStore::Root, store);
-    return store;
-}
-
-/// Looks at some paths, as the index does.
-FileStore::Renewal renew(FileStore& store, const Tree& tree, const QStringList& paths)
-{
-    FileStore found("/r");
-    std::vector<FileStore::Finding> findings;
-    for (const QString& path : paths) {
-        FileStore::Folder folder = FileStore::Root;
-        QStringList way = path.split('/');
-        const QString name = way.takeLast();
-        for (const QString& step : std::as_const(way)) {
-            const auto known = found.childOf(folder, step);
-            folder = known ? *known : found.addFolder(folder, step);
-        }
-        FileStore::Finding finding{{folder, name}, std::nullopt};
-        if (tree.entries.contains(path)) {
-            const bool isDir = tree.entries.value(path);
-            finding.entry = found.append(folder, name, isDir);
-            if (isDir)
-                read(tree, path, found.addFolder(folder, name), found);
-        }
-        findings.push_back(finding);
-    }
-    return store.renew(found, findings);
-}
-
-/// As relative paths, folders with "/" at their end.
-QStringList entriesIn(const FileStore& store)
-{
-    QStringList paths;
-    for (FileStore::Id id = store.begin(); id != store.end(); id = store.next(id))
-        paths.append(QDir::fromNativeSeparators(store.path(id).mid(3)) +
-                     (store.isDir(id) ? "/" : ""));
-    return paths;
-}
-
-QStringList sorted(QStringList list)
-{
-    list.sort();
-    return list;
-}
-
-QStringList entriesOf(const Tree& tree)
-{
-    QStringList paths;
-    for (auto entry = tree.entries.begin(); entry != tree.entries.end(); ++entry)
-        paths.append(entry.key() + (entry.value() ? "/" : ""));
-    return sorted(paths);
-}
-
-/// Every folder of the tree, and no other, is found by its way.
-bool hasFoldersOf(const FileStore& store, const Tree& tree)
-{
-    QSet<FileStore::Folder> numbers;
-    const QStringList folders = tree.folders();
-    for (const QString& path : folders) {
-        std::optional<FileStore::Folder> folder = FileStore::Root;
-        for (const QString& step : path.split('/', Qt::SkipEmptyParts))
-            folder = folder ? store.childOf(*folder, step) : std::nullopt;
-        const QString expected = path.isEmpty() ? QString("/r") : "/r/" + path;
-        if (!folder || QDir::fromNativeSeparators(store.folderPath(*folder)) != expected)
-            return false;
-        numbers.insert(*folder);
-    }
-    return numbers.size() == folders.size();
-}
-
-} // namespace
-
 void FileStoreTest::renewalKeepsWhatIsKnown()
 {
     Tree tree{{{"a", true}, {"a/1", false}, {"a/in", true}, {"a/in/2", false}, {"b", false}}};
@@ -625,15 +502,8 @@ void FileStoreTest::renewalIsAFreshReading()
             }
             due.append(path);
         }
-        due.removeDuplicates();
-        const QStringList all = due;
-        due.removeIf([&all](const QString& path) {
-            return std::any_of(all.begin(), all.end(), [&path](const QString& above) {
-                return path.startsWith(above + '/');
-            });
-        });
         const QStringList before = entriesIn(store);
-        const FileStore::Renewal renewal = renew(store, tree, due);
+        const FileStore::Renewal renewal = renew(store, tree, withoutNested(due));
         QCOMPARE(sorted(entriesIn(store)), entriesOf(tree));
         QCOMPARE(store.size(), tree.entries.size());
         QVERIFY(hasFoldersOf(store, tree));
