@@ -770,8 +770,16 @@ void E2ePacked::newUserIsWelcomedAndShownAround()
                    card.topLeft() ==
                        home.topLeft() + inside + TourOverlay::cardPlace(page, inPage, card.size());
         };
-        const auto clickNext = [&] {
-            NativeDesktop::click(program.tourCard().geometry.bottomRight() - QPoint(40, 26));
+        // On a busy machine a click on a card that has just come has been seen to reach nobody, so
+        // it is made again for as long as the card stays where it was.
+        const auto clickNextUntilAt = [&](const QRect& target) {
+            constexpr int kClicks = 3;
+            for (int i = 0; i < kClicks; ++i) {
+                NativeDesktop::click(program.tourCard().geometry.bottomRight() - QPoint(40, 26));
+                if (QTest::qWaitFor([&] { return isCardAt(target); }))
+                    return true;
+            }
+            return false;
         };
         QTRY_VERIFY_WITH_TIMEOUT(program.welcome().isForeground, kPatienceMs);
         press({right, QStringLiteral("Space")});
@@ -780,8 +788,7 @@ void E2ePacked::newUserIsWelcomedAndShownAround()
         press({right, enter, right, enter});
         QTRY_COMPARE(setting(completed), QStringLiteral("true"));
         QTRY_VERIFY_WITH_TIMEOUT(isCardAt({}), kPatienceMs);
-        clickNext();
-        QTRY_VERIFY(isCardAt(addButton));
+        QVERIFY(clickNextUntilAt(addButton));
         NativeDesktop::click(program.home().geometry.topLeft() + addButton.center());
         QTRY_COMPARE(program.windowCount(), 3);
         press({QStringLiteral("Down"), QStringLiteral("Down"), enter});
@@ -789,8 +796,7 @@ void E2ePacked::newUserIsWelcomedAndShownAround()
         NativeDesktop::type(QStringLiteral("mine"));
         press({enter});
         QTRY_VERIFY(isCardAt(strip));
-        clickNext();
-        QTRY_VERIFY(isCardAt(addButton));
+        QVERIFY(clickNextUntilAt(addButton));
         QCOMPARE(document().value(QStringLiteral("categories")).toArray().last().toString(),
                  QStringLiteral("mine"));
     }
