@@ -7,7 +7,6 @@
 // as many rows does the same in the same run, so that numbers from different machines can be
 // compared.
 
-#include "FakeHotkeyBackend.h"
 #include "HomeView.h"
 #include "ItemEditorPanel.h"
 #include "LauncherModel.h"
@@ -16,12 +15,11 @@
 #include "SettingsView.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
-#include "TestFonts.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
+#include "WindowBench.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -382,12 +380,7 @@ void reportHugeDocument(BareWindow& bare)
 
 int main(int argc, char** argv)
 {
-    TestHome::install();
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    FakeHotkeyBackend::install();
-    TestHome::writeSettings();
-    TestFonts::addWeights();
+    const WindowBench bench(argc, argv);
     BareWindow bare;
     reportFewItems(bare);
     reportSettings(bare);

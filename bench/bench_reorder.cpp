@@ -7,18 +7,16 @@
 
 #include "Delegates.h"
 #include "DrivenClock.h"
-#include "FakeHotkeyBackend.h"
 #include "HomeView.h"
 #include "ItemReorderOverlay.h"
 #include "LauncherModel.h"
 #include "MainWindow.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
-#include "TestFonts.h"
 #include "TestHome.h"
 #include "UiDriver.h"
+#include "WindowBench.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
@@ -282,12 +280,7 @@ void reportMode(const BeginAndEnd& mode, const BeginAndEnd& bare)
 
 int main(int argc, char** argv)
 {
-    TestHome::install();
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    FakeHotkeyBackend::install();
-    TestHome::writeSettings();
-    TestFonts::addWeights();
+    const WindowBench bench(argc, argv);
     std::printf("%d tiles sliding at once\n", kTiles);
     const Timing bareFrame = timeChildren();
     report("  a frame", timeTiles(), bareFrame);

@@ -6,7 +6,6 @@
 // list of as many plain rows is filled beside it, so that numbers from different machines can be
 // compared.
 
-#include "FakeHotkeyBackend.h"
 #include "HomeView.h"
 #include "LauncherModel.h"
 #include "MainWindow.h"
@@ -14,12 +13,11 @@
 #include "SpotlightWindow.h"
 #include "Stopwatch.h"
 #include "StorageManager.h"
-#include "TestFonts.h"
 #include "TestHome.h"
 #include "Theme.h"
 #include "UiDriver.h"
+#include "WindowBench.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -62,6 +60,7 @@ void time(const char* what, int rounds, const Step& step)
             step(round);
             QCoreApplication::processEvents();
         });
+        // What the step has put off beyond that turn isn't to count for the next one.
         QTest::qWait(1);
     }
     const Timing timing = stopwatch.timing();
@@ -195,12 +194,7 @@ void reportPlainList()
 
 int main(int argc, char** argv)
 {
-    TestHome::install();
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    FakeHotkeyBackend::install();
-    TestHome::writeSettings();
-    TestFonts::addWeights();
+    const WindowBench bench(argc, argv);
     reportPlainList();
     reportDocument(3, 10);
     reportDocument(kManySections, 1);

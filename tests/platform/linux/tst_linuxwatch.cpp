@@ -1028,7 +1028,7 @@ void LinuxWatchTest::manyThreads()
     for (int i = 0; rounds < 200; i = (i + 1) % 10) {
         static_cast<void>(QDir().rename(path(QStringLiteral("a%1/b").arg(i)),
                                         path(QStringLiteral("a%1/b").arg((i + 1) % 10))));
-        QTest::qWait(1);
+        QTest::qWait(1); // between two moves the others are to find the folder somewhere
     }
     isOver = true;
     for (QThread* reader : readers) {
